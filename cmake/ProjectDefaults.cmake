@@ -1,0 +1,11 @@
+# Flags shared by every target of ours. Third-party headers come in as SYSTEM
+# includes through their imported targets, so -Werror applies to our code only.
+if(QUILLAN_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+function(quillan_target_defaults target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+endfunction()
