@@ -1,0 +1,47 @@
+#include "platform/ISO8601.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillan::platform {
+namespace {
+
+TEST(ISO8601, ParsesOffsetsZuluAndFractions) {
+  struct Case {
+    const char* text;
+    double unix;
+  };
+  const Case cases[] = {
+      {"2026-11-22T00:00:00+01:00", 1795302000.0},
+      {"2026-11-21T23:00:00Z", 1795302000.0},
+      {"2026-11-21T18:00:00-0500", 1795302000.0},
+      {"2026-11-21T23:00:00.250Z", 1795302000.25},
+      {"2001-01-01T00:00:00Z", kReferenceDateUnixOffset},
+      {"1999-12-31T23:59:59Z", 946684799.0},
+      {"2024-02-29T12:00:00Z", 1709208000.0},
+  };
+  for (const auto& c : cases) {
+    const auto date = ISO8601::parse(c.text);
+    ASSERT_TRUE(date.has_value()) << c.text;
+    EXPECT_DOUBLE_EQ(date->unixSeconds(), c.unix) << c.text;
+  }
+}
+
+TEST(ISO8601, RejectsMalformedDates) {
+  for (const char* text : {"", "2026-11-22", "2026-11-22T00:00:00", "2026-13-01T00:00:00Z",
+                           "2026-02-29T00:00:00Z", "2026-11-22T24:00:00Z", "2026-11-22T00:00:00+1",
+                           "2026-11-22T00:00:00Zjunk", "tomorrow", "2026-11-22T00:00:00.Z"}) {
+    EXPECT_FALSE(ISO8601::parse(text).has_value()) << text;
+  }
+}
+
+TEST(ISO8601, FormatsWithOffsetAndOnlyNeededMilliseconds) {
+  const auto date = *ISO8601::parse("2026-11-21T23:00:00Z");
+  EXPECT_EQ(ISO8601::format(date, 3600), "2026-11-22T00:00:00+01:00");
+  EXPECT_EQ(ISO8601::format(date, -3 * 3600 - 1800), "2026-11-21T19:30:00-03:30");
+  EXPECT_EQ(ISO8601::format(date, 0), "2026-11-21T23:00:00+00:00");
+  EXPECT_EQ(ISO8601::format(date.addingTimeInterval(0.5), 0), "2026-11-21T23:00:00.500+00:00");
+  EXPECT_EQ(ISO8601::format(Date::fromReferenceSeconds(-0.25), 0), "2000-12-31T23:59:59.750+00:00");
+}
+
+}  // namespace
+}  // namespace quillan::platform
