@@ -20,6 +20,11 @@ struct TextRun {
   bool operator==(const TextRun&) const = default;
 };
 
+// The description of every Markdown parse error (the only one is text that is
+// not valid UTF-8), worded as the platform words unreadable data.
+inline constexpr std::string_view kMarkdownParseErrorDescription =
+    "The data couldn't be read because it isn't in the correct format.";
+
 // Thrown when text cannot be parsed as Markdown (text that is not valid UTF-8).
 class MarkdownParseError : public std::runtime_error {
  public:

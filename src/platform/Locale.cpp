@@ -1,0 +1,104 @@
+#include "platform/Locale.hpp"
+
+#include <unicode/calendar.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <set>
+
+#include "platform/LocaleImpl.hpp"
+
+namespace quillan::platform {
+namespace {
+
+constexpr std::string_view kPosixLocale = "en_US_POSIX";
+
+// The languages ICU carries data for; an id outside them would silently fall
+// back to root data, which is never what the caller meant.
+const std::set<std::string, std::less<>>& availableLanguages() {
+  static const auto languages = [] {
+    std::set<std::string, std::less<>> result;
+    int32_t count = 0;
+    const icu::Locale* locales = icu::Locale::getAvailableLocales(count);
+    for (int32_t i = 0; i < count; ++i) result.emplace(locales[i].getLanguage());
+    return result;
+  }();
+  return languages;
+}
+
+struct Defaults {
+  std::mutex mutex;
+  std::optional<Locale> hostSet;
+  // The environment's locale, remembered with the text it came from.
+  std::optional<std::string> environmentText;
+  std::optional<Locale> environmentLocale;
+};
+
+Defaults& defaults() {
+  static Defaults instance;
+  return instance;
+}
+
+// LC_ALL overrides LC_TIME, which overrides LANG; an empty variable counts as unset.
+std::string environmentLocaleText() {
+  for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && *value != '\0') return value;
+  }
+  return "";
+}
+
+// "de_DE.UTF-8" -> "de_DE", "sr_RS@latin" -> "sr_RS"; the C locale -> en_US_POSIX.
+std::string icuIdentifierFromPosix(std::string_view text) {
+  const auto end = text.find_first_of(".@");
+  const auto name = text.substr(0, end);
+  if (name.empty() || name == "C" || name == "POSIX") return std::string(kPosixLocale);
+  return std::string(name);
+}
+
+}  // namespace
+
+std::optional<Locale> Locale::named(std::string_view identifier) {
+  if (identifier.empty()) return std::nullopt;
+  const icu::Locale locale(std::string(identifier).c_str());
+  if (locale.isBogus()) return std::nullopt;
+  if (!availableLanguages().contains(std::string_view(locale.getLanguage()))) return std::nullopt;
+  return Locale(std::make_shared<const Impl>(Impl{locale.getName(), locale}));
+}
+
+Locale Locale::current() {
+  auto& state = defaults();
+  const std::lock_guard lock(state.mutex);
+  if (state.hostSet) return *state.hostSet;
+  auto text = environmentLocaleText();
+  if (!state.environmentLocale || state.environmentText != text) {
+    auto locale = named(icuIdentifierFromPosix(text));
+    state.environmentLocale = locale ? *locale : *named(kPosixLocale);
+    state.environmentText = std::move(text);
+  }
+  return *state.environmentLocale;
+}
+
+void Locale::setCurrent(const Locale& locale) {
+  auto& state = defaults();
+  const std::lock_guard lock(state.mutex);
+  state.hostSet = locale;
+}
+
+void Locale::resetCurrent() {
+  auto& state = defaults();
+  const std::lock_guard lock(state.mutex);
+  state.hostSet.reset();
+}
+
+const std::string& Locale::identifier() const { return impl_->identifier; }
+
+std::string Locale::calendarIdentifier() const {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(impl_->locale, status));
+  if (U_FAILURE(status) || !calendar) return "gregorian";
+  return calendar->getType();
+}
+
+}  // namespace quillan::platform
