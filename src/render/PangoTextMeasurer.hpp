@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "render/Geometry.hpp"
+#include "render/Rgba.hpp"
+#include "render/TextMeasurer.hpp"
+
+typedef struct _cairo cairo_t;
+
+namespace quillan::render {
+
+// Measures and draws text with Pango and the Inter fonts standing in for the
+// system font: Inter below 20 pt, Inter Display from 20 pt, the size's
+// automatic tracking applied, and the line pitch forced to the system font's
+// (1.19336 x size) so vertical layout matches the phone exactly. Measuring and
+// drawing build their Pango layouts the same way, so drawn text is exactly as
+// wide as measured.
+class PangoTextMeasurer final : public TextMeasurer {
+ public:
+  PangoTextMeasurer();
+  ~PangoTextMeasurer() override;
+  PangoTextMeasurer(const PangoTextMeasurer&) = delete;
+  PangoTextMeasurer& operator=(const PangoTextMeasurer&) = delete;
+
+  double width(const StyledText& runs) const override;
+  FontMetrics metrics(const FontSpec& font) const override;
+
+  // Draws one line with its baseline at `baseline`; link runs take `linkColor`.
+  void drawLine(cairo_t* cr, const StyledText& runs, Point baseline, Rgba color, Rgba linkColor) const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace quillan::render

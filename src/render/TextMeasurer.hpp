@@ -1,0 +1,26 @@
+#pragma once
+
+#include "render/FontSpec.hpp"
+#include "render/StyledRun.hpp"
+
+namespace quillan::render {
+
+// Vertical metrics of a font, in points.
+struct FontMetrics {
+  double lineHeight = 0;
+  double ascender = 0;
+  double descender = 0;
+  double capHeight = 0;
+};
+
+// Measures text for layout. Layout never talks to a font library itself, so
+// tests can swap in a measurer with round numbers (FakeTextMeasurer).
+class TextMeasurer {
+ public:
+  virtual ~TextMeasurer() = default;
+  // The advance width of `runs` set on one line, tracking included.
+  virtual double width(const StyledText& runs) const = 0;
+  virtual FontMetrics metrics(const FontSpec& font) const = 0;
+};
+
+}  // namespace quillan::render

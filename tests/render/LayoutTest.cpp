@@ -1,0 +1,145 @@
+#include "render/Layout.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "LayoutTestSupport.hpp"
+#include "render/FakeTextMeasurer.hpp"
+
+namespace quillan::render {
+namespace {
+
+using namespace testing;
+
+class LayoutTest : public ::testing::Test {
+ protected:
+  FakeTextMeasurer measurer{10.0, 20.0};
+  LayoutEngine engine{measurer, 1.0};
+
+  LayoutBox run(const LayoutNode& node, Size proposal) {
+    return engine.layout(node, ProposedSize::of(proposal));
+  }
+};
+
+TEST_F(LayoutTest, LeastFlexibleChildIsServedFirstAndTheStackMayOverflow) {
+  const LayoutNode node = stack(LayoutKind::hstack, {flexFrame(color(), {.maxWidth = 100}),
+                                                     flexFrame(color(), {.minWidth = 100})}, 0.0);
+  const LayoutBox box = run(node, {150, 50});
+  EXPECT_DOUBLE_EQ(box.children[0].frame.width, 75);
+  EXPECT_DOUBLE_EQ(box.children[1].frame.width, 100);
+  EXPECT_DOUBLE_EQ(box.frame.width, 175);
+  EXPECT_DOUBLE_EQ(box.children[1].frame.x, 75);
+}
+
+TEST_F(LayoutTest, EqualSplitWithDefaultSpacing) {
+  const LayoutBox box = run(stack(LayoutKind::hstack, {color(), color(), color()}), {316, 40});
+  ASSERT_EQ(box.children.size(), 3u);
+  for (const auto& child : box.children) EXPECT_DOUBLE_EQ(child.frame.width, 100);
+  EXPECT_DOUBLE_EQ(box.children[1].frame.x, 108);
+  EXPECT_DOUBLE_EQ(box.children[2].frame.x, 216);
+}
+
+TEST_F(LayoutTest, TextGetsAShareBeforeColorsUnlessPrioritised) {
+  // "Hello world" = 110 wide; a third of 300 wraps it.
+  LayoutNode node = stack(LayoutKind::hstack, {color(), text("Hello world"), color()}, 0.0);
+  LayoutBox box = run(node, {300, 100});
+  EXPECT_DOUBLE_EQ(box.children[1].frame.width, 50);
+  EXPECT_EQ(box.children[1].text->lines.size(), 2u);
+
+  node.children[1].layoutPriority = 1;
+  box = run(node, {300, 100});
+  EXPECT_DOUBLE_EQ(box.children[1].frame.width, 110);
+  EXPECT_DOUBLE_EQ(box.children[0].frame.width, 95);
+}
+
+TEST_F(LayoutTest, SpacersShareTheLeftoverAndHonourMinLength) {
+  struct Case { std::optional<double> minLength; double proposal; double expectedSpacer; };
+  // A squeezed text wraps rather than eat into the spacers' minimum.
+  const Case cases[] = {{std::nullopt, 200, 75}, {0.0, 50, 0}, {std::nullopt, 66, 8}, {std::nullopt, 50, 10},
+                        {2.5, 55, 2.5}};
+  LayoutEngine halfPoints(measurer, 2.0);
+  for (const auto& c : cases) {
+    // "Hello" is 50 wide, between two spacers with no gaps next to them.
+    const LayoutNode node = stack(LayoutKind::hstack, {spacer(c.minLength), text("Hello"), spacer(c.minLength)});
+    const LayoutBox box = halfPoints.layout(node, ProposedSize::of({c.proposal, 40}));
+    EXPECT_DOUBLE_EQ(box.children[0].frame.width, c.expectedSpacer) << c.proposal;
+    EXPECT_DOUBLE_EQ(box.children[1].frame.x, c.expectedSpacer) << c.proposal;
+    EXPECT_DOUBLE_EQ(box.children[2].frame.height, 0);
+  }
+}
+
+TEST_F(LayoutTest, VerticalDefaultSpacingFollowsTheTextRules) {
+  // Fake metrics: line 20, descender 4, cap 12; a tenth of the line is 2.
+  const LayoutBox box = run(stack(LayoutKind::vstack, {color(), text("a"), text("b"), color()}), {100, 200});
+  EXPECT_DOUBLE_EQ(box.children[1].frame.y - box.children[0].frame.maxY(), 6);   // generic above text
+  EXPECT_DOUBLE_EQ(box.children[2].frame.y - box.children[1].frame.maxY(), 0);   // text above text
+  EXPECT_DOUBLE_EQ(box.children[3].frame.y - box.children[2].frame.maxY(), 10);  // text above generic
+  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {}), color()}), {100, 200});
+  EXPECT_DOUBLE_EQ(padded.children[1].frame.y - padded.children[0].frame.maxY(), 8);
+}
+
+TEST_F(LayoutTest, FlexibleFrameSizeRules) {
+  struct Case { FrameSpec spec; double proposal; double expected; };
+  // Child is "Hello" text: 50 wide ideally.
+  const Case cases[] = {
+      {{.maxWidth = std::numeric_limits<double>::infinity()}, 300, 300},
+      {{.maxWidth = 100}, 300, 100},
+      {{.minWidth = 80}, 60, 80},
+      {{.minWidth = 80}, 300, 80},
+      {{.minWidth = 20}, 300, 50},
+      {{.minWidth = 20}, 30, 30},
+      {{.minWidth = 0, .maxWidth = 120}, 30, 30},
+      {{}, 300, 50},
+  };
+  for (const auto& c : cases) {
+    const LayoutBox box = run(flexFrame(text("Hello"), c.spec, {0, 0.5}), {c.proposal, 100});
+    EXPECT_DOUBLE_EQ(box.frame.width, c.expected) << c.proposal;
+    EXPECT_DOUBLE_EQ(box.children[0].frame.x, 0);
+  }
+}
+
+TEST_F(LayoutTest, FixedFrameCentresAnOverflowingChild) {
+  const LayoutBox box = run(fixedFrame(fixedFrame(color(), 100, 100), 50, 50), {300, 300});
+  EXPECT_EQ(box.frame, (Rect{0, 0, 50, 50}));
+  EXPECT_EQ(box.children[0].frame, (Rect{-25, -25, 100, 100}));
+}
+
+TEST_F(LayoutTest, PaddingShrinksTheProposalAndGrowsTheSize) {
+  const LayoutBox box = run(padding(text("Hello world"), {16, 16, 16, 16}), {100, 300});
+  EXPECT_EQ(box.children[0].frame, (Rect{16, 16, 50, 40}));
+  EXPECT_EQ(box.frame, (Rect{0, 0, 82, 72}));
+}
+
+TEST_F(LayoutTest, BackgroundTakesThePrimarySize) {
+  LayoutNode node;
+  node.kind = LayoutKind::background;
+  node.children = {padding(text("3 more"), {0, 5, 0, 5}), color()};
+  const LayoutBox box = run(node, {300, 300});
+  EXPECT_EQ(box.frame, (Rect{0, 0, 70, 20}));
+  EXPECT_EQ(box.children[1].frame, box.frame);
+}
+
+TEST_F(LayoutTest, ZStackIsTheUnionOfCentredChildren) {
+  const LayoutBox box = run(stack(LayoutKind::zstack, {fixedFrame(color(), 40, 10), fixedFrame(color(), 10, 30)}), {300, 300});
+  EXPECT_EQ(box.frame, (Rect{0, 0, 40, 30}));
+  EXPECT_EQ(box.children[1].frame, (Rect{15, 0, 10, 30}));
+}
+
+TEST_F(LayoutTest, PositionsSnapToThePixelGrid) {
+  LayoutEngine retina(measurer, 3.0);
+  const LayoutBox box = retina.layout(stack(LayoutKind::hstack, {color(), color(), color()}, 0.0), ProposedSize::of({100, 10}));
+  EXPECT_NEAR(box.children[1].frame.x * 3, std::round(box.children[1].frame.x * 3), 1e-9);
+  EXPECT_NEAR(box.children[1].frame.x, 33.333333, 1e-5);
+}
+
+TEST_F(LayoutTest, EveryChildIsMeasuredOncePerProposal) {
+  // Six levels of nested stacks would take thousands of measurements without the cache.
+  LayoutNode node = text("Deep");
+  for (int i = 0; i < 6; ++i) node = stack(i % 2 ? LayoutKind::vstack : LayoutKind::hstack, {color(), node, color()});
+  const LayoutBox box = run(node, {300, 300});
+  EXPECT_GT(box.frame.width, 0);
+}
+
+}  // namespace
+}  // namespace quillan::render

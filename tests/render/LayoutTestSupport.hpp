@@ -1,0 +1,67 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "render/LayoutNode.hpp"
+
+namespace quillan::render::testing {
+
+inline LayoutNode color() {
+  LayoutNode n;
+  n.kind = LayoutKind::shape;
+  return n;
+}
+
+inline LayoutNode text(std::string s, std::optional<int> lineLimit = std::nullopt) {
+  LayoutNode n;
+  n.kind = LayoutKind::text;
+  n.text = {StyledRun{std::move(s), FontSpec{}, false, std::nullopt}};
+  n.lineLimit = lineLimit;
+  return n;
+}
+
+inline LayoutNode spacer(std::optional<double> minLength = std::nullopt) {
+  LayoutNode n;
+  n.kind = LayoutKind::spacer;
+  n.spacerMinLength = minLength;
+  return n;
+}
+
+inline LayoutNode stack(LayoutKind kind, std::vector<LayoutNode> children, std::optional<double> spacing = std::nullopt) {
+  LayoutNode n;
+  n.kind = kind;
+  n.children = std::move(children);
+  n.spacing = spacing;
+  return n;
+}
+
+inline LayoutNode wrap(LayoutKind kind, LayoutNode child) {
+  LayoutNode n;
+  n.kind = kind;
+  n.children.push_back(std::move(child));
+  return n;
+}
+
+inline LayoutNode flexFrame(LayoutNode child, FrameSpec spec, Alignment alignment = {}) {
+  LayoutNode n = wrap(LayoutKind::flexibleFrame, std::move(child));
+  n.frame = spec;
+  n.alignment = alignment;
+  return n;
+}
+
+inline LayoutNode fixedFrame(LayoutNode child, std::optional<double> w, std::optional<double> h, Alignment alignment = {}) {
+  LayoutNode n = wrap(LayoutKind::frame, std::move(child));
+  n.frame.width = w;
+  n.frame.height = h;
+  n.alignment = alignment;
+  return n;
+}
+
+inline LayoutNode padding(LayoutNode child, EdgeInsets insets) {
+  LayoutNode n = wrap(LayoutKind::padding, std::move(child));
+  n.insets = insets;
+  return n;
+}
+
+}  // namespace quillan::render::testing
