@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "views/EnumNames.hpp"
 #include "views/Environment.hpp"
@@ -93,6 +94,7 @@ struct RGBA {
 // A named colour with an opacity multiplier: `Color.orange.opacity(0.75)` is
 // {orange, 0.75}. Also a view of its own (a node kind) that fills its frame.
 struct Color {
+  static constexpr std::string_view type = "Color";
   ColorName name = ColorName::clear;
   double opacity = 1;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "views/Color.hpp"
@@ -17,6 +18,7 @@ struct GradientStop {
 // A linear gradient between two unit points of the frame it fills. As a node it
 // fills its frame; as a shape style it fills a shape.
 struct LinearGradient {
+  static constexpr std::string_view type = "LinearGradient";
   std::vector<GradientStop> stops;
   UnitPoint startPoint = UnitPoint::top();
   UnitPoint endPoint = UnitPoint::bottom();

@@ -1,0 +1,39 @@
+#pragma once
+
+// The JSON form of the view tree: the contract with every host. The format is
+// documented in docs/view-tree.md; in short, a node is
+//
+//   {"type": "Text", "text": "3 more", "key": "%lld more",
+//    "modifiers": [{"modifier": "font", "font": {"size": 13}}]}
+//
+// with keys in a fixed order and only the arguments that differ from their
+// defaults (required arguments always). Decoding is strict: an unknown type,
+// modifier, key or enum name is an error naming where it was found.
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "views/Node.hpp"
+
+namespace quillan::views {
+
+// A JSON text that is not a view tree. The message is one line: what was wrong
+// and where (a JSON pointer), e.g.
+// `view tree: at /modifiers/0/font/weight: unknown weight "fat" (expected ...)`.
+class ViewTreeJsonError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+nlohmann::ordered_json toJson(const Node& node);
+Node nodeFromJson(const nlohmann::ordered_json& json);
+
+// Pretty-printed (two-space indent), ending in a newline.
+std::string encodeViewTree(const Node& node);
+// Throws ViewTreeJsonError, also for text that is not JSON at all.
+Node decodeViewTree(std::string_view text);
+
+}  // namespace quillan::views
