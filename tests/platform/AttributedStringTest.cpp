@@ -1,0 +1,111 @@
+#include "platform/AttributedString.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillan::platform {
+namespace {
+
+TextRun plain(std::string text) {
+  TextRun run;
+  run.text = std::move(text);
+  return run;
+}
+
+TextRun styled(std::string text, bool bold, bool italic, bool strike = false, bool code = false) {
+  TextRun run = plain(std::move(text));
+  run.bold = bold;
+  run.italic = italic;
+  run.strikethrough = strike;
+  run.code = code;
+  return run;
+}
+
+TextRun link(std::string text, std::string url) {
+  TextRun run = plain(std::move(text));
+  run.link = std::move(url);
+  return run;
+}
+
+std::vector<TextRun> runsOf(std::string_view markdown) {
+  return AttributedString::fromInlineMarkdown(markdown).runs();
+}
+
+TEST(InlineMarkdown, InlineSyntaxBecomesStyledRuns) {
+  struct Case {
+    const char* markdown;
+    std::vector<TextRun> runs;
+  };
+  const Case cases[] = {
+      {"a **bold** word", {plain("a "), styled("bold", true, false), plain(" word")}},
+      {"__bold__", {styled("bold", true, false)}},
+      {"an _italic_ word", {plain("an "), styled("italic", false, true), plain(" word")}},
+      {"*italic*", {styled("italic", false, true)}},
+      {"***both***", {styled("both", true, true)}},
+      {"**bold *and italic***", {styled("bold ", true, false), styled("and italic", true, true)}},
+      {"~~gone~~ here", {styled("gone", false, false, true), plain(" here")}},
+      {"use `x * y`", {plain("use "), styled("x * y", false, false, false, true)}},
+      {"[site](https://example.org/a) now", {link("site", "https://example.org/a"), plain(" now")}},
+      {"<https://example.org>", {link("https://example.org", "https://example.org")}},
+      {"snake_case_name", {plain("snake_case_name")}},
+      {"2 * 3 * 4", {plain("2 * 3 * 4")}},
+      {"\\*not italic\\*", {plain("*not italic*")}},
+      {"**unclosed", {plain("**unclosed")}},
+  };
+  for (const auto& c : cases) EXPECT_EQ(runsOf(c.markdown), c.runs) << c.markdown;
+}
+
+TEST(InlineMarkdown, BlockSyntaxAndWhitespaceStayAsTyped) {
+  for (const char* text : {"# Heading", "## two", "- a", "* a", "+ a", "> quoted", "1. first", "2) second",
+                           "---", "***", "```", "~~~", "    indented code", "\tTabbed", "trailing  ",
+                           "[ref]: https://example.org", "Title\n=====", "<div>", "a\n\n\nb", "\n", "",
+                           "line one\r\nline two\rthree", "  # spaced heading  "}) {
+    const auto parsed = AttributedString::fromInlineMarkdown(text);
+    EXPECT_EQ(parsed.plainText(), text) << text;
+    for (const auto& run : parsed.runs()) {
+      EXPECT_FALSE(run.bold || run.italic || run.strikethrough || run.code || run.link) << text;
+    }
+  }
+}
+
+TEST(InlineMarkdown, LinesAreKeptAndStyledOneByOne) {
+  EXPECT_EQ(runsOf("first **line**\nsecond\n- third *item*"),
+            (std::vector<TextRun>{plain("first "), styled("line", true, false), plain("\nsecond\n- third "),
+                                  styled("item", false, true)}));
+  EXPECT_EQ(AttributedString::fromInlineMarkdown("one\ntwo\nthree").plainText(), "one\ntwo\nthree");
+  // Emphasis does not reach across a line break: each line is inline text of its own.
+  EXPECT_EQ(runsOf("*a\nb*"), std::vector<TextRun>{plain("*a\nb*")});
+}
+
+TEST(InlineMarkdown, AdjacentRunsWithTheSameStylesAreMerged) {
+  const auto runs = runsOf("**a** **b**\nplain &amp; text");
+  ASSERT_EQ(runs.size(), 4u);
+  EXPECT_EQ(runs[0], styled("a", true, false));
+  EXPECT_EQ(runs[1], plain(" "));
+  EXPECT_EQ(runs[2], styled("b", true, false));
+  EXPECT_EQ(runs[3], plain("\nplain & text"));
+}
+
+TEST(InlineMarkdown, UnicodeTextIsKept) {
+  EXPECT_EQ(runsOf("Grüße **日本語** 🎉"), (std::vector<TextRun>{plain("Grüße "), styled("日本語", true, false),
+                                                                  plain(" 🎉")}));
+}
+
+TEST(InlineMarkdown, TextThatIsNotUtf8IsAParseError) {
+  for (const std::string& text : {std::string("abc\xff"), std::string("\xc3"), std::string("\xc0\xaf"),
+                                 std::string("\xed\xa0\x80"), std::string("**\xf5\x80\x80\x80**")}) {
+    try {
+      AttributedString::fromInlineMarkdown(text);
+      ADD_FAILURE() << "no error for invalid UTF-8";
+    } catch (const MarkdownParseError& error) {
+      EXPECT_EQ(std::string(error.what()), kMarkdownParseErrorDescription);
+    }
+  }
+}
+
+TEST(AttributedString, PlainTextIsOneUnstyledRun) {
+  EXPECT_EQ(AttributedString("**not parsed**").runs(), std::vector<TextRun>{plain("**not parsed**")});
+  EXPECT_TRUE(AttributedString("").runs().empty());
+}
+
+}  // namespace
+}  // namespace quillan::platform
