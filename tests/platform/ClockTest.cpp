@@ -1,0 +1,25 @@
+#include "platform/Clock.hpp"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace quillan::platform {
+namespace {
+
+double systemUnixSeconds() {
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+TEST(Clock, PinnedClockHoldsStillAndUnpinnedFollowsTheSystem) {
+  const auto pinned = Date::fromReferenceSeconds(800'000'000.5);
+  Clock::pin(pinned);
+  EXPECT_EQ(Clock::now(), pinned);
+  EXPECT_EQ(Clock::pinned(), pinned);
+  Clock::unpin();
+  EXPECT_FALSE(Clock::pinned().has_value());
+  EXPECT_NEAR(Clock::now().unixSeconds(), systemUnixSeconds(), 5.0);
+}
+
+}  // namespace
+}  // namespace quillan::platform
