@@ -1,0 +1,86 @@
+#include "store/CoreDataStack.hpp"
+
+#include "platform/ExtensionLog.hpp"
+#include "platform/Fatal.hpp"
+#include "platform/FileCoordinator.hpp"
+#include "platform/FileManager.hpp"
+
+namespace quillan::store {
+namespace {
+
+std::optional<platform::URL> legacyStoreURL(const PersistentContainer& container) {
+  if (container.persistentStoreDescriptions.empty()) return std::nullopt;
+  const auto& url = container.persistentStoreDescriptions.front().url;
+  if (!url || !platform::FileManager::fileExists(url->filePath())) return std::nullopt;
+  return url;
+}
+
+void useSharedStore(PersistentContainer& container, const platform::URL& storeURL) {
+  PersistentStoreDescription description;
+  description.url = storeURL;
+  description.cloudKitContainerOptions = CloudKitContainerOptions{kCloudKitContainerIdentifier};
+  container.persistentStoreDescriptions = {description};
+}
+
+void deleteLegacyStore(const platform::URL& legacyURL) {
+  platform::FileCoordinator coordinator;
+  coordinator.coordinateWriting(legacyURL, platform::FileCoordinator::WritingOptions::forDeleting,
+                                [](const platform::URL& url) {
+                                  if (auto error = platform::FileManager::removeItem(url)) {
+                                    platform::ExtensionLog::print(error->localizedDescription);
+                                  }
+                                });
+}
+
+// The move is tried once: the legacy file goes whether or not migrating worked.
+void moveLegacyStore(PersistentContainer& container, const platform::URL& legacyURL,
+                     const platform::URL& storeURL) {
+  if (legacyURL.absoluteString() == storeURL.absoluteString()) return;
+  auto& coordinator = container.persistentStoreCoordinator();
+  auto legacyStore = coordinator.persistentStore(legacyURL);
+  if (!legacyStore) return;
+  auto migrated = coordinator.migratePersistentStore(legacyStore, storeURL, {}, kSQLiteStoreType);
+  if (!migrated) platform::ExtensionLog::print(migrated.error().localizedDescription);
+  deleteLegacyStore(legacyURL);
+}
+
+}  // namespace
+
+CoreDataStack& CoreDataStack::shared() {
+  static CoreDataStack* const instance = new CoreDataStack();
+  return *instance;
+}
+
+std::unique_ptr<CoreDataStack> CoreDataStack::makeForTesting() {
+  return std::unique_ptr<CoreDataStack>(new CoreDataStack());
+}
+
+PersistentContainer& CoreDataStack::persistentContainer() {
+  std::call_once(built_, [this] { persistentContainer_ = buildContainer(); });
+  return *persistentContainer_;
+}
+
+std::unique_ptr<PersistentContainer> CoreDataStack::buildContainer() {
+  auto container = std::make_unique<PersistentContainer>(kContainerName);
+  auto groupURL = platform::FileManager::containerURL(kAppGroupIdentifier);
+  if (!groupURL) platform::silentStop();
+  const auto storeURL = groupURL->appendingPathComponent(kStoreFileName);
+  const auto legacyURL = legacyStoreURL(*container);
+  if (!legacyURL) useSharedStore(*container, storeURL);
+
+  auto& unowned = *container;
+  container->loadPersistentStores([&unowned, legacyURL, storeURL](const PersistentStoreDescription&,
+                                                                  const std::optional<platform::Error>& error) {
+    if (error) {
+      platform::fatalError(kCoreDataStackSource,
+                           "Unresolved error " + error->description() + ", " + error->userInfoDescription());
+    }
+    if (legacyURL) moveLegacyStore(unowned, *legacyURL, storeURL);
+  });
+
+  container->viewContext()->automaticallyMergesChangesFromParent = true;
+  container->viewContext()->mergePolicy = MergePolicy::mergeByPropertyObjectTrump;
+  return container;
+}
+
+}  // namespace quillan::store

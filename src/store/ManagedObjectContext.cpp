@@ -1,0 +1,167 @@
+#include "store/ManagedObjectContext.hpp"
+
+#include "store/ExternalStorage.hpp"
+#include "store/FetchQuery.hpp"
+#include "store/SqliteBatchDeleteExecutor.hpp"
+#include "store/StoreErrors.hpp"
+#include "store/StoreSnapshot.hpp"
+
+namespace quillan::store {
+namespace {
+
+constexpr const char* kTypeMismatchSource = "OnThisDayWidgetExtension/ManagedObjectContext";
+
+StoredValue columnValue(const SqliteStatement& statement, int column, AttributeKind kind) {
+  if (statement.isNull(column)) return std::monostate{};
+  switch (kind) {
+    case AttributeKind::date: return statement.real(column);
+    case AttributeKind::string: return statement.text(column);
+    case AttributeKind::uuid:
+    case AttributeKind::binary: return statement.blob(column);
+    case AttributeKind::integer:
+    case AttributeKind::boolean:
+    case AttributeKind::toOne: return statement.integer(column);
+  }
+  return std::monostate{};
+}
+
+const EntityTable* requireTable(const StoreModel& model, const EntityDescription& entity,
+                                const std::filesystem::path& path) {
+  const auto* table = model.entity(entity.name);
+  if (!table) throw InvalidFetchRequest("entity " + entity.name + " is not in the store " + path.string());
+  for (const auto& attribute : entity.attributes) {
+    if (attribute.requiredInStore && !table->hasColumn(StoreModel::storeName(attribute.name))) {
+      throw InvalidFetchRequest("column " + StoreModel::storeName(attribute.name) + " is missing from " +
+                                table->tableName);
+    }
+  }
+  return table;
+}
+
+std::vector<FetchedRow> readRows(StoreSnapshot& snapshot, const FetchQuery& query,
+                                 const EntityDescription& entity) {
+  auto statement = snapshot.database().prepare(query.sql());
+  query.bind(statement);
+  std::vector<FetchedRow> rows;
+  while (statement.step()) {
+    FetchedRow row{statement.integer(0), {}};
+    row.values.reserve(entity.attributes.size());
+    for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
+      row.values.push_back(columnValue(statement, static_cast<int>(i) + 1, entity.attributes[i].kind));
+    }
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+}  // namespace
+
+ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStoreCoordinator> coordinator)
+    : coordinator_(std::move(coordinator)),
+      executor_(std::make_shared<SqliteBatchDeleteExecutor>()) {}
+
+Result<std::vector<FetchedRow>> ManagedObjectContext::fetchRows(const FetchSpecification& request,
+                                                                const EntityDescription& entity) const {
+  if (coordinator_->persistentStores().empty()) {
+    return StoreErrors::invalidRequest("This coordinator has no persistent stores.");
+  }
+  const auto path = coordinator_->persistentStores().front()->filePath();
+  // A store file that is not there yet reads as an empty journal; the app
+  // creates it on its first save. The extension never creates the app's file.
+  if (!std::filesystem::exists(path)) return std::vector<FetchedRow>{};
+  try {
+    StoreSnapshot snapshot(path);
+    const auto* table = requireTable(snapshot.model(), entity, path);
+    auto rows = readRows(snapshot, FetchQuery(request, entity, *table), entity);
+    snapshot.finish();
+    return rows;
+  } catch (const SqliteException& failure) {
+    return StoreErrors::fileError(path, failure);
+  } catch (const InvalidFetchRequest& failure) {
+    return StoreErrors::invalidRequest(failure.what());
+  }
+}
+
+std::shared_ptr<ManagedObject> ManagedObjectContext::materialize(const EntityDescription& entity,
+                                                                 const FetchedRow& row) {
+  auto& slot = registered_[entity.name][row.primaryKey];
+  auto object = slot.lock();
+  if (!object) {
+    // Not make_shared: the identity map's weak reference must not pin the object's memory.
+    object.reset(entity.instantiate(ObjectID{entity.name, row.primaryKey}, weak_from_this()));
+    slot = object;
+  }
+  object->refresh(row.values);
+  return object;
+}
+
+void ManagedObjectContext::forgetExpired(const std::string& entityName) {
+  auto found = registered_.find(entityName);
+  if (found == registered_.end()) return;
+  std::erase_if(found->second, [](const auto& entry) { return entry.second.expired(); });
+}
+
+void ManagedObjectContext::forget(const ObjectID& id) {
+  auto found = registered_.find(id.entityName);
+  if (found == registered_.end()) return;
+  auto object = found->second.find(id.primaryKey);
+  if (object == found->second.end()) return;
+  if (auto live = object->second.lock()) live->deleted_ = true;
+  found->second.erase(object);
+}
+
+std::shared_ptr<ManagedObject> ManagedObjectContext::registeredObject(const ObjectID& id) const {
+  const auto found = registered_.find(id.entityName);
+  if (found == registered_.end()) return nullptr;
+  const auto object = found->second.find(id.primaryKey);
+  return object == found->second.end() ? nullptr : object->second.lock();
+}
+
+std::optional<std::vector<std::uint8_t>> ManagedObjectContext::binaryValue(
+    const ObjectID& id, std::string_view attribute) const {
+  if (coordinator_->persistentStores().empty()) return std::nullopt;
+  const auto path = coordinator_->persistentStores().front()->filePath();
+  if (!std::filesystem::exists(path)) return std::nullopt;
+  try {
+    StoreSnapshot snapshot(path);
+    const auto* table = snapshot.model().entity(id.entityName);
+    const auto column = StoreModel::storeName(attribute);
+    if (!table || !table->hasColumn(column)) return std::nullopt;
+    auto statement =
+        snapshot.database().prepare("SELECT " + column + " FROM " + table->tableName + " WHERE Z_PK = ?");
+    statement.bind(1, id.primaryKey);
+    if (!statement.step() || statement.isNull(0)) return std::nullopt;
+    const auto stored = statement.blob(0);
+    snapshot.finish();
+    return decodeExternalStorageValue(stored, path);
+  } catch (const SqliteException&) {
+    return std::nullopt;
+  }
+}
+
+Result<PersistentStoreResult> ManagedObjectContext::execute(const BatchDeleteRequest& request) {
+  if (coordinator_->persistentStores().empty()) {
+    return StoreErrors::invalidRequest("This coordinator has no persistent stores.");
+  }
+  return executor_->execute(request, *coordinator_->persistentStores().front());
+}
+
+void ManagedObjectContext::setRequestExecutor(std::shared_ptr<PersistentStoreRequestExecutor> executor) {
+  executor_ = std::move(executor);
+}
+
+void ManagedObjectContext::mergeChanges(const ChangeDictionary& changes,
+                                        const std::vector<std::shared_ptr<ManagedObjectContext>>& contexts) {
+  const auto deleted = changes.find(kDeletedObjectsKey);
+  if (deleted == changes.end()) return;
+  for (const auto& context : contexts) {
+    for (const auto& id : deleted->second) context->forget(id);
+  }
+}
+
+void ManagedObjectContext::typeMismatch(const std::string& fetched, const std::string& expected) {
+  platform::fatalError(kTypeMismatchSource,
+                       "Could not cast value of type '" + fetched + "' to '" + expected + "'.");
+}
+
+}  // namespace quillan::store

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Error.hpp"
+#include "platform/Fatal.hpp"
+#include "store/BatchDeleteRequest.hpp"
+#include "store/EntityDescription.hpp"
+#include "store/FetchRequest.hpp"
+#include "store/ManagedObject.hpp"
+#include "store/PersistentStoreCoordinator.hpp"
+#include "store/PersistentStoreRequestExecutor.hpp"
+#include "store/Result.hpp"
+
+namespace quillan::store {
+
+enum class MergePolicy {
+  error,
+  mergeByPropertyStoreTrump,
+  mergeByPropertyObjectTrump,
+  overwrite,
+  rollback,
+};
+
+// A row as a fetch returns it: its primary key and the entity's attribute values.
+struct FetchedRow {
+  std::int64_t primaryKey = 0;
+  std::vector<StoredValue> values;
+};
+
+// The place objects live. It keeps at most one live object per row (identity
+// map, held weakly so that dropped results free their memory), refreshes those
+// objects from the store on every fetch, and forgets objects a merge reports
+// deleted. Each fetch is one read-only snapshot of the store.
+class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectContext> {
+ public:
+  explicit ManagedObjectContext(std::shared_ptr<PersistentStoreCoordinator> coordinator);
+
+  template <typename T>
+  Result<std::vector<std::shared_ptr<T>>> fetch(const FetchRequest<T>& request);
+
+  // The live object registered for `id`, if any; never reads the store.
+  std::shared_ptr<ManagedObject> registeredObject(const ObjectID& id) const;
+
+  // A binary attribute, read from the store only now (fetches never read one).
+  // Empty when the row, the column or the value is absent, or when the data
+  // lives in an external file that is missing.
+  std::optional<std::vector<std::uint8_t>> binaryValue(const ObjectID& id,
+                                                       std::string_view attribute) const;
+
+  // The object a to-one key points at; empty for a dangling key.
+  template <typename T>
+  std::shared_ptr<T> object(std::int64_t primaryKey);
+  // The objects whose to-one `attribute` points at `primaryKey` (a to-many's inverse).
+  template <typename T>
+  std::vector<std::shared_ptr<T>> objectsPointingAt(const std::string& attribute,
+                                                    std::int64_t primaryKey);
+
+  Result<PersistentStoreResult> execute(const BatchDeleteRequest& request);
+  // Executes a batch delete and merges the deleted ids into this context.
+  // A failed execute is returned unchanged and nothing is merged.
+  std::optional<platform::Error> executeAndMergeChanges(BatchDeleteRequest request);
+  void setRequestExecutor(std::shared_ptr<PersistentStoreRequestExecutor> executor);
+
+  static constexpr std::string_view kDeletedObjectsKey = "deleted";
+  using ChangeDictionary = std::map<std::string, std::vector<ObjectID>, std::less<>>;
+  // mergeChanges(fromRemoteContextSave:into:): registered objects named under
+  // kDeletedObjectsKey are marked deleted and forgotten; unknown ids are ignored.
+  static void mergeChanges(const ChangeDictionary& changes,
+                           const std::vector<std::shared_ptr<ManagedObjectContext>>& contexts);
+
+  PersistentStoreCoordinator& persistentStoreCoordinator() const { return *coordinator_; }
+
+  bool automaticallyMergesChangesFromParent = false;
+  MergePolicy mergePolicy = MergePolicy::error;
+
+ private:
+  Result<std::vector<FetchedRow>> fetchRows(const FetchSpecification& request,
+                                            const EntityDescription& entity) const;
+  std::shared_ptr<ManagedObject> materialize(const EntityDescription& entity, const FetchedRow& row);
+  void forgetExpired(const std::string& entityName);
+  void forget(const ObjectID& id);
+  [[noreturn]] static void typeMismatch(const std::string& fetched, const std::string& expected);
+
+  std::shared_ptr<PersistentStoreCoordinator> coordinator_;
+  std::shared_ptr<PersistentStoreRequestExecutor> executor_;
+  std::unordered_map<std::string, std::unordered_map<std::int64_t, std::weak_ptr<ManagedObject>>>
+      registered_;
+};
+
+template <typename T>
+Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetch(const FetchRequest<T>& request) {
+  const auto& entity = T::entityDescription();
+  if (request.entityName != entity.name) typeMismatch(request.entityName, entity.name);
+  auto rows = fetchRows(request, entity);
+  if (!rows) return rows.error();
+  std::vector<std::shared_ptr<T>> objects;
+  objects.reserve(rows.value().size());
+  for (const auto& row : rows.value()) {
+    objects.push_back(std::static_pointer_cast<T>(materialize(entity, row)));
+  }
+  forgetExpired(entity.name);
+  return objects;
+}
+
+template <typename T>
+std::shared_ptr<T> ManagedObjectContext::object(std::int64_t primaryKey) {
+  auto request = T::fetchRequest();
+  request.predicate = Predicate::primaryKeyIn({primaryKey});
+  auto result = fetch(request);
+  if (!result || result.value().empty()) return nullptr;
+  return result.value().front();
+}
+
+template <typename T>
+std::vector<std::shared_ptr<T>> ManagedObjectContext::objectsPointingAt(const std::string& attribute,
+                                                                        std::int64_t primaryKey) {
+  auto request = T::fetchRequest();
+  request.predicate = Predicate::compare(attribute, Predicate::Comparison::equal, primaryKey);
+  auto result = fetch(request);
+  if (!result) return {};
+  return std::move(result.value());
+}
+
+}  // namespace quillan::store

@@ -1,0 +1,40 @@
+#include "store/StoredValue.hpp"
+
+namespace quillan::store {
+
+std::optional<platform::Date> decodeDate(const StoredValue& value) {
+  if (const auto* real = std::get_if<double>(&value)) {
+    return platform::Date::fromReferenceSeconds(*real);
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) {
+    return platform::Date::fromReferenceSeconds(static_cast<double>(*integer));
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> decodeString(const StoredValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  return std::nullopt;
+}
+
+std::optional<UUID> decodeUUID(const StoredValue& value) {
+  if (const auto* blob = std::get_if<std::vector<std::uint8_t>>(&value)) {
+    return UUID::fromBytes(*blob);
+  }
+  return std::nullopt;
+}
+
+std::optional<std::int64_t> decodeForeignKey(const StoredValue& value) {
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) return *integer;
+  return std::nullopt;
+}
+
+std::int64_t decodeInteger(const StoredValue& value) {
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) return *integer;
+  if (const auto* real = std::get_if<double>(&value)) return static_cast<std::int64_t>(*real);
+  return 0;
+}
+
+bool decodeBool(const StoredValue& value) { return decodeInteger(value) != 0; }
+
+}  // namespace quillan::store

@@ -1,0 +1,44 @@
+#include "store/TimelineTab.hpp"
+
+#include "store/ManagedObjectContext.hpp"
+#include "store/Note.hpp"
+
+namespace quillan::store {
+namespace {
+
+enum Column { kAddedDate, kID, kName, kOrder };
+
+}  // namespace
+
+const EntityDescription& TimelineTab::entityDescription() {
+  static const EntityDescription description{
+      kEntityName,
+      {{"addedDate", AttributeKind::date},
+       {"id", AttributeKind::uuid},
+       {"name", AttributeKind::string},
+       {"order", AttributeKind::integer}},
+      [](ObjectID id, std::weak_ptr<ManagedObjectContext> context) -> ManagedObject* {
+        return new TimelineTab(std::move(id), std::move(context));
+      }};
+  return description;
+}
+
+FetchRequest<TimelineTab> TimelineTab::fetchRequest() { return FetchRequest<TimelineTab>(kEntityName); }
+
+TimelineTab::TimelineTab(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
+    : ManagedObject(std::move(objectID), std::move(context)) {}
+
+void TimelineTab::refresh(const std::vector<StoredValue>& row) {
+  addedDate_ = decodeDate(row[kAddedDate]);
+  id_ = decodeUUID(row[kID]);
+  name_ = decodeString(row[kName]);
+  order_ = decodeInteger(row[kOrder]);
+}
+
+std::vector<std::shared_ptr<Note>> TimelineTab::notes() const {
+  auto context = managedObjectContext();
+  if (!context) return {};
+  return context->objectsPointingAt<Note>("timelineTab", objectID().primaryKey);
+}
+
+}  // namespace quillan::store
