@@ -51,12 +51,12 @@ constexpr auto enumNames(ContainerBackgroundPlacement) {
 // `.frame(minWidth:idealWidth:maxWidth:minHeight:idealHeight:maxHeight:alignment:)`.
 // Unset bounds leave the child's own answer; `infinity` is a valid maximum.
 struct FlexibleFrame {
-  std::optional<double> minWidth;
-  std::optional<double> idealWidth;
-  std::optional<double> maxWidth;
-  std::optional<double> minHeight;
-  std::optional<double> idealHeight;
-  std::optional<double> maxHeight;
+  std::optional<double> minWidth = std::nullopt;
+  std::optional<double> idealWidth = std::nullopt;
+  std::optional<double> maxWidth = std::nullopt;
+  std::optional<double> minHeight = std::nullopt;
+  std::optional<double> idealHeight = std::nullopt;
+  std::optional<double> maxHeight = std::nullopt;
   Alignment alignment = Alignment::center;
 
   static constexpr double infinity = std::numeric_limits<double>::infinity();

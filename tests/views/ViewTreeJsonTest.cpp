@@ -1,0 +1,233 @@
+#include "views/ViewTreeJson.hpp"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "views/Builders.hpp"
+
+namespace quillan::views {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Node morePill() {
+  return localizedText("%lld more", "3 more")
+      .font(Font::system(13))
+      .foregroundColor(Color::systemGray())
+      .padding(EdgeSet::horizontal(), 5)
+      .background(capsule(RoundedCornerStyle::continuous).fill(Color::gray().withOpacity(0.1)));
+}
+
+TEST(ViewTreeJson, EncodesTypePropertiesChildrenAndModifiersInThatOrder) {
+  const Node tree = vstack(HorizontalAlignment::leading, {
+                                                             morePill(),
+                                                             spacer(2.5),
+                                                             when(false, text("never")),
+                                                         })
+                        .containerBackground(ContainerBackgroundPlacement::widget, Alignment::center,
+                                             Color::systemGray6())
+                        .privacySensitive();
+  // Written out by hand: key order is part of the format.
+  const char* expected = R"({
+    "type": "VStack", "alignment": "leading",
+    "children": [
+      {"type": "Text", "text": "3 more", "key": "%lld more", "modifiers": [
+        {"modifier": "font", "font": {"size": 13.0}},
+        {"modifier": "foregroundColor", "color": "systemGray"},
+        {"modifier": "padding", "edges": "horizontal", "length": 5.0},
+        {"modifier": "background", "content": {"type": "Capsule", "style": "continuous", "modifiers": [
+          {"modifier": "fill", "style": {"color": "gray", "opacity": 0.1}}]}}]},
+      {"type": "Spacer", "minLength": 2.5}],
+    "modifiers": [
+      {"modifier": "containerBackground", "placement": "widget", "content": {"type": "Color", "color": "systemGray6"}},
+      {"modifier": "privacySensitive"}]
+  })";
+  EXPECT_EQ(toJson(tree).dump(), Json::parse(expected).dump());
+}
+
+TEST(ViewTreeJson, WritesGradientsStrokesAndSymbolsWithTheirConstants) {
+  const auto gradient = LinearGradient::evenlySpaced({Color::orange(), Color::orange().withOpacity(0.75)},
+                                                     UnitPoint::bottomLeading(), UnitPoint::topTrailing());
+  const Node tree = zstack({
+      containerRelativeShape().fill(gradient),
+      circle().strokeBorder(Color::red(), StrokeStyle{3, LineCap::round, LineJoin::miter, 10, {5}, 2}),
+      image("square.and.pencil.circle.fill")
+          .resizable()
+          .foregroundStyle(HierarchicalShapeStyle::primary, HierarchicalShapeStyle::secondary)
+          .frame(FlexibleFrame{.maxWidth = FlexibleFrame::infinity}),
+  });
+  const char* expected = R"({"type": "ZStack", "children": [
+    {"type": "ContainerRelativeShape", "modifiers": [{"modifier": "fill", "style": {"linearGradient": {
+      "stops": [{"color": "orange", "location": 0.0}, {"color": "orange", "opacity": 0.75, "location": 1.0}],
+      "startPoint": "bottomLeading", "endPoint": "topTrailing"}}}]},
+    {"type": "Circle", "modifiers": [{"modifier": "strokeBorder", "style": {"color": "red"},
+      "strokeStyle": {"lineWidth": 3.0, "lineCap": "round", "dash": [5.0], "dashPhase": 2.0}}]},
+    {"type": "Image", "systemName": "square.and.pencil.circle.fill", "modifiers": [
+      {"modifier": "resizable"},
+      {"modifier": "foregroundStyle", "styles": [{"hierarchical": "primary"}, {"hierarchical": "secondary"}]},
+      {"modifier": "flexFrame", "maxWidth": "infinity"}]}]})";
+  EXPECT_EQ(toJson(tree).dump(), Json::parse(expected).dump());
+}
+
+// Every node kind and every modifier kind, with non-default arguments.
+Node everything() {
+  const auto gradient = LinearGradient::evenlySpaced({Color::gray(), Color::gray().withOpacity(0.75)},
+                                                     UnitPoint{0.25, 0.75}, UnitPoint::topTrailing());
+  const platform::TextRun linked{"here", false, false, false, false, "https://example.org"};
+  Node runs = Node{Text{"bold and here", std::nullopt,
+                        {{"bold", true, false, false, false, std::nullopt},
+                         {" and ", false, true, true, true, std::nullopt},
+                         linked}}};
+  return anyView(
+      vstack(HorizontalAlignment::trailing, 4,
+             {
+                 hstack(VerticalAlignment::firstTextBaseline, 0,
+                        {
+                            text("Mon").font(Font::system(12, Weight::medium, FontDesign::rounded)),
+                            localizedText("On This Day").fontWeight(Weight::heavy).fontWeight(std::nullopt),
+                            std::move(runs).lineLimit(2).lineLimit(std::nullopt),
+                        }),
+                 zstack(Alignment::bottomTrailing,
+                        {
+                            circle().fill(Color::green()).frame(47.5, 47.5).frame(std::nullopt, 3,
+                                                                                   Alignment::topLeading),
+                            capsule().strokeBorder(gradient, StrokeStyle{}),
+                            containerRelativeShape().fill(HierarchicalShapeStyle::tertiary),
+                            linearGradient(gradient),
+                            color(Color::clear().withOpacity(0.5)),
+                        }),
+                 spacer(),
+                 link("widget-deeplink://AddRecord",
+                      image("square.and.pencil")
+                          .imageScale(ImageScale::small)
+                          .font(Font::title().weight(Weight::semibold))
+                          .offset(0.75, -0.75)
+                          .buttonStyle(ButtonStyle::plain)
+                          .resizable(EdgeInsets{1, 2, 3, 4}, ResizingMode::tile)
+                          .foregroundStyle(Color::white())
+                          .foregroundColor(Color::primary())),
+             })
+          .padding()
+          .padding(12.5)
+          .padding(EdgeSet::leading() | EdgeSet::bottom(), 15)
+          .frame(FlexibleFrame{.minWidth = 0,
+                               .idealWidth = 10,
+                               .maxWidth = FlexibleFrame::infinity,
+                               .minHeight = 1,
+                               .idealHeight = 2,
+                               .maxHeight = 3,
+                               .alignment = Alignment::top})
+          .background(Color::white(), Alignment::leading, EdgeSet::all())
+          .overlay(text("!"), Alignment::bottom)
+          .opacity(0.5))
+      .containerBackground(ContainerBackgroundPlacement::widget, Alignment::trailing, linearGradient(gradient))
+      .widgetURL("widget-deeplink://OnThisDay")
+      .privacySensitive(false);
+}
+
+void collectKinds(const Node& node, std::set<std::size_t>& kinds, std::set<std::size_t>& modifierKinds) {
+  kinds.insert(node.kind.index());
+  for (const auto& child : node.children()) collectKinds(child, kinds, modifierKinds);
+  for (const auto& modifier : node.modifiers) {
+    modifierKinds.insert(modifier.kind.index());
+    std::visit(
+        [&](const auto& m) {
+          if constexpr (requires { m.content; }) collectKinds(m.content, kinds, modifierKinds);
+        },
+        modifier.kind);
+  }
+}
+
+TEST(ViewTreeJson, RoundTripsEveryNodeAndModifierKind) {
+  const Node tree = everything();
+  std::set<std::size_t> kinds;
+  std::set<std::size_t> modifierKinds;
+  collectKinds(tree, kinds, modifierKinds);
+  ASSERT_EQ(kinds.size(), std::variant_size_v<Node::Kind>) << "the tree must use every node kind";
+  ASSERT_EQ(modifierKinds.size(), std::variant_size_v<Modifier::Kind>) << "and every modifier kind";
+
+  const std::string encoded = encodeViewTree(tree);
+  const Node decoded = decodeViewTree(encoded);
+  EXPECT_EQ(decoded, tree);
+  EXPECT_EQ(encodeViewTree(decoded), encoded);
+}
+
+TEST(ViewTreeJson, ModifiersKeepTheirOrder) {
+  const Node padded = text("x").padding(5).background(Color::red());
+  const Node underlaid = text("x").background(Color::red()).padding(5);
+  EXPECT_NE(padded, underlaid);
+  EXPECT_EQ(decodeViewTree(encodeViewTree(underlaid)), underlaid);
+  EXPECT_EQ(toJson(underlaid)["modifiers"][0]["modifier"], "background");
+}
+
+struct Malformed {
+  const char* json;
+  const char* message;
+};
+
+TEST(ViewTreeJson, RejectsMalformedTreesSayingWhereAndWhat) {
+  const Malformed cases[] = {
+      {R"({"type": "Text")", nullptr},
+      {R"([])", "view tree: at /: expected an object"},
+      {R"({"text": "x"})", "view tree: at /: missing \"type\""},
+      {R"({"type": "Button"})", "view tree: at /type: unknown view type \"Button\""},
+      {R"({"type": "Text"})", "view tree: at /: missing \"text\""},
+      {R"({"type": "Text", "text": 3})", "view tree: at /text: expected a string"},
+      {R"({"type": "Circle", "radius": 3})", "view tree: at /: unexpected key \"radius\""},
+      {R"({"type": "VStack", "alignment": "top"})",
+       "view tree: at /alignment: unknown alignment \"top\" (expected leading, center or trailing)"},
+      {R"({"type": "VStack", "children": [{"type": "Spacer", "minLength": "2"}]})",
+       "view tree: at /children/0/minLength: expected a number"},
+      {R"({"type": "Link", "destination": "x", "children": []})", "view tree: at /: a Link has exactly one child"},
+      {R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "fnt"}]})",
+       "view tree: at /modifiers/0/modifier: unknown modifier \"fnt\""},
+      {R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "font", "font": {"size": 3, "weight": "fat"}}]})",
+       "view tree: at /modifiers/0/font/weight: unknown weight \"fat\" (expected ultraLight, thin, light, regular, "
+       "medium, semibold, bold, heavy or black)"},
+      {R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "font", "font": {}}]})",
+       "view tree: at /modifiers/0/font: a font has either \"size\" or \"textStyle\""},
+      {R"({"type": "Color", "color": "grey"})", nullptr},
+      {R"({"type": "Circle", "modifiers": [{"modifier": "fill", "style": {}}]})",
+       "view tree: at /modifiers/0/style: expected a style: \"color\", \"linearGradient\" or \"hierarchical\""},
+      {R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "lineLimit", "lines": 1.5}]})",
+       "view tree: at /modifiers/0/lines: expected an integer"},
+      {R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "padding", "edges": "sides"}]})", nullptr},
+      {R"({"type": "Text", "text": "ab", "runs": [{"text": "a"}]})",
+       "view tree: at /text: the text is not the concatenation of its runs"},
+  };
+  for (const auto& c : cases) {
+    try {
+      decodeViewTree(c.json);
+      ADD_FAILURE() << "accepted " << c.json;
+    } catch (const ViewTreeJsonError& error) {
+      const std::string message = error.what();
+      if (c.message) {
+        EXPECT_EQ(message, c.message) << c.json;
+      } else {
+        EXPECT_EQ(message.find('\n'), std::string::npos) << message;
+        EXPECT_EQ(message.rfind("view tree: ", 0), 0u) << message;
+      }
+    }
+  }
+}
+
+TEST(ViewTreeJson, ReportsTextThatIsNotJson) {
+  try {
+    decodeViewTree("{\"type\": ");
+    FAIL();
+  } catch (const ViewTreeJsonError& error) {
+    EXPECT_EQ(std::string(error.what()).rfind("view tree: malformed JSON: ", 0), 0u) << error.what();
+  }
+}
+
+TEST(Builders, OmitAbsentBranchesAndKeepChildOrder) {
+  const Node stack = hstack({spacer(2.5), when(true, text("a")), when(false, text("b")), spacer(2.5)});
+  ASSERT_EQ(stack.children().size(), 3u);
+  EXPECT_EQ(stack.children()[1], text("a"));
+  EXPECT_TRUE(circle().children().empty());
+  EXPECT_EQ(link("u", text("l")).children().size(), 1u);
+}
+
+}  // namespace
+}  // namespace quillan::views
