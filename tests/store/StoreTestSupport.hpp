@@ -1,0 +1,64 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/URL.hpp"
+#include "store/ManagedObjectContext.hpp"
+#include "store/Note.hpp"
+
+namespace quillan::store::testing {
+
+// A scratch directory per test, removed afterwards.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "quillan-store-XXXXXX").string();
+    path_ = ::mkdtemp(pattern.data());
+  }
+  ~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// A context reading the journal at `path` through its own coordinator.
+inline std::shared_ptr<ManagedObjectContext> contextFor(const std::filesystem::path& path) {
+  auto coordinator = std::make_shared<PersistentStoreCoordinator>();
+  auto loaded = coordinator->addPersistentStore(platform::URL::fileURL(path), kSQLiteStoreType);
+  EXPECT_TRUE(loaded.ok()) << (loaded.ok() ? "" : loaded.error().description());
+  return std::make_shared<ManagedObjectContext>(coordinator);
+}
+
+inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) {
+  auto result = context.fetch(Note::fetchRequest());
+  EXPECT_TRUE(result.ok()) << (result.ok() ? "" : result.error().description());
+  return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
+}
+
+inline std::string fileContents(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+inline fixtures::Bytes bytes(std::initializer_list<int> values) {
+  fixtures::Bytes out;
+  for (int value : values) out.push_back(static_cast<std::uint8_t>(value));
+  return out;
+}
+
+inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
+
+}  // namespace quillan::store::testing
