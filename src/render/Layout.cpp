@@ -167,6 +167,7 @@ Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::opti
     case LayoutKind::overlay:
     case LayoutKind::offset:
     case LayoutKind::link:
+    case LayoutKind::group:
       return node.children.empty() ? Size{} : sizeThatFits(node.children.front(), p, axis);
   }
   return {};
@@ -234,6 +235,7 @@ LayoutBox LayoutEngine::place(const LayoutNode& node, ProposedSize p, Rect frame
       break;
     case LayoutKind::offset:
     case LayoutKind::link:
+    case LayoutKind::group:
       if (!node.children.empty()) placeChild(node.children.front(), p, frame, axis);
       break;
     case LayoutKind::empty:

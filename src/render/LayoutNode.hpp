@@ -13,11 +13,11 @@
 namespace quillan::render {
 
 // What a layout node is. Modifiers that affect layout are nodes of their own
-// wrapping one child (frame, padding, offset, link); background and overlay
-// hold [primary, secondary].
+// wrapping one child (frame, padding, offset, link; group only carries
+// opacity and marks); background and overlay hold [primary, secondary].
 enum class LayoutKind {
   empty, hstack, vstack, zstack, text, symbol, shape, spacer,
-  frame, flexibleFrame, padding, background, overlay, offset, link,
+  frame, flexibleFrame, padding, background, overlay, offset, link, group,
 };
 
 enum class ShapeKind { rectangle, roundedRectangle, capsule, circle, ellipse, containerRelative };
@@ -62,6 +62,7 @@ struct LayoutNode {
   double cornerRadius = 0;
   Paint fill;
   std::optional<StrokeStyle> stroke;
+  Paint strokePaint;
 
   // Drawing: text and symbol colour (secondary = a symbol's second layer),
   // group opacity, and the marks rendering modes and redaction look at.

@@ -17,6 +17,7 @@ const LayoutNode& spacingSubject(const LayoutNode& node) {
     case LayoutKind::flexibleFrame:
     case LayoutKind::offset:
     case LayoutKind::link:
+    case LayoutKind::group:
     case LayoutKind::background:
     case LayoutKind::overlay:
       return node.children.empty() ? node : spacingSubject(node.children.front());

@@ -1,0 +1,106 @@
+#include "render/Renderer.hpp"
+
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+#include <cairo.h>
+
+#include <cmath>
+#include <memory>
+
+#include "render/PangoTextMeasurer.hpp"
+#include "render/WidgetLayout.hpp"
+#include "render/WidgetPainter.hpp"
+
+namespace quillan::render {
+
+namespace {
+
+struct SurfaceDeleter {
+  void operator()(cairo_surface_t* s) const { cairo_surface_destroy(s); }
+};
+struct ContextDeleter {
+  void operator()(cairo_t* c) const { cairo_destroy(c); }
+};
+using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
+using Context = std::unique_ptr<cairo_t, ContextDeleter>;
+
+// One text engine per process: font loading is the slow part of drawing.
+const PangoTextMeasurer& textEngine() {
+  static const PangoTextMeasurer engine;
+  return engine;
+}
+
+void checkScale(double scale) {
+  if (!(scale >= 1 && scale <= 3)) throw RenderError("scale must be between 1 and 3, got " + std::to_string(scale));
+}
+
+void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext& context, double scale) {
+  const auto widget = layoutWidget(tree, context, textEngine());
+  Context cr(cairo_create(surface));
+  cairo_scale(cr.get(), scale, scale);
+  paintWidget(cr.get(), *widget, context, textEngine());
+  cairo_surface_flush(surface);
+}
+
+Surface rasterFor(const views::Node& tree, const RenderContext& context) {
+  checkScale(context.scale);
+  const Size size = context.device.sizeOf(context.env.family);
+  Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(std::ceil(size.width * context.scale)),
+                                             static_cast<int>(std::ceil(size.height * context.scale))));
+  draw(surface.get(), tree, context, context.scale);
+  return surface;
+}
+
+cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned int length) {
+  auto* out = static_cast<std::vector<std::uint8_t>*>(closure);
+  out->insert(out->end(), data, data + length);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+cairo_status_t appendText(void* closure, const unsigned char* data, unsigned int length) {
+  static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+void checkWritten(cairo_status_t status, const std::filesystem::path& path) {
+  if (status != CAIRO_STATUS_SUCCESS)
+    throw RenderError("cannot write " + path.string() + ": " + cairo_status_to_string(status));
+}
+
+}  // namespace
+
+void renderToFile(const views::Node& tree, const RenderContext& context, Format format,
+                  const std::filesystem::path& path) {
+  const Size size = context.device.sizeOf(context.env.family);
+  if (format == Format::png) {
+    const Surface surface = rasterFor(tree, context);
+    checkWritten(cairo_surface_write_to_png(surface.get(), path.c_str()), path);
+    return;
+  }
+  Surface surface(format == Format::svg ? cairo_svg_surface_create(path.c_str(), size.width, size.height)
+                                        : cairo_pdf_surface_create(path.c_str(), size.width, size.height));
+  checkWritten(cairo_surface_status(surface.get()), path);
+  draw(surface.get(), tree, context, 1.0);
+  cairo_surface_finish(surface.get());
+  checkWritten(cairo_surface_status(surface.get()), path);
+}
+
+std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context) {
+  const Surface surface = rasterFor(tree, context);
+  std::vector<std::uint8_t> bytes;
+  cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes);
+  return bytes;
+}
+
+std::string renderToSVG(const views::Node& tree, const RenderContext& context) {
+  const Size size = context.device.sizeOf(context.env.family);
+  std::string svg;
+  {
+    Surface surface(cairo_svg_surface_create_for_stream(appendText, &svg, size.width, size.height));
+    draw(surface.get(), tree, context, 1.0);
+    cairo_surface_finish(surface.get());
+  }
+  return svg;
+}
+
+}  // namespace quillan::render

@@ -1,0 +1,103 @@
+#include "render/SymbolDrawing.hpp"
+
+#include <cairo.h>
+
+#include <cmath>
+
+#include "render/RenderingConstants.hpp"
+
+namespace quillan::render {
+
+namespace {
+
+void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
+
+// Maps the unit box of a drawing onto `box`.
+struct UnitBox {
+  Rect box;
+  double x(double u) const { return box.x + u * box.width; }
+  double y(double v) const { return box.y + v * box.height; }
+};
+
+void strokeRound(cairo_t* cr, double width) {
+  cairo_set_line_width(cr, width);
+  cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
+  cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
+  cairo_stroke(cr);
+}
+
+void checkmark(cairo_t* cr, Rect box) {
+  const UnitBox u{box};
+  cairo_move_to(cr, u.x(0.06), u.y(0.55));
+  cairo_line_to(cr, u.x(0.37), u.y(0.92));
+  cairo_line_to(cr, u.x(0.95), u.y(0.08));
+  strokeRound(cr, constants::kSymbolStrokePerHeight * box.height * 1.3);
+}
+
+// The open rounded square at the lower left and the pencil across its open
+// top-right corner.
+void squareAndPencil(cairo_t* cr, Rect box) {
+  const UnitBox u{box};
+  const double stroke = constants::kSymbolStrokePerHeight * box.height;
+  const double left = 0.05, top = 0.15, side = 0.80, r = 0.2 * side;
+  const double right = left + side, bottom = top + side;
+  cairo_new_path(cr);
+  cairo_move_to(cr, u.x(left + side * 0.55), u.y(top));
+  cairo_line_to(cr, u.x(left + r), u.y(top));
+  cairo_curve_to(cr, u.x(left), u.y(top), u.x(left), u.y(top), u.x(left), u.y(top + r));
+  cairo_line_to(cr, u.x(left), u.y(bottom - r));
+  cairo_curve_to(cr, u.x(left), u.y(bottom), u.x(left), u.y(bottom), u.x(left + r), u.y(bottom));
+  cairo_line_to(cr, u.x(right - r), u.y(bottom));
+  cairo_curve_to(cr, u.x(right), u.y(bottom), u.x(right), u.y(bottom), u.x(right), u.y(bottom - r));
+  cairo_line_to(cr, u.x(right), u.y(top + side * 0.45));
+  strokeRound(cr, stroke);
+
+  // Pencil: a bar from the tip near the square's centre up to the top right,
+  // with a short cap segment beyond a thin gap.
+  const double tipX = 0.42, tipY = 0.58, endX = 0.95, endY = 0.05;
+  const double dx = endX - tipX, dy = endY - tipY;
+  const double capStart = 0.80, gap = 0.06;
+  cairo_move_to(cr, u.x(tipX), u.y(tipY));
+  cairo_line_to(cr, u.x(tipX + dx * (capStart - gap)), u.y(tipY + dy * (capStart - gap)));
+  strokeRound(cr, 0.15 * box.height);
+  cairo_move_to(cr, u.x(tipX + dx * capStart), u.y(tipY + dy * capStart));
+  cairo_line_to(cr, u.x(endX), u.y(endY));
+  strokeRound(cr, 0.15 * box.height);
+}
+
+void circledSquareAndPencil(cairo_t* cr, Rect box, Rgba primary, Rgba secondary) {
+  const double diameter = std::min(box.width, box.height);
+  const Point c = box.center();
+  const double inner = diameter * 0.5;
+  const Rect glyph{c.x - inner / 2 - diameter * 0.02, c.y - inner / 2 + diameter * 0.02, inner, inner};
+  cairo_push_group(cr);
+  setColor(cr, primary);
+  cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
+  cairo_fill(cr);
+  cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+  squareAndPencil(cr, glyph);
+  cairo_pop_group_to_source(cr);
+  cairo_paint(cr);
+  setColor(cr, secondary);
+  squareAndPencil(cr, glyph);
+}
+
+}  // namespace
+
+void drawSymbol(cairo_t* cr, std::string_view name, Rect box, Rgba primary, Rgba secondary) {
+  cairo_save(cr);
+  setColor(cr, primary);
+  if (name == "checkmark") {
+    checkmark(cr, box);
+  } else if (name == "square.and.pencil") {
+    squareAndPencil(cr, box);
+  } else if (name == "square.and.pencil.circle.fill") {
+    circledSquareAndPencil(cr, box, primary, secondary);
+  } else {
+    cairo_rectangle(cr, box.x, box.y, box.width, box.height);
+    strokeRound(cr, 1);
+  }
+  cairo_restore(cr);
+}
+
+}  // namespace quillan::render

@@ -1,0 +1,63 @@
+#include "render/WidgetLayout.hpp"
+
+#include <memory>
+
+#include "render/Layout.hpp"
+#include "render/RenderingConstants.hpp"
+
+namespace quillan::render {
+
+bool isHomeScreenFamily(views::WidgetFamily family) {
+  return family == views::WidgetFamily::systemSmall || family == views::WidgetFamily::systemMedium;
+}
+
+namespace {
+
+LayoutNode systemBackground(views::ColorScheme scheme) {
+  LayoutNode node;
+  node.kind = LayoutKind::shape;
+  node.name = "systemBackground";
+  node.isContainerBackground = true;
+  node.fill = Paint::solid(scheme == views::ColorScheme::dark ? Rgba::fromHex(0x000000) : Rgba::fromHex(0xFFFFFF));
+  return node;
+}
+
+}  // namespace
+
+std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const RenderContext& context,
+                                           const TextMeasurer& measurer) {
+  auto widget = std::make_unique<WidgetLayout>();
+  const views::WidgetFamily family = context.env.family;
+  widget->size = context.device.sizeOf(family);
+  widget->homeScreenFamily = isHomeScreenFamily(family);
+  widget->circularMask = family == views::WidgetFamily::accessoryCircular;
+  widget->cornerRadius = widget->circularMask ? widget->size.width / 2 : constants::kWidgetCornerRadius;
+  widget->adapted = adaptViewTree(root, context.env);
+
+  const bool modern = context.env.platformVersion.atLeast(17);
+  if (!modern) widget->adapted.containerBackground.reset();  // only platform 17 knows container backgrounds
+  if (!widget->adapted.containerBackground && widget->homeScreenFamily)
+    widget->defaultBackground = systemBackground(context.env.colorScheme);
+
+  const double margin = !modern ? 0
+                      : widget->homeScreenFamily ? constants::kHomeScreenContentMargin
+                                                 : constants::kAccessoryContentMargin;
+  LayoutEngine engine(measurer, context.scale);
+  const Size full = widget->size;
+  const LayoutNode* background = widget->adapted.containerBackground ? &*widget->adapted.containerBackground
+                                 : widget->defaultBackground ? &*widget->defaultBackground : nullptr;
+  if (background) {
+    const Size s = engine.sizeThatFits(*background, ProposedSize::of(full));
+    widget->background = engine.layout(*background, ProposedSize::of(full),
+                                       {(full.width - s.width) / 2, (full.height - s.height) / 2});
+  }
+  const Size area{std::max(0.0, full.width - 2 * margin), std::max(0.0, full.height - 2 * margin)};
+  const Size contentSize = engine.sizeThatFits(widget->adapted.content, ProposedSize::of(area));
+  // The content is centred in the area inside the margins.
+  const Point origin{engine.roundToPixel(margin + (area.width - contentSize.width) / 2),
+                     engine.roundToPixel(margin + (area.height - contentSize.height) / 2)};
+  widget->content = engine.layout(widget->adapted.content, ProposedSize::of(area), origin);
+  return widget;
+}
+
+}  // namespace quillan::render

@@ -1,0 +1,200 @@
+#include "render/WidgetPainter.hpp"
+
+#include <cairo.h>
+
+#include <cmath>
+
+#include "render/RenderingConstants.hpp"
+#include "render/ShapePath.hpp"
+#include "render/SymbolDrawing.hpp"
+
+namespace quillan::render {
+
+namespace {
+
+double linearized(double channel) {
+  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
+
+class Painter {
+ public:
+  Painter(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context, const PangoTextMeasurer& text)
+      : cr_(cr), widget_(widget), context_(context), text_(text) {}
+
+  void paint() {
+    cairo_save(cr_);
+    appendMask();
+    cairo_clip(cr_);
+    const auto mode = context_.env.renderingMode;
+    if (mode != views::WidgetRenderingMode::fullColor) paintBackdrop(mode);
+    else if (widget_.background) paintBox(*widget_.background, false);
+    paintBox(widget_.content, false);
+    cairo_restore(cr_);
+  }
+
+ private:
+  void appendMask() {
+    const Size s = widget_.size;
+    if (widget_.circularMask) appendShapePath(cr_, ShapeKind::circle, {0, 0, s.width, s.height}, 0);
+    else appendShapePath(cr_, ShapeKind::roundedRectangle, {0, 0, s.width, s.height}, widget_.cornerRadius);
+  }
+
+  // The lock screen behind a tinted widget: a dark wallpaper, smoothly shaded
+  // as if blurred.
+  void paintBackdrop(views::WidgetRenderingMode mode) {
+    const Size s = widget_.size;
+    cairo_pattern_t* pattern = cairo_pattern_create_linear(0, 0, s.width * 0.3, s.height);
+    const bool vibrant = mode == views::WidgetRenderingMode::vibrant;
+    const Rgba top = Rgba::fromHex(vibrant ? constants::kVibrantBackdropTop : constants::kAccentedBackdrop);
+    const Rgba bottom = Rgba::fromHex(vibrant ? constants::kVibrantBackdropBottom : constants::kAccentedBackdrop);
+    cairo_pattern_add_color_stop_rgb(pattern, 0, top.red, top.green, top.blue);
+    cairo_pattern_add_color_stop_rgb(pattern, 1, bottom.red, bottom.green, bottom.blue);
+    cairo_set_source(cr_, pattern);
+    cairo_paint(cr_);
+    cairo_pattern_destroy(pattern);
+  }
+
+  Rgba tone(Rgba c, bool accent) const { return colorForMode(c, context_.env.renderingMode, accent); }
+
+  bool setPaint(const Paint& paint, Rect rect, bool accent) {
+    switch (paint.kind) {
+      case Paint::Kind::none:
+        return false;
+      case Paint::Kind::solid:
+        setColor(cr_, tone(paint.color, accent));
+        return paint.color.alpha > 0;
+      case Paint::Kind::linearGradient: {
+        cairo_pattern_t* pattern = cairo_pattern_create_linear(
+            rect.x + paint.start.x * rect.width, rect.y + paint.start.y * rect.height,
+            rect.x + paint.end.x * rect.width, rect.y + paint.end.y * rect.height);
+        for (const auto& stop : paint.stops) {
+          const Rgba c = tone(stop.color, accent);
+          cairo_pattern_add_color_stop_rgba(pattern, stop.location, c.red, c.green, c.blue, c.alpha);
+        }
+        cairo_set_source(cr_, pattern);
+        cairo_pattern_destroy(pattern);
+        return true;
+      }
+    }
+    return false;
+  }
+
+  Rgba solidOf(const Paint& paint) const {
+    if (paint.kind == Paint::Kind::solid) return paint.color;
+    if (paint.kind == Paint::Kind::linearGradient && !paint.stops.empty()) return paint.stops.front().color;
+    return Rgba::fromHex(0, 0);
+  }
+
+  void paintBox(const LayoutBox& box, bool accent) {
+    const LayoutNode& node = *box.node;
+    accent = accent || node.accentable;
+    cairo_save(cr_);
+    if (node.kind == LayoutKind::offset) cairo_translate(cr_, node.offset.x, node.offset.y);
+    const bool grouped = node.opacity < 1;
+    if (grouped) cairo_push_group(cr_);
+    switch (node.kind) {
+      case LayoutKind::shape: paintShape(box, accent); break;
+      case LayoutKind::text: paintText(box, accent); break;
+      case LayoutKind::symbol:
+        drawSymbol(cr_, node.symbolName, box.frame, tone(solidOf(node.foreground), accent),
+                   tone(solidOf(node.secondaryForeground), accent));
+        break;
+      default: break;
+    }
+    paintChildren(box, accent);
+    if (grouped) {
+      cairo_pop_group_to_source(cr_);
+      cairo_paint_with_alpha(cr_, node.opacity);
+    }
+    cairo_restore(cr_);
+  }
+
+  void paintChildren(const LayoutBox& box, bool accent) {
+    if (box.node->kind == LayoutKind::background && !box.children.empty()) {
+      for (std::size_t i = 1; i < box.children.size(); ++i) paintBox(box.children[i], accent);
+      paintBox(box.children.front(), accent);
+      return;
+    }
+    for (const auto& child : box.children) paintBox(child, accent);
+  }
+
+  void paintShape(const LayoutBox& box, bool accent) {
+    const LayoutNode& node = *box.node;
+    const double radius = node.shape == ShapeKind::containerRelative
+        ? containerRelativeRadius(box.frame, widget_.size, widget_.cornerRadius) : node.cornerRadius;
+    if (setPaint(node.fill, box.frame, accent)) {
+      appendShapePath(cr_, node.shape, box.frame, radius);
+      cairo_fill(cr_);
+    }
+    if (node.stroke && setPaint(node.strokePaint, box.frame, accent)) {
+      const StrokeStyle& s = *node.stroke;
+      const Rect path = s.inset ? box.frame.insetBy(s.lineWidth / 2) : box.frame;
+      appendShapePath(cr_, node.shape, path, std::max(0.0, radius - (s.inset ? s.lineWidth / 2 : 0)));
+      cairo_set_line_width(cr_, s.lineWidth);
+      cairo_set_line_cap(cr_, static_cast<cairo_line_cap_t>(s.cap));
+      cairo_set_line_join(cr_, static_cast<cairo_line_join_t>(s.join));
+      cairo_set_miter_limit(cr_, s.miterLimit);
+      std::vector<double> dash = s.dash;
+      if (dash.size() == 1) dash.push_back(dash.front());
+      cairo_set_dash(cr_, dash.data(), static_cast<int>(dash.size()), s.dashPhase);
+      cairo_stroke(cr_);
+    }
+  }
+
+  void paintText(const LayoutBox& box, bool accent) {
+    if (!box.text) return;
+    const LayoutNode& node = *box.node;
+    const TextLayout& layout = *box.text;
+    const Rgba color = tone(solidOf(node.foreground), accent);
+    const bool redact = context_.redacted && node.privacySensitive && !node.unredacted;
+    for (std::size_t i = 0; i < layout.lines.size(); ++i) {
+      const double top = box.frame.y + static_cast<double>(i) * layout.lineHeight;
+      if (redact) {
+        paintRedactionBar({box.frame.x, top, layout.lines[i].width, layout.lineHeight}, color);
+      } else {
+        text_.drawLine(cr_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
+                       tone(Rgba::fromHex(0x007AFF), accent));
+      }
+    }
+  }
+
+  void paintRedactionBar(Rect line, Rgba color) {
+    const double height = line.height * constants::kRedactionBarHeightShare;
+    const Rect bar{line.x, line.y + (line.height - height) / 2, line.width, height};
+    setColor(cr_, color.multipliedAlpha(constants::kRedactionBarOpacity));
+    appendShapePath(cr_, ShapeKind::roundedRectangle, bar, constants::kRedactionBarRadius);
+    cairo_fill(cr_);
+  }
+
+  cairo_t* cr_;
+  const WidgetLayout& widget_;
+  const RenderContext& context_;
+  const PangoTextMeasurer& text_;
+};
+
+}  // namespace
+
+Rgba colorForMode(Rgba color, views::WidgetRenderingMode mode, bool accentGroup) {
+  switch (mode) {
+    case views::WidgetRenderingMode::fullColor:
+      return color;
+    case views::WidgetRenderingMode::vibrant: {
+      const double luma = 0.2126 * linearized(color.red) + 0.7152 * linearized(color.green) +
+                          0.0722 * linearized(color.blue);
+      return {1, 1, 1, luma * color.alpha};
+    }
+    case views::WidgetRenderingMode::accented:
+      return Rgba::fromHex(accentGroup ? constants::kAccentedAccentColor : constants::kAccentedDefaultColor,
+                           color.alpha);
+  }
+  return color;
+}
+
+void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context,
+                 const PangoTextMeasurer& text) {
+  Painter(cr, widget, context, text).paint();
+}
+
+}  // namespace quillan::render
