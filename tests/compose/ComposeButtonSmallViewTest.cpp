@@ -1,0 +1,154 @@
+#include "compose/ComposeButtonSmallView.hpp"
+
+#include <gtest/gtest.h>
+
+#include "compose/ComposeButtonWidget.hpp"
+#include "compose/TodayCheck.hpp"
+#include "platform/RandomSource.hpp"
+#include "support/ProcessEnvironment.hpp"
+#include "support/TestJournal.hpp"
+#include "views/ViewTreeJson.hpp"
+
+namespace quillan::compose {
+namespace {
+
+using testing::ProcessEnvironment;
+using testing::TestJournal;
+using views::Environment;
+using Json = nlohmann::ordered_json;
+
+class ComposeButton : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    TestJournal::shared().clear();
+    platform::RandomSource::seed(1);
+  }
+  void TearDown() override { platform::RandomSource::useSystem(); }
+
+  static Environment environment(int major, views::WidgetRenderingMode mode = views::WidgetRenderingMode::fullColor) {
+    Environment environment;
+    environment.platformVersion = {major, 0};
+    environment.renderingMode = mode;
+    return environment;
+  }
+  static Json tree(bool sep, const Environment& environment) {
+    return views::toJson(ComposeButtonSmallView(environment, composeButtonWidgetPrompts(), sep).body(environment));
+  }
+  // The VStack inside the AnyView, with its modifiers.
+  static Json content(const Json& tree) { return tree["children"][0]; }
+  static const Json* modifier(const Json& node, const std::string& name) {
+    for (const auto& modifier : node["modifiers"]) {
+      if (modifier["modifier"] == name) return &modifier;
+    }
+    return nullptr;
+  }
+  static std::string gradientBase(const Json& node) {
+    const auto* background = modifier(node, "containerBackground");
+    return (*background)["content"]["stops"][0]["color"];
+  }
+};
+
+TEST_F(ComposeButton, TodayIsTheLocalCalendarDay) {
+  ProcessEnvironment environment("2026-11-22T00:30:00-08:00", "America/Los_Angeles");
+  auto& journal = TestJournal::shared();
+  journal.addNote("2026-11-21T23:59:59-08:00");  // yesterday locally
+  journal.addNote("2026-11-23T00:00:00-08:00");  // tomorrow
+  EXPECT_EQ(todayNoteCount(), 0);
+  journal.addNote("2026-11-22T23:59:00-08:00");  // later today counts too
+  journal.addNote("2026-11-22T00:00:00-08:00");
+  EXPECT_EQ(todayNoteCount(), 2);
+
+  // The same instants seen from Tokyo fall on other days.
+  environment.set("2026-11-22T17:30:00+09:00", "Asia/Tokyo", "en_US");
+  EXPECT_EQ(todayNoteCount(), 2);  // 23:59:59-08:00 and 00:00:00-08:00 are both 22 Nov in Tokyo
+}
+
+TEST_F(ComposeButton, OrangeUntilSomethingIsWrittenTodayThenGrey) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  TestJournal::shared().addNote("2026-11-21T12:00:00+01:00");
+  const auto orange = content(tree(true, this->environment(17)));
+  EXPECT_EQ(gradientBase(orange), "orange");
+  const auto& stops = (*modifier(orange, "containerBackground"))["content"]["stops"];
+  ASSERT_EQ(stops.size(), 2u);
+  EXPECT_FALSE(stops[0].contains("opacity"));
+  EXPECT_EQ(stops[1]["color"], "orange");
+  EXPECT_EQ(stops[1]["opacity"], 0.75);
+  EXPECT_EQ(stops[1]["location"], 1.0);
+
+  TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
+  EXPECT_EQ(gradientBase(content(tree(true, this->environment(17)))), "gray");
+}
+
+TEST_F(ComposeButton, PaddingAndBackgroundByPlatformAndPlacement) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  struct Case {
+    int major;
+    bool sep;
+    double padding;
+    const char* backgroundType;
+    bool containerBackground;
+  };
+  const Case cases[] = {
+      {17, true, 0, "Color", true},
+      {17, false, 12.5, "ContainerRelativeShape", true},
+      {16, true, 15, "ContainerRelativeShape", false},
+      {16, false, 12.5, "ContainerRelativeShape", false},
+  };
+  for (const auto& c : cases) {
+    const auto whole = tree(c.sep, this->environment(c.major));
+    EXPECT_EQ(whole["type"], "AnyView");
+    const auto node = content(whole);
+    EXPECT_EQ((*modifier(node, "padding"))["length"], c.padding) << c.major << c.sep;
+    EXPECT_EQ((*modifier(node, "background"))["content"]["type"], c.backgroundType) << c.major << c.sep;
+    EXPECT_EQ(modifier(node, "containerBackground") != nullptr, c.containerBackground) << c.major << c.sep;
+    EXPECT_EQ(node["modifiers"][0]["modifier"], "foregroundColor");
+    const auto& prompt = node["children"][0];
+    EXPECT_EQ((*modifier(prompt, "font"))["font"]["size"], c.sep ? 18 : 15);
+  }
+}
+
+TEST_F(ComposeButton, IconSitsTrailingExceptInVibrantRendering) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  const auto row = [&](views::WidgetRenderingMode mode) {
+    return content(tree(true, this->environment(17, mode)))["children"][2]["children"];
+  };
+  const auto fullColor = row(views::WidgetRenderingMode::fullColor);
+  ASSERT_EQ(fullColor.size(), 2u);
+  EXPECT_EQ(fullColor[0]["type"], "Spacer");
+  EXPECT_EQ(fullColor[1]["systemName"], "square.and.pencil");
+  const auto vibrant = row(views::WidgetRenderingMode::vibrant);
+  ASSERT_EQ(vibrant.size(), 2u);
+  EXPECT_EQ(vibrant[0]["systemName"], "square.and.pencil");
+  EXPECT_EQ(vibrant[1]["type"], "Spacer");
+  const auto accented = row(views::WidgetRenderingMode::accented);
+  EXPECT_EQ(accented[1]["systemName"], "square.and.pencil");
+}
+
+TEST_F(ComposeButton, StandAloneWidgetOpensAddRecordAnywhere) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  const auto whole = views::toJson(ComposeButtonWidgetEntryView({platform::Clock::now()}).body(this->environment(17)));
+  const auto* url = modifier(whole, "widgetURL");
+  ASSERT_NE(url, nullptr);
+  EXPECT_EQ((*url)["url"], "widget-deeplink://AddRecord");
+}
+
+TEST_F(ComposeButton, PromptComesFromTheListAndFollowsTheSeed) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  const auto prompt = [&] { return content(tree(true, this->environment(17)))["children"][0]["text"].get<std::string>(); };
+  platform::RandomSource::seed(99);
+  const auto first = prompt();
+  platform::RandomSource::seed(99);
+  EXPECT_EQ(prompt(), first);
+  const auto& prompts = composeButtonWidgetPrompts();
+  EXPECT_NE(std::find(prompts.begin(), prompts.end(), first), prompts.end());
+}
+
+TEST(TodayCheckDeathTest, NoteWithoutDateStops) {
+  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
+  TestJournal::shared().clear();
+  TestJournal::shared().addNote(std::optional<platform::Date>{});
+  EXPECT_DEATH(todayNoteCount(), "Fatal error: Unexpectedly found nil while unwrapping an Optional value");
+}
+
+}  // namespace
+}  // namespace quillan::compose
