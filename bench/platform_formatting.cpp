@@ -3,10 +3,13 @@
 // build of locale data.
 #include <benchmark/benchmark.h>
 
+#include "platform/Calendar.hpp"
 #include "platform/DateFormatter.hpp"
 
 namespace {
 
+using quillan::platform::Calendar;
+using quillan::platform::CalendarComponent;
 using quillan::platform::Date;
 using quillan::platform::DateFormatter;
 using quillan::platform::DateFormatterStyle;
@@ -38,6 +41,22 @@ void formatWithFreshFormatters(benchmark::State& state, bool useStyle) {
 void BM_FreshFormatterMonthDay100kNotes(benchmark::State& state) { formatWithFreshFormatters(state, false); }
 void BM_FreshFormatterMediumStyle100kNotes(benchmark::State& state) { formatWithFreshFormatters(state, true); }
 
+// The streak and today checks: Calendar::current() and a same-day test per note.
+void BM_SameDayTest100kNotes(benchmark::State& state) {
+  setUpProcessDefaults();
+  const auto now = Date::fromReferenceSeconds(800'000'000.0);
+  for (auto _ : state) {
+    int sameDay = 0;
+    for (int i = 0; i < kNotes; ++i) {
+      const auto note = Date::fromReferenceSeconds(800'000'000.0 - i * 600.0);
+      sameDay += Calendar::current().isDate(now, note, CalendarComponent::day) ? 1 : 0;
+    }
+    benchmark::DoNotOptimize(sameDay);
+  }
+  state.SetItemsProcessed(state.iterations() * kNotes);
+}
+
+BENCHMARK(BM_SameDayTest100kNotes)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FreshFormatterMonthDay100kNotes)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FreshFormatterMediumStyle100kNotes)->Unit(benchmark::kMillisecond);
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+#include <vector>
+
 #include "platform/ISO8601.hpp"
 
 namespace quillan::platform {
@@ -87,6 +91,32 @@ TEST(DateFormatter, CachedFormattersStayApartByPatternLocaleAndZone) {
     EXPECT_EQ(withPattern("MMMM", "fr_FR", "UTC", date), "novembre");
     EXPECT_EQ(withStyle(DateFormatterStyle::medium, "en_US", "UTC", date), "Nov 5, 2026");
   }
+}
+
+// The cache is shared by the process; threads formatting at once must each get
+// their own answer.
+TEST(DateFormatter, ConcurrentFormattingGivesEachThreadItsOwnAnswer) {
+  struct Job {
+    const char* locale;
+    const char* zone;
+    const char* expected;
+  };
+  const Job jobs[] = {{"en_US", "UTC", "November 05"},
+                      {"en_US", "Asia/Tokyo", "November 06"},
+                      {"de_DE", "UTC", "November 05"},
+                      {"fr_FR", "Asia/Tokyo", "novembre 06"}};
+  const auto date = at("2026-11-05T23:30:00Z");
+  std::atomic<int> mismatches = 0;
+  std::vector<std::thread> threads;
+  for (const auto& job : jobs) {
+    threads.emplace_back([&job, &mismatches, date] {
+      for (int i = 0; i < 500; ++i) {
+        if (withPattern("MMMM dd", job.locale, job.zone, date) != job.expected) ++mismatches;
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(mismatches.load(), 0);
 }
 
 TEST(DateFormatter, TheFormatSetLastWinsAndNoFormatGivesNothing) {
