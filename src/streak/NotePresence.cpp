@@ -1,0 +1,42 @@
+#include "streak/NotePresence.hpp"
+
+#include <cmath>
+
+#include "platform/Calendar.hpp"
+#include "platform/Fatal.hpp"
+#include "streak/StreakDays.hpp"
+#include "widgets/AllNotes.hpp"
+
+namespace quillan::streak {
+namespace {
+
+// Two instants on one local calendar day are less than 24 hours of wall time
+// apart, and a zone's offset moves by at most 26 hours (-12:00 to +14:00), so
+// they lie within 50 hours of each other. Notes farther away can be passed over
+// without asking the calendar, which leaves every answer as it was.
+constexpr double kSameDayReachSeconds = 50 * 3600.0;
+
+bool mayShareDay(platform::Date a, platform::Date b) {
+  return std::fabs(a.timeIntervalSinceReferenceDate() - b.timeIntervalSinceReferenceDate()) <
+         kSameDayReachSeconds;
+}
+
+}  // namespace
+
+bool hasNotes(platform::Date moment) { return hasNotes(widgets::fetchAllNotes(), moment); }
+
+bool hasNotes(const Notes& notes, platform::Date moment) {
+  const auto calendar = platform::Calendar::current();
+  // Every note is looked at, not only up to the first match, so that a note
+  // without a date stops the process whatever the order of the journal.
+  bool found = false;
+  for (const auto& note : notes) {
+    const auto noteDate = platform::unwrap(note->date(), kStreakSource);
+    if (!found && mayShareDay(noteDate, moment)) {
+      found = calendar.isDate(noteDate, moment, platform::CalendarComponent::day);
+    }
+  }
+  return found;
+}
+
+}  // namespace quillan::streak
