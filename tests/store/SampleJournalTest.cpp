@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include "StoreTestSupport.hpp"
+#include "fixtures/SampleJournal.hpp"
+#include "platform/ISO8601.hpp"
+
+namespace quillan::store {
+namespace {
+
+using namespace testing;
+
+struct Zone {
+  const char* name;
+  const char* identifier;
+  const char* now;
+};
+
+class SampleJournalShape : public ::testing::TestWithParam<Zone> {};
+
+// Counts notes per day by the local calendar the journal was written for.
+TEST_P(SampleJournalShape, HasMemoriesAStreakGapAndAnEmptyToday) {
+  const platform::Calendar calendar(*platform::Locale::named("en_US"),
+                                    *platform::TimeZone::named(GetParam().identifier));
+  const auto now = *platform::ISO8601::parse(GetParam().now);
+  TemporaryDirectory directory;
+  const auto path = fixtures::SampleJournal::write(directory.path(), now, calendar, 7);
+  auto notes = fetchNotes(*contextFor(path));
+  ASSERT_GT(notes.size(), 500u);
+  auto countOn = [&](platform::Date day) {
+    return std::count_if(notes.begin(), notes.end(),
+                         [&](const auto& note) { return calendar.isDate(*note->date(), day, platform::CalendarComponent::day); });
+  };
+  EXPECT_EQ(countOn(now), 0);
+  for (int back : {1, 2, 4}) {
+    EXPECT_EQ(countOn(*calendar.dateByAdding(platform::CalendarComponent::day, -back, now)), 1) << back;
+  }
+  EXPECT_EQ(countOn(*calendar.dateByAdding(platform::CalendarComponent::day, -3, now)), 0);
+  for (int years : {1, 2, 3, 4}) {
+    EXPECT_EQ(countOn(*calendar.dateByAdding(platform::CalendarComponent::year, -years, now)), years == 2 ? 2 : 1)
+        << years;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Zones, SampleJournalShape,
+                         ::testing::Values(Zone{"NewYorkAfterDaylightSaving", "America/New_York",
+                                                "2026-03-09T00:30:00-04:00"},
+                                           Zone{"Auckland", "Pacific/Auckland", "2026-07-15T23:50:00+12:00"}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(SampleJournal, IsDeterministicForASeedAndNow) {
+  const platform::Calendar calendar(*platform::Locale::named("en_US"), *platform::TimeZone::named("UTC"));
+  const auto now = *platform::ISO8601::parse("2026-05-01T12:00:00Z");
+  TemporaryDirectory a, b, c;
+  auto first = fetchNotes(*contextFor(fixtures::SampleJournal::write(a.path(), now, calendar, 1)));
+  auto same = fetchNotes(*contextFor(fixtures::SampleJournal::write(b.path(), now, calendar, 1)));
+  auto other = fetchNotes(*contextFor(fixtures::SampleJournal::write(c.path(), now, calendar, 2)));
+  ASSERT_EQ(first.size(), same.size());
+  for (std::size_t i = 0; i < first.size(); ++i) {
+    EXPECT_EQ(first[i]->info(), same[i]->info());
+    EXPECT_EQ(first[i]->date(), same[i]->date());
+  }
+  EXPECT_NE(first.size(), other.size());
+}
+
+}  // namespace
+}  // namespace quillan::store
