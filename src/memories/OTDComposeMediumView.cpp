@@ -1,0 +1,81 @@
+#include "memories/OTDComposeMediumView.hpp"
+
+#include <string>
+#include <vector>
+
+#include "compose/ComposeButtonSmallView.hpp"
+#include "compose/DeepLinks.hpp"
+#include "memories/DateHeaderRow.hpp"
+#include "memories/MemorySelection.hpp"
+#include "memories/MemorySummary.hpp"
+#include "memories/MoreNotesCountWidgetItem.hpp"
+#include "memories/NoMemoriesWidgetText.hpp"
+#include "memories/OTDWidgetRow.hpp"
+#include "memories/SchemeColors.hpp"
+#include "views/Builders.hpp"
+
+namespace quillan::memories {
+namespace {
+
+using namespace views;
+
+// This widget's own copy of the prompts. The stand-alone compose widget keeps
+// another, so that either list can change without the other.
+const std::vector<std::string>& writingPrompts() {
+  static const std::vector<std::string> prompts = {
+      "What happened today?", "How's your day going?", "What's on your mind?", "This is your personal space",
+      "Write about your day",
+  };
+  return prompts;
+}
+
+}  // namespace
+
+OTDComposeMediumView::OTDComposeMediumView(const Environment& environment)
+    : colorScheme(environment.colorScheme),
+      deeplinkOTDURL(compose::onThisDayURL()),
+      deeplinkAddRecordURL(compose::addRecordURL()) {}
+
+Node OTDComposeMediumView::body(const Environment& environment) const {
+  Node content = hstack(
+      VerticalAlignment::center,
+      {
+          link(deeplinkOTDURL.absoluteString(),
+               vstack(HorizontalAlignment::leading,
+                      {
+                          dateHeaderRow(),
+                          localizedText("On This Day")
+                              .font(Font::system(20))
+                              .fontWeight(Weight::heavy)
+                              .foregroundColor(Color::primary()),
+                          fetchMemories().empty()
+                              ? NoMemoriesWidgetText(environment).body(environment)
+                              : OTDWidgetRow(environment, representativeMemory()).body(environment),
+                          when(moreCount() >= 1,
+                               hstack({
+                                   spacer(2.5),
+                                   MoreNotesCountWidgetItem(environment, moreCount()).body(environment),
+                                   spacer(2.5),
+                               })),
+                      }))
+              .padding(EdgeSet::top(), 2.5),
+          link(deeplinkAddRecordURL.absoluteString(),
+               compose::ComposeButtonSmallView(environment, writingPrompts(), /*isSeperateWidget=*/false)
+                   .body(environment))
+              .padding(EdgeSet::leading(), 10),
+      });
+
+  const Color background = widgetBackgroundColor(colorScheme);
+  Node erased = environment.platformVersion.atLeast(17, 0)
+                    ? anyView(std::move(content).containerBackground(ContainerBackgroundPlacement::widget,
+                                                                     Alignment::center, color(background)))
+                    : anyView(std::move(content)
+                                  .padding(EdgeSet::leading(), 15)
+                                  .padding(EdgeSet::trailing(), 12.5)
+                                  .padding(EdgeSet::top(), 12.5)
+                                  .padding(EdgeSet::bottom(), 12.5)
+                                  .background(color(background), Alignment::center, EdgeSet::all()));
+  return std::move(erased).privacySensitive(true);
+}
+
+}  // namespace quillan::memories

@@ -1,0 +1,48 @@
+#include "memories/OTDSmallView.hpp"
+
+#include "memories/DateHeaderRow.hpp"
+#include "memories/MemorySelection.hpp"
+#include "memories/MemorySummary.hpp"
+#include "memories/MoreNotesCountWidgetItem.hpp"
+#include "memories/NoMemoriesWidgetText.hpp"
+#include "memories/OTDWidgetRow.hpp"
+#include "memories/SchemeColors.hpp"
+#include "views/Builders.hpp"
+
+namespace quillan::memories {
+
+using namespace views;
+
+OTDSmallView::OTDSmallView(const Environment& environment) : colorScheme(environment.colorScheme) {}
+
+Node OTDSmallView::body(const Environment& environment) const {
+  Node content =
+      vstack(HorizontalAlignment::leading,
+             {
+                 dateHeaderRow(),
+                 localizedText("On This Day").font(Font::system(19)).fontWeight(Weight::heavy).foregroundColor(
+                     Color::primary()),
+                 fetchMemories().empty() ? NoMemoriesWidgetText(environment).body(environment)
+                                         : OTDWidgetRow(environment, representativeMemory()).body(environment),
+                 when(moreCount() >= 1, hstack({
+                                            spacer(2.5),
+                                            MoreNotesCountWidgetItem(environment, moreCount()).body(environment),
+                                            spacer(2.5),
+                                        })),
+             });
+
+  const Color background = widgetBackgroundColor(colorScheme);
+  // From 17.0 the widget container supplies the margins and draws the
+  // background; before, the view insets itself and paints under the safe areas.
+  Node erased = environment.platformVersion.atLeast(17, 0)
+                    ? anyView(std::move(content).containerBackground(ContainerBackgroundPlacement::widget,
+                                                                     Alignment::center, color(background)))
+                    : anyView(std::move(content)
+                                  .padding(EdgeSet::horizontal())
+                                  .padding(EdgeSet::top())
+                                  .padding(EdgeSet::bottom(), 12.5)
+                                  .background(color(background), Alignment::center, EdgeSet::all()));
+  return std::move(erased).privacySensitive(true);
+}
+
+}  // namespace quillan::memories
