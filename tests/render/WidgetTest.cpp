@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "SampleTrees.hpp"
+#include "render/FakeTextMeasurer.hpp"
+#include "render/HitTest.hpp"
+#include "render/LayoutJson.hpp"
+#include "render/ShapePath.hpp"
+#include "render/WidgetLayout.hpp"
+#include "render/WidgetPainter.hpp"
+
+namespace quillan::render {
+namespace {
+
+using views::WidgetFamily;
+
+RenderContext contextFor(WidgetFamily family, int platform = 17) {
+  RenderContext context;
+  context.env.family = family;
+  context.env.platformVersion = {platform, 0};
+  return context;
+}
+
+TEST(DeviceProfile, FamilySizesPerScreenClass) {
+  struct Case { const char* name; Size small, medium, circular; };
+  const Case cases[] = {{"393x852", {158, 158}, {338, 158}, {72, 72}},
+                        {"430x932", {170, 170}, {364, 170}, {76, 76}},
+                        {"375x667", {148, 148}, {321, 148}, {68, 68}}};
+  for (const auto& c : cases) {
+    const auto profile = DeviceProfile::named(c.name);
+    ASSERT_TRUE(profile) << c.name;
+    EXPECT_EQ(profile->sizeOf(WidgetFamily::systemSmall), c.small) << c.name;
+    EXPECT_EQ(profile->sizeOf(WidgetFamily::systemMedium), c.medium) << c.name;
+    EXPECT_EQ(profile->sizeOf(WidgetFamily::accessoryCircular), c.circular) << c.name;
+  }
+  EXPECT_EQ(DeviceProfile::defaultProfile().name, "393x852");
+  EXPECT_FALSE(DeviceProfile::named("393x853"));
+}
+
+TEST(WidgetLayout, MarginsAndBackgroundsDependOnPlatformAndFamily) {
+  using namespace views;
+  const FakeTextMeasurer measurer;
+  const Node tree = color(Color::red()).containerBackground(ContainerBackgroundPlacement::widget, views::Alignment::center,
+                                                            color(Color::white()));
+  struct Case { WidgetFamily family; int platform; Rect content; bool background; };
+  const Case cases[] = {
+      {WidgetFamily::systemMedium, 17, {16, 16, 306, 126}, true},
+      {WidgetFamily::systemMedium, 16, {0, 0, 338, 158}, true},  // systemBackground stands in
+      {WidgetFamily::accessoryCircular, 17, {0, 0, 72, 72}, true},
+      {WidgetFamily::accessoryCircular, 16, {0, 0, 72, 72}, false},
+  };
+  for (const auto& c : cases) {
+    const auto widget = layoutWidget(tree, contextFor(c.family, c.platform), measurer);
+    EXPECT_EQ(widget->content.frame, c.content) << static_cast<int>(c.family) << "@" << c.platform;
+    EXPECT_EQ(widget->background.has_value(), c.background) << static_cast<int>(c.family) << "@" << c.platform;
+    if (widget->background) {
+      EXPECT_EQ(widget->background->frame, (Rect{0, 0, widget->size.width, widget->size.height}));
+    }
+  }
+}
+
+TEST(HitTest, LinksAreTargetsOnlyInMediumWidgets) {
+  using namespace views;
+  const Node tree = hstack({link("app://left", color(Color::red())), link("app://right", color(Color::blue()))})
+                        .widgetURL("app://whole");
+  RenderContext medium = contextFor(WidgetFamily::systemMedium);
+  // Content 306 wide at x 16: each link (306 - 8) / 2 = 149 wide.
+  EXPECT_EQ(hitTest(tree, medium, {20, 50}), "app://left");
+  EXPECT_EQ(hitTest(tree, medium, {170, 50}), "app://whole");  // in the gap between the links
+  EXPECT_EQ(hitTest(tree, medium, {200, 50}), "app://right");
+  EXPECT_EQ(hitTest(tree, medium, {5, 5}), "app://whole");    // in the margin
+  EXPECT_EQ(hitTest(tree, medium, {400, 5}), std::nullopt);   // outside the widget
+
+  RenderContext small = contextFor(WidgetFamily::systemSmall);
+  EXPECT_EQ(hitTest(tree, small, {20, 50}), "app://whole");
+  const auto regions = hitRegions(tree, small);
+  ASSERT_EQ(regions.size(), 1u);
+  EXPECT_EQ(regions[0].rect, (Rect{0, 0, 158, 158}));
+}
+
+TEST(HitTest, InnermostLinkWinsAndRegionsAgreeWithHitTest) {
+  using namespace views;
+  const Node tree = link("app://outer", vstack({link("app://inner", color(Color::red()).frame(40, 40)), spacer()}));
+  const RenderContext medium = contextFor(WidgetFamily::systemMedium);
+  const auto regions = hitRegions(tree, medium);
+  ASSERT_EQ(regions.size(), 2u);
+  EXPECT_EQ(regions[0].url, "app://inner");
+  EXPECT_EQ(regions[1].url, "app://outer");
+  for (double x = 0; x < 338; x += 13)
+    for (double y = 0; y < 158; y += 11) {
+      std::optional<std::string> first;
+      for (const auto& r : regions) if (r.rect.contains({x, y})) { first = r.url; break; }
+      EXPECT_EQ(hitTest(tree, medium, {x, y}), first) << x << "," << y;
+    }
+  EXPECT_EQ(hitTest(tree, contextFor(WidgetFamily::systemSmall), {160, 20}), std::nullopt);  // no widgetURL
+}
+
+TEST(ShapeGeometry, StrokeBorderAndContainerRelativeRadii) {
+  EXPECT_DOUBLE_EQ(strokeBorderRadius({0, 0, 47.5, 47.5}, 3), 22.25);
+  EXPECT_DOUBLE_EQ(strokeBorderRadius({0, 0, 80, 62.5}, 3.5), 29.5);
+  EXPECT_DOUBLE_EQ(containerRelativeRadius({16, 16, 100, 100}, {158, 158}, 22), 6);
+  EXPECT_DOUBLE_EQ(containerRelativeRadius({0, 0, 158, 158}, {158, 158}, 22), 22);
+  EXPECT_DOUBLE_EQ(containerRelativeRadius({30, 30, 50, 50}, {158, 158}, 22), 0);
+}
+
+TEST(RenderingModes, VibrantKeepsLuminanceAsAlphaAccentedKeepsAlpha) {
+  using M = views::WidgetRenderingMode;
+  const Rgba orange = Rgba::fromHex(0xFF9500, 0.5);
+  EXPECT_EQ(colorForMode(orange, M::fullColor), orange);
+  const Rgba white = colorForMode(Rgba::fromHex(0xFFFFFF), M::vibrant);
+  EXPECT_DOUBLE_EQ(white.alpha, 1.0);
+  EXPECT_DOUBLE_EQ(colorForMode(Rgba::fromHex(0x000000), M::vibrant).alpha, 0.0);
+  const Rgba toned = colorForMode(orange, M::vibrant);
+  EXPECT_EQ((Rgba{1, 1, 1, toned.alpha}), toned);
+  EXPECT_GT(toned.alpha, 0.1);
+  EXPECT_LT(toned.alpha, 0.5);
+  EXPECT_DOUBLE_EQ(colorForMode(orange, M::accented).alpha, 0.5);
+  EXPECT_NE(colorForMode(orange, M::accented, true), colorForMode(orange, M::accented, false));
+}
+
+TEST(LayoutJson, StreakRowGolden) {
+  const FakeTextMeasurer measurer(10, 20);
+  const auto json = nlohmann::json::parse(layoutJSON(testing::streakMedium(), contextFor(WidgetFamily::systemMedium), measurer));
+  EXPECT_EQ(json["size"], nlohmann::json::parse("[338, 158]"));
+  const auto& content = json["content"];
+  EXPECT_EQ(content["type"], "VStack");
+  // Title row: "Keep It Going" (13 characters) padded 5 on the leading side, then a spacer.
+  const auto& titleRow = content["children"][0];
+  EXPECT_EQ(titleRow["children"][0]["type"], "padding");
+  EXPECT_EQ(titleRow["children"][0]["frame"][2], 135);
+  // Five links, the last one the today circle with its larger disc.
+  const auto& row = content["children"][1];
+  ASSERT_EQ(row["children"].size(), 5u);
+  EXPECT_EQ(row["children"][4]["url"], "widget-deeplink://AddRecord");
+  EXPECT_NEAR(row["children"][0]["frame"][2].get<double>(), 47.5, 1.0 / 3);  // snapped to thirds
+  EXPECT_NEAR(row["children"][4]["frame"][2].get<double>(), 62.5, 1.0 / 3);
+  // Bottom alignment: all circles end on one line.
+  const double bottom0 = row["children"][0]["frame"][1].get<double>() + row["children"][0]["frame"][3].get<double>();
+  const double bottom4 = row["children"][4]["frame"][1].get<double>() + row["children"][4]["frame"][3].get<double>();
+  EXPECT_DOUBLE_EQ(bottom0, bottom4);
+}
+
+}  // namespace
+}  // namespace quillan::render
