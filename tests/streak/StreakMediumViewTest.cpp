@@ -1,0 +1,193 @@
+#include "streak/StreakMediumView.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "streak/NotePresence.hpp"
+#include "streak/StreakDays.hpp"
+#include "streak/StreakProvider.hpp"
+#include "streak/StreakWidget.hpp"
+#include "streak/StreakWidgetWidgetEntryView.hpp"
+#include "support/ProcessEnvironment.hpp"
+#include "support/TestJournal.hpp"
+#include "StreakTree.hpp"
+#include "views/ViewTreeJson.hpp"
+#include "widgets/TimelineAnswer.hpp"
+
+namespace quillan::streak {
+namespace {
+
+using namespace views;
+using quillan::testing::ProcessEnvironment;
+using quillan::testing::TestJournal;
+using testing::DrawnCircle;
+using testing::readRow;
+
+Environment environmentFor(ColorScheme scheme, PlatformVersion version) {
+  Environment environment;
+  environment.colorScheme = scheme;
+  environment.platformVersion = version;
+  environment.family = WidgetFamily::systemMedium;
+  return environment;
+}
+
+Node drawEntryView(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
+  return StreakWidgetWidgetEntryView(StreakEntry{platform::Clock::now()}).body(environmentFor(scheme, version));
+}
+
+std::vector<bool> ticks(const std::vector<DrawnCircle>& row) {
+  std::vector<bool> result;
+  for (const auto& circle : row) result.push_back(circle.ticked);
+  return result;
+}
+
+class StreakMediumViewTest : public ::testing::Test {
+ protected:
+  void SetUp() override { journal.clear(); }
+  TestJournal& journal = TestJournal::shared();
+};
+
+TEST_F(StreakMediumViewTest, TheRowIsTheFourPastDaysOldestFirstThenTodayLinkingToAddRecord) {
+  ProcessEnvironment environment("2026-03-06T09:00:00+01:00", "Europe/Berlin");
+  const auto row = readRow(drawEntryView());
+  ASSERT_EQ(row.size(), 5u);
+  const char* days[] = {"2", "3", "4", "5", "6"};
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(row[i].dayOfMonth, days[i]);
+    EXPECT_EQ(row[i].link, std::string("widget-deeplink-addrecord://RecordDate/2026-03-0") + days[i]);
+  }
+  EXPECT_EQ(row[4].dayOfMonth, "6");
+  EXPECT_EQ(row[4].link, "widget-deeplink://AddRecord");
+}
+
+TEST_F(StreakMediumViewTest, TicksTheDaysWithNotesOnly) {
+  ProcessEnvironment environment("2026-03-06T00:01:00+01:00", "Europe/Berlin");
+  journal.addNote("2026-03-05T23:59:00+01:00");  // yesterday, two minutes ago
+  journal.addNote("2026-03-03T08:00:00+01:00");
+  journal.addNote("2026-03-03T20:00:00+01:00");
+  journal.addNote("2026-03-01T12:00:00+01:00");  // five days ago: never shown
+  journal.addNote("2026-03-07T09:00:00+01:00");  // tomorrow: marks nothing
+  EXPECT_EQ(ticks(readRow(drawEntryView())), (std::vector<bool>{false, true, false, true, false}));
+}
+
+TEST_F(StreakMediumViewTest, AnEmptyJournalShowsNothingWritten) {
+  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
+  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, false));
+}
+
+TEST_F(StreakMediumViewTest, WrittenEveryDayTicksAllFive) {
+  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
+  for (const char* day : {"02", "03", "04", "05", "06"}) journal.addNote(std::string("2026-03-") + day + "T07:00:00+01:00");
+  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, true));
+}
+
+// Across the nonexistent midnights of Havana and Santiago the row still shows
+// five consecutive days and ticks a note on the day that began at 01:00.
+TEST_F(StreakMediumViewTest, DaysWhoseMidnightDoesNotExistAreShownAndTicked) {
+  journal.addNote("2026-03-08T01:00:00-04:00");
+  journal.addNote("2026-09-06T01:00:00-03:00");
+  ProcessEnvironment environment("2026-03-10T00:30:00-04:00", "America/Havana");
+  auto row = readRow(drawEntryView());
+  EXPECT_EQ(row[2].link, "widget-deeplink-addrecord://RecordDate/2026-03-08");
+  EXPECT_EQ(row[1].dayOfMonth, "7");
+  EXPECT_EQ(ticks(row), (std::vector<bool>{false, false, true, false, false}));
+
+  environment.set("2026-09-07T00:15:00-03:00", "America/Santiago", "en_US");
+  row = readRow(drawEntryView());
+  EXPECT_EQ(row[3].link, "widget-deeplink-addrecord://RecordDate/2026-09-06");
+  EXPECT_EQ(row[2].dayOfMonth, "5");
+  EXPECT_EQ(ticks(row), (std::vector<bool>{false, false, false, true, false}));
+}
+
+TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
+  const char* notes[] = {"2026-03-26T23:59:59+01:00", "2026-03-28T00:00:00+01:00", "2026-03-29T03:00:00+02:00",
+                         "2026-03-30T23:59:59+02:00", "2026-03-31T00:00:00+02:00"};
+  for (const char* note : notes) journal.addNote(note);
+  for (const char* now : {"2026-03-30T12:00:00+02:00", "2026-03-31T00:00:00+02:00", "2026-04-01T23:00:00+02:00"}) {
+    ProcessEnvironment environment(now, "Europe/Berlin");
+    std::vector<bool> perDay;
+    for (const auto offset : kPastDateRange) perDay.push_back(hasNotes(dayMoment(offset)));
+    perDay.push_back(hasNotes(platform::Clock::now()));
+    EXPECT_EQ(ticks(readRow(drawEntryView())), perDay) << now;
+  }
+}
+
+TEST_F(StreakMediumViewTest, FromPlatform17TheWidgetContainerCarriesTheBackground) {
+  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
+  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+    const auto view = drawEntryView(scheme, {17, 0});
+    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
+    EXPECT_EQ(view.modifiers,
+              (std::vector<Modifier>{
+                  {modifiers::ContainerBackground{ContainerBackgroundPlacement::widget, Alignment::center, background}},
+                  {modifiers::PrivacySensitive{true}}}));
+  }
+}
+
+TEST_F(StreakMediumViewTest, BeforePlatform17TheViewPadsItselfOnItsOwnBackground) {
+  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
+  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
+    const auto view = drawEntryView(scheme, {16, 4});
+    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
+    EXPECT_EQ(view.modifiers, (std::vector<Modifier>{
+                                  {modifiers::Padding{EdgeSet::horizontal() | EdgeSet::top(), std::nullopt}},
+                                  {modifiers::Padding{EdgeSet::bottom(), 12.5}},
+                                  {modifiers::Background{background, Alignment::center, EdgeSet::all()}},
+                                  {modifiers::PrivacySensitive{true}}}));
+  }
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
+
+// The whole face in dark mode before platform 17, with yesterday and today
+// written. QUILLAN_UPDATE_GOLDEN=1 rewrites the file (review the diff!).
+TEST_F(StreakMediumViewTest, MatchesTheGoldenTree) {
+  ProcessEnvironment environment("2026-03-06T18:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2026-03-05T21:00:00+01:00");
+  journal.addNote("2026-03-06T07:30:00+01:00");
+  const auto actual = toJson(drawEntryView(ColorScheme::dark, {16, 4}));
+  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/streak_medium_dark_16.json";
+  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
+  const auto golden = nlohmann::ordered_json::parse(readFile(path), nullptr, false);
+  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
+  EXPECT_EQ(actual, golden) << actual.dump(2);
+}
+
+TEST(StreakProvider, OneEntryAtTheStartOfTodayReloadingAtTheNextMidnight) {
+  ProcessEnvironment environment("2026-03-06T23:59:00+01:00", "Europe/Berlin");
+  const auto answer = widgets::askProvider(StreakProvider{}, widgets::TimelineRequest::timeline);
+  ASSERT_EQ(answer.entryDates.size(), 1u);
+  EXPECT_EQ(ProcessEnvironment::local(answer.entryDates[0]), "2026-03-06T00:00:00+01:00");
+  ASSERT_TRUE(answer.policy.has_value());
+  EXPECT_EQ(ProcessEnvironment::local(*answer.policy->date()), "2026-03-07T00:00:00+01:00");
+
+  const auto snapshot = widgets::askProvider(StreakProvider{}, widgets::TimelineRequest::snapshot);
+  EXPECT_EQ(snapshot.entryDates, std::vector<platform::Date>{platform::Clock::now()});
+  EXPECT_FALSE(snapshot.policy.has_value());
+}
+
+TEST_F(StreakMediumViewTest, TheWidgetIsMediumOnlyAndDrawsFromTheMomentOfDrawingNotTheEntry) {
+  const auto widget = StreakWidget{}.body();
+  EXPECT_EQ(widget.kind, "StreakWidget");
+  EXPECT_EQ(widget.displayName, "Keep it going");
+  EXPECT_EQ(widget.supportedFamilies, std::vector<WidgetFamily>{WidgetFamily::systemMedium});
+
+  ProcessEnvironment environment("2026-03-06T15:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2026-03-06T14:00:00+01:00");
+  const auto entryDate = widget.provider(widgets::TimelineRequest::timeline, {}).entryDates.at(0);
+  const auto view = widget.content(entryDate, environmentFor(ColorScheme::light, {17, 0}));
+  EXPECT_EQ(view, StreakMediumView(environmentFor(ColorScheme::light, {17, 0}), {-4, -3, -2, -1})
+                      .body(environmentFor(ColorScheme::light, {17, 0})));
+  EXPECT_TRUE(readRow(view).back().ticked);
+}
+
+}  // namespace
+}  // namespace quillan::streak
