@@ -6,7 +6,6 @@
 #include "streak/StreakDays.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
-#include "widgets/AllNotes.hpp"
 
 namespace quillan::streak {
 namespace {
@@ -19,12 +18,6 @@ class NotePresence : public ::testing::Test {
   void SetUp() override { journal.clear(); }
   TestJournal& journal = TestJournal::shared();
 };
-
-TEST_F(NotePresence, AnEmptyJournalHasNothingWrittenOnAnyDay) {
-  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  for (const auto offset : kPastDateRange) EXPECT_FALSE(hasNotes(dayMoment(offset))) << offset;
-  EXPECT_FALSE(hasNotes(platform::Clock::now()));
-}
 
 struct PresenceCase {
   const char* zone;
@@ -88,22 +81,6 @@ TEST_F(NotePresence, TheSameNoteMovesDayWithTheCurrentZone) {
   environment.set("2026-11-23T12:00:00+00:00", "America/Los_Angeles", "en_US");
   EXPECT_FALSE(hasNotes(dayMoment(-1)));
   EXPECT_TRUE(hasNotes(dayMoment(-2)));
-}
-
-TEST_F(NotePresence, ASharedFetchAnswersAsAFetchPerDay) {
-  const char* notes[] = {"2026-03-26T23:59:59+01:00", "2026-03-27T00:00:00+01:00", "2026-03-29T01:59:00+01:00",
-                         "2026-03-29T03:00:00+02:00", "2026-03-31T10:00:00+02:00", "2026-03-31T23:00:00+02:00",
-                         "2026-04-02T00:00:00+02:00", "2025-03-29T12:00:00+01:00"};
-  for (const char* note : notes) journal.addNote(note);
-  for (const char* now : {"2026-03-28T00:00:00+01:00", "2026-03-30T12:00:00+02:00", "2026-03-31T23:59:59+02:00",
-                          "2026-04-01T00:00:01+02:00"}) {
-    ProcessEnvironment environment(now, "Europe/Berlin");
-    const auto shared = widgets::fetchAllNotes();
-    for (std::int64_t offset = -6; offset <= 2; ++offset) {
-      const auto moment = dayMoment(offset);
-      EXPECT_EQ(hasNotes(shared, moment), hasNotes(moment)) << now << " " << offset;
-    }
-  }
 }
 
 TEST_F(NotePresence, ANoteFarFromTheDayIsNotOnIt) {

@@ -80,7 +80,9 @@ TEST_F(StreakMediumViewTest, AnEmptyJournalShowsNothingWritten) {
 
 TEST_F(StreakMediumViewTest, WrittenEveryDayTicksAllFive) {
   ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const char* day : {"02", "03", "04", "05", "06"}) journal.addNote(std::string("2026-03-") + day + "T07:00:00+01:00");
+  for (const char* day : {"02", "03", "04", "05", "06"}) {
+    journal.addNote(std::string("2026-03-") + day + "T07:00:00+01:00");
+  }
   EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, true));
 }
 
@@ -103,10 +105,12 @@ TEST_F(StreakMediumViewTest, DaysWhoseMidnightDoesNotExistAreShownAndTicked) {
 }
 
 TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
-  const char* notes[] = {"2026-03-26T23:59:59+01:00", "2026-03-28T00:00:00+01:00", "2026-03-29T03:00:00+02:00",
-                         "2026-03-30T23:59:59+02:00", "2026-03-31T00:00:00+02:00"};
+  const char* notes[] = {"2026-03-26T23:59:59+01:00", "2026-03-28T00:00:00+01:00", "2026-03-29T01:59:00+01:00",
+                         "2026-03-29T03:00:00+02:00", "2026-03-30T23:59:59+02:00", "2026-03-31T00:00:00+02:00",
+                         "2026-04-02T00:00:00+02:00", "2025-03-29T12:00:00+01:00"};
   for (const char* note : notes) journal.addNote(note);
-  for (const char* now : {"2026-03-30T12:00:00+02:00", "2026-03-31T00:00:00+02:00", "2026-04-01T23:00:00+02:00"}) {
+  for (const char* now : {"2026-03-28T00:00:00+01:00", "2026-03-30T12:00:00+02:00", "2026-03-31T00:00:00+02:00",
+                          "2026-04-01T23:59:59+02:00", "2026-04-02T00:00:01+02:00"}) {
     ProcessEnvironment environment(now, "Europe/Berlin");
     std::vector<bool> perDay;
     for (const auto offset : kPastDateRange) perDay.push_back(hasNotes(dayMoment(offset)));
