@@ -1,0 +1,334 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "compose/DeepLinks.hpp"
+#include "memories/NoteText.hpp"
+#include "memories/OTDComposeMediumView.hpp"
+#include "memories/OTDComposeWidgetEntryView.hpp"
+#include "memories/OTDSmallView.hpp"
+#include "memories/OnThisDayWidgetEntryView.hpp"
+#include "platform/Clock.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "platform/RandomSource.hpp"
+#include "support/ProcessEnvironment.hpp"
+#include "support/TestJournal.hpp"
+#include "views/Builders.hpp"
+#include "views/ViewTreeJson.hpp"
+
+namespace quillan::memories {
+namespace {
+
+using namespace views;
+using quillan::testing::ProcessEnvironment;
+using quillan::testing::TestJournal;
+using Json = nlohmann::ordered_json;
+
+Environment environmentFor(ColorScheme scheme, PlatformVersion version, WidgetFamily family) {
+  Environment environment;
+  environment.colorScheme = scheme;
+  environment.platformVersion = version;
+  environment.family = family;
+  return environment;
+}
+
+Node drawSmall(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
+  const auto environment = environmentFor(scheme, version, WidgetFamily::systemSmall);
+  return OnThisDayWidgetEntryView(widgets::SimpleEntry{platform::Clock::now()}, compose::onThisDayURL())
+      .body(environment);
+}
+
+Node drawMedium(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
+  const auto environment = environmentFor(scheme, version, WidgetFamily::systemMedium);
+  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()}).body(environment);
+}
+
+// The memory panel's VStack: inside the small view's AnyView, or the first
+// Link of the medium view's HStack.
+const Node& smallPanel(const Node& small) { return small.children().at(0); }
+const Node& mediumContent(const Node& medium) { return medium.children().at(0); }
+const Node& mediumPanel(const Node& medium) { return mediumContent(medium).children().at(0).children().at(0); }
+
+// The panel's children: header row, title, row or empty state, pill row.
+const Node& headerText(const Node& panel) { return panel.children().at(0).children().at(0).children().at(0); }
+const Node& rowOrEmpty(const Node& panel) { return panel.children().at(2); }
+const Node& yearText(const Node& panel) { return rowOrEmpty(panel).children().at(0).children().at(0); }
+const Node& noteTextNode(const Node& panel) { return rowOrEmpty(panel).children().at(0).children().at(1); }
+const Node& pill(const Node& panel) { return panel.children().at(3).children().at(1); }
+
+const Text& textOf(const Node& node) { return std::get<Text>(node.kind); }
+
+template <typename M>
+const M* findModifier(const Node& node) {
+  for (const auto& modifier : node.modifiers) {
+    if (const auto* found = std::get_if<M>(&modifier.kind)) return found;
+  }
+  return nullptr;
+}
+
+std::optional<Color> foregroundOf(const Node& node) {
+  const auto* foreground = findModifier<modifiers::ForegroundColor>(node);
+  if (foreground == nullptr) return std::nullopt;
+  return foreground->color;
+}
+
+class MemoryViews : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    journal.clear();
+    platform::RandomSource::seed(7);
+  }
+  void TearDown() override {
+    platform::RandomSource::useSystem();
+    platform::ExtensionLog::setSink({});
+  }
+  TestJournal& journal = TestJournal::shared();
+};
+
+platform::TextRun run(std::string text, bool bold = false, bool italic = false, bool strikethrough = false,
+                      bool code = false) {
+  return {std::move(text), bold, italic, strikethrough, code, std::nullopt};
+}
+
+struct MarkdownCase {
+  const char* info;
+  std::vector<platform::TextRun> runs;
+};
+
+// Inline syntax is styled; block syntax and line breaks stay as typed.
+const MarkdownCase kMarkdown[] = {
+    {"**Bold** and _italic_", {run("Bold", true), run(" and "), run("italic", false, true)}},
+    {"a ~~struck~~ word", {run("a "), run("struck", false, false, true), run(" word")}},
+    {"run `make`", {run("run "), run("make", false, false, false, true)}},
+    {"# Not a heading", {run("# Not a heading")}},
+    {"- not a list", {run("- not a list")}},
+    {"one\ntwo\nthree", {run("one\ntwo\nthree")}},
+};
+
+TEST_F(MemoryViews, NoteTextIsInlineMarkdownCutAfterTwoLines) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  for (const auto& markdown : kMarkdown) {
+    journal.clear();
+    journal.addNote("2025-11-16T09:00:00Z", markdown.info);
+    const auto panel = smallPanel(drawSmall());
+    const auto& note = noteTextNode(panel);
+    EXPECT_EQ(textOf(note).runs, markdown.runs) << markdown.info;
+    EXPECT_EQ(note.modifiers, (std::vector<Modifier>{{modifiers::Font{Font::system(15)}},
+                                                     {modifiers::LineLimit{2}}}))
+        << markdown.info;
+  }
+}
+
+TEST_F(MemoryViews, TextThatIsNotUtf8IsLoggedAndDrawnPlain) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  std::vector<std::string> log;
+  platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
+  const std::string broken = "caf\xE9 **menu**";
+  journal.addNote("2025-11-16T09:00:00Z", broken);
+
+  const auto panel = smallPanel(drawSmall());
+  const auto& note = textOf(noteTextNode(panel));
+  EXPECT_EQ(note.text, broken);
+  EXPECT_EQ(note.runs, std::vector<platform::TextRun>{run(broken)});
+  ASSERT_FALSE(log.empty());
+  EXPECT_EQ(log.front(), "Couldn't parse: " + std::string(platform::kMarkdownParseErrorDescription));
+}
+
+TEST_F(MemoryViews, AbsentTextDrawsEmptyAndAbsentDateIsNotReached) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  std::vector<std::string> log;
+  platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
+  EXPECT_EQ(noteText(std::nullopt).plainText(), "");
+  journal.addNote(std::string("2025-11-16T09:00:00Z"), std::nullopt);
+  const auto panel = smallPanel(drawSmall());
+  EXPECT_EQ(textOf(noteTextNode(panel)).text, "");
+  EXPECT_EQ(textOf(yearText(panel)).text, "2025");
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(MemoryViews, NoMemoriesShowsTodayTheTitleAndTheEmptyStateWithoutPill) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  journal.addNote("2026-11-16T08:00:00Z", "today is no memory");
+  for (const auto& panel : {smallPanel(drawSmall()), mediumPanel(drawMedium())}) {
+    EXPECT_EQ(textOf(headerText(panel)).text, "Nov 16");
+    EXPECT_EQ(textOf(panel.children().at(1)).text, "On This Day");
+    ASSERT_EQ(panel.children().size(), 3u);
+    const auto& empty = rowOrEmpty(panel).children().at(0);
+    EXPECT_EQ(textOf(empty).key, "No memories from previous years");
+    EXPECT_EQ(empty.modifiers, (std::vector<Modifier>{{modifiers::Font{Font::system(14)}},
+                                                      {modifiers::ForegroundColor{Color::gray()}}}));
+  }
+}
+
+TEST_F(MemoryViews, OneMemoryIsARowWithoutPill) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  journal.addNote("2019-11-16T09:00:00Z", "only one");
+  for (const auto& panel : {smallPanel(drawSmall()), mediumPanel(drawMedium())}) {
+    ASSERT_EQ(panel.children().size(), 3u);
+    EXPECT_EQ(textOf(headerText(panel)).text, "Nov 16");
+    EXPECT_EQ(textOf(yearText(panel)).text, "2019");
+    EXPECT_EQ(textOf(noteTextNode(panel)).text, "only one");
+  }
+}
+
+// One row only, the first-fetched note of the newest earlier year, and a pill
+// counting every other memory of every year.
+TEST_F(MemoryViews, FourMemoriesFromThreeYearsShowOneRowAndThreeMore) {
+  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2022-11-16T09:00:00+01:00", "2022");
+  journal.addNote("2024-11-16T23:30:00+01:00", "2024 late");
+  journal.addNote("2024-11-16T06:00:00+01:00", "2024 early");
+  journal.addNote("2023-11-16T12:00:00+01:00", "2023");
+  for (const auto& panel : {smallPanel(drawSmall()), mediumPanel(drawMedium())}) {
+    ASSERT_EQ(panel.children().size(), 4u);
+    EXPECT_EQ(textOf(yearText(panel)).text, "2024");
+    EXPECT_EQ(textOf(noteTextNode(panel)).text, "2024 late");
+    const auto& pillRow = panel.children().at(3);
+    EXPECT_EQ(pillRow.children().front(), spacer(2.5));
+    EXPECT_EQ(pillRow.children().back(), spacer(2.5));
+    EXPECT_EQ(textOf(pill(panel)).key, "%lld more");
+    EXPECT_EQ(textOf(pill(panel)).text, "3 more");
+  }
+}
+
+// Date labels use the locale's own month names and the calendar's own year.
+TEST_F(MemoryViews, DateLabelsFollowLocaleAndCalendar) {
+  struct LabelCase {
+    const char* locale;
+    const char* header;
+    const char* year;
+  };
+  const LabelCase labels[] = {{"en_US", "Nov 16", "2025"},
+                              {"de_DE", "Nov 16", "2025"},
+                              {"ja_JP@calendar=japanese", "11月 16", "0007"},
+                              {"th_TH@calendar=buddhist", "พ.ย. 16", "2568"}};
+  journal.addNote("2025-11-16T09:00:00Z", "last year");
+  for (const auto& label : labels) {
+    ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC", label.locale);
+    const auto panel = smallPanel(drawSmall());
+    EXPECT_EQ(textOf(headerText(panel)).text, label.header) << label.locale;
+    EXPECT_EQ(textOf(headerText(panel)).key, "%@");
+    EXPECT_EQ(textOf(yearText(panel)).text, label.year) << label.locale;
+    EXPECT_EQ(textOf(yearText(panel)).key, "%@");
+  }
+}
+
+TEST_F(MemoryViews, SecondaryLabelsAndBackgroundsFollowTheColourScheme) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  journal.addNote("2025-11-16T09:00:00Z", "a");
+  journal.addNote("2024-11-16T09:00:00Z", "b");
+  struct SchemeCase {
+    ColorScheme scheme;
+    Color secondary;
+    Color background;
+  };
+  for (const auto& scheme : {SchemeCase{ColorScheme::light, Color::systemGray(), Color::white()},
+                             SchemeCase{ColorScheme::dark, Color::systemGray2(), Color::systemGray6()}}) {
+    const auto small = drawSmall(scheme.scheme);
+    const auto medium = drawMedium(scheme.scheme);
+    for (const auto* panel : {&smallPanel(small), &mediumPanel(medium)}) {
+      EXPECT_EQ(foregroundOf(yearText(*panel)), scheme.secondary);
+      EXPECT_EQ(foregroundOf(pill(*panel)), scheme.secondary);
+      EXPECT_EQ(foregroundOf(headerText(*panel)), Color::red());
+    }
+    for (const auto* content : {&smallPanel(small), &mediumContent(medium)}) {
+      const auto* background = findModifier<modifiers::ContainerBackground>(*content);
+      ASSERT_NE(background, nullptr);
+      EXPECT_EQ(background->content, Node(scheme.background));
+    }
+  }
+}
+
+TEST_F(MemoryViews, BeforePlatform17TheViewsPadThemselvesOnTheirOwnBackground) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  const auto small = smallPanel(drawSmall(ColorScheme::dark, {16, 4}));
+  EXPECT_EQ(small.modifiers, (std::vector<Modifier>{
+                                 {modifiers::Padding{EdgeSet::horizontal(), std::nullopt}},
+                                 {modifiers::Padding{EdgeSet::top(), std::nullopt}},
+                                 {modifiers::Padding{EdgeSet::bottom(), 12.5}},
+                                 {modifiers::Background{Color::systemGray6(), Alignment::center, EdgeSet::all()}},
+                             }));
+  const auto medium = mediumContent(drawMedium(ColorScheme::light, {16, 0}));
+  EXPECT_EQ(medium.modifiers, (std::vector<Modifier>{
+                                  {modifiers::Padding{EdgeSet::leading(), 15}},
+                                  {modifiers::Padding{EdgeSet::trailing(), 12.5}},
+                                  {modifiers::Padding{EdgeSet::top(), 12.5}},
+                                  {modifiers::Padding{EdgeSet::bottom(), 12.5}},
+                                  {modifiers::Background{Color::white(), Alignment::center, EdgeSet::all()}},
+                              }));
+  // From 17.0 on nothing pads the content: the container's margins apply.
+  for (const auto& content : {smallPanel(drawSmall()), mediumContent(drawMedium())}) {
+    EXPECT_EQ(findModifier<modifiers::Padding>(content), nullptr);
+  }
+}
+
+TEST_F(MemoryViews, TheSmallWidgetIsOneTapTargetAndPrivate) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  for (const auto version : {PlatformVersion{16, 0}, PlatformVersion{17, 0}}) {
+    const auto small = drawSmall(ColorScheme::light, version);
+    EXPECT_TRUE(std::holds_alternative<AnyView>(small.kind));
+    EXPECT_EQ(small.modifiers, (std::vector<Modifier>{{modifiers::PrivacySensitive{true}},
+                                                      {modifiers::WidgetURL{"widget-deeplink://OnThisDay"}}}));
+  }
+}
+
+// Two tap targets: the memories open the on-this-day screen, the embedded
+// compose button a new entry. Nothing links the widget as a whole.
+TEST_F(MemoryViews, TheMediumWidgetLinksEachHalfOnItsOwn) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  const auto medium = drawMedium();
+  EXPECT_EQ(medium.modifiers, std::vector<Modifier>{{modifiers::PrivacySensitive{true}}});
+  const auto& halves = mediumContent(medium).children();
+  ASSERT_EQ(halves.size(), 2u);
+  EXPECT_EQ(std::get<Link>(halves[0].kind).destination, "widget-deeplink://OnThisDay");
+  EXPECT_EQ(halves[0].modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::top(), 2.5}}}));
+  EXPECT_EQ(std::get<Link>(halves[1].kind).destination, "widget-deeplink://AddRecord");
+  EXPECT_EQ(halves[1].modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::leading(), 10}}}));
+  const auto& title = mediumPanel(medium).children().at(1);
+  EXPECT_EQ(title.modifiers, (std::vector<Modifier>{{modifiers::Font{Font::system(20)}},
+                                                    {modifiers::FontWeight{Weight::heavy}},
+                                                    {modifiers::ForegroundColor{Color::primary()}}}));
+  // The compose button inside is the embedded variant: 15-point prompt.
+  const Json button = toJson(halves[1].children().at(0));
+  EXPECT_EQ(button["children"][0]["children"][0]["modifiers"][0]["font"]["size"], 15);
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
+
+// Whole trees, compared as parsed JSON. QUILLAN_UPDATE_GOLDEN=1 rewrites the
+// files (review the diff!).
+void expectGolden(const Node& tree, const std::string& name) {
+  const Json actual = toJson(tree);
+  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/" + name;
+  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
+  const auto golden = Json::parse(readFile(path), nullptr, false);
+  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
+  EXPECT_EQ(actual, golden) << actual.dump(2);
+}
+
+TEST_F(MemoryViews, SmallLightOnPlatform17MatchesTheGoldenTree) {
+  ProcessEnvironment environment("2026-11-16T18:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2024-11-16T20:15:00+01:00", "Lantern walk with **everyone**,\n_cold_ but lovely\nthird line");
+  journal.addNote("2025-11-16T07:45:00+01:00", "First snow. ~~Stayed in~~ went sledging");
+  journal.addNote("2025-11-16T21:00:00+01:00", "Soup and `tea`");
+  expectGolden(drawSmall(ColorScheme::light, {17, 0}), "otd_small_light_17.json");
+}
+
+TEST_F(MemoryViews, MediumDarkOnPlatform16MatchesTheGoldenTree) {
+  ProcessEnvironment environment("2026-11-16T18:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2023-11-16T12:00:00+01:00", "# Market day\nbought apples");
+  journal.addNote("2026-11-16T08:00:00+01:00", "today: written, so the button is grey");
+  expectGolden(drawMedium(ColorScheme::dark, {16, 0}), "otd_medium_dark_16.json");
+}
+
+}  // namespace
+}  // namespace quillan::memories
