@@ -1,1 +1,73 @@
-int main() { return 0; }
+// quillan-widgets: the widget host on the command line.
+
+#include <filesystem>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/Commands.hpp"
+#include "cli/HostOptions.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "render/Renderer.hpp"
+#include "views/ViewTreeJson.hpp"
+
+namespace {
+
+constexpr const char* kDescription =
+    "The Quillan journal's widgets, off the phone: timelines, view trees, drawings and taps.\n"
+    "Reads the journal Quillan.sqlite in the app group's container (never writes it).\n\n"
+    "The extension's own log lines (a note whose text is not Markdown, a failed move of a legacy\n"
+    "journal) go to standard error, as the phone sends them to the system log; standard output\n"
+    "carries only the command's result. A bad option value prints one line and exits with status 2;\n"
+    "what the extension treats as impossible stops it with \"<source>: Fatal error: <message>\".";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace quillan;
+  platform::ExtensionLog::setSink([](std::string_view line) { std::cerr << line << "\n"; });
+
+  CLI::App app(kDescription, "quillan-widgets");
+  app.require_subcommand(1);
+  app.fallthrough();
+  cli::HostOptions host;
+  host.addTo(app);
+
+  const std::vector<cli::Run> commands = {
+      cli::addListCommand(app),
+      cli::addTimelineCommand(app),
+      cli::addRenderCommand(app, host),
+      cli::addTapCommand(app, host),
+      cli::addSampleJournalCommand(app, host),
+      cli::addDemoCommand(app, host),
+  };
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    return 2;
+  }
+
+  try {
+    // sample-journal makes the container it is asked to fill.
+    if (app.got_subcommand("sample-journal") && host.groupContainer) {
+      std::filesystem::create_directories(*host.groupContainer);
+    }
+    host.apply();
+    for (const auto& command : commands) {
+      if (const int status = command(); status >= 0) return status;
+    }
+  } catch (const cli::UsageError& error) {
+    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    return 2;
+  } catch (const render::RenderError& error) {
+    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    return 1;
+  } catch (const std::exception& error) {
+    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    return 1;
+  }
+  return 0;
+}

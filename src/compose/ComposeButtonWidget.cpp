@@ -22,4 +22,15 @@ views::Node ComposeButtonWidgetEntryView::body(const views::Environment& environ
       .widgetURL(deeplinkAddRecordURL.absoluteString());
 }
 
+widgets::WidgetConfiguration ComposeButtonWidget::body() const {
+  auto configuration = widgets::staticConfiguration<ComposeButtonProvider>(
+      kind, [](ComposeButtonEntry entry) { return ComposeButtonWidgetEntryView(entry); });
+  configuration.displayName = "Compose Button";
+  configuration.description =
+      "Get your thoughts down quickly. This widget will turn to bright orange if you haven't added any entries "
+      "today.";
+  configuration.supportedFamilies = {views::WidgetFamily::systemSmall};
+  return configuration;
+}
+
 }  // namespace quillan::compose

@@ -7,6 +7,7 @@
 #include "views/Environment.hpp"
 #include "views/Node.hpp"
 #include "widgets/DailyProviders.hpp"
+#include "widgets/WidgetConfiguration.hpp"
 
 namespace quillan::compose {
 
@@ -28,6 +29,12 @@ struct ComposeButtonWidgetEntryView {
 
   explicit ComposeButtonWidgetEntryView(ComposeButtonEntry entry);
   views::Node body(const views::Environment& environment) const;
+};
+
+// "Compose Button": one big compose button on the home screen, small family only.
+struct ComposeButtonWidget {
+  std::string kind = "ComposeButtonWidget";
+  widgets::WidgetConfiguration body() const;
 };
 
 }  // namespace quillan::compose

@@ -1,0 +1,97 @@
+#include <fstream>
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/Gallery.hpp"
+#include "cli/SampleJournalFiles.hpp"
+#include "cli/TimelineJson.hpp"
+#include "cli/WidgetLookup.hpp"
+#include "platform/Clock.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/Renderer.hpp"
+#include "widgets/TimelineWidgetBundle.hpp"
+
+namespace quillan::cli {
+namespace {
+
+struct Variant {
+  std::string name;
+  views::ColorScheme scheme;
+  views::WidgetRenderingMode mode;
+};
+
+std::vector<Variant> variantsOf(const widgets::WidgetConfiguration& widget) {
+  std::vector<Variant> variants = {{"light", views::ColorScheme::light, views::WidgetRenderingMode::fullColor},
+                                   {"dark", views::ColorScheme::dark, views::WidgetRenderingMode::fullColor}};
+  // The lock screen draws its widgets as a vibrancy layer.
+  if (widget.supportedFamilies.front() == views::WidgetFamily::accessoryCircular) {
+    variants.push_back({"vibrant", views::ColorScheme::dark, views::WidgetRenderingMode::vibrant});
+  }
+  return variants;
+}
+
+GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const HostOptions& host,
+                          const std::filesystem::path& directory) {
+  GallerySection section{widget.kind, widget.displayName, widget.description,
+                         timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})), {}};
+  const auto family = widget.supportedFamilies.front();
+  const auto entryDate = currentEntryDate(widget);
+  for (const auto& variant : variantsOf(widget)) {
+    render::RenderContext context;
+    context.env = host.environment(family);
+    context.env.colorScheme = variant.scheme;
+    context.env.renderingMode = variant.mode;
+    const auto tree = widget.content(entryDate, context.env);
+    const auto file = widget.kind + "-" + variant.name + ".png";
+    render::renderToFile(tree, context, render::Format::png, directory / file);
+    const auto size = context.device.sizeOf(family);
+    section.images.push_back({file, variant.name, size.width, size.height, render::hitRegions(tree, context)});
+  }
+  return section;
+}
+
+int runDemo(const std::filesystem::path& directory, HostOptions& host) {
+  std::filesystem::create_directories(directory);
+  std::string subtitle;
+  if (host.groupContainer) {
+    subtitle = "The journal in " + host.groupContainer->string() + ".";
+  } else {
+    const auto container = makeTemporaryGroupContainer();
+    writeSampleJournal(container, host);
+    platform::FileManager::setGroupContainerDirectory(container);
+    subtitle = "A sample journal in " + container.string() + ".";
+  }
+  subtitle += " Drawn at " + platform::ISO8601::format(platform::Clock::now(), platform::TimeZone::current()) + ".";
+
+  std::vector<GallerySection> sections;
+  std::size_t images = 0;
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+    sections.push_back(drawWidget(widget, host, directory));
+    images += sections.back().images.size();
+  }
+  const auto page = directory / "index.html";
+  std::ofstream(page) << galleryPage(sections, subtitle);
+  std::cout << "wrote " << images << " widget images and the gallery " << std::filesystem::absolute(page).string()
+            << "\n";
+  return 0;
+}
+
+}  // namespace
+
+Run addDemoCommand(CLI::App& app, HostOptions& host) {
+  auto* command = app.add_subcommand(
+      "demo",
+      "write a sample journal into a temporary group container (or read --group-container's), draw every\n"
+      "widget in light and dark (the lock-screen one also vibrant) to PNG, and an index.html gallery whose\n"
+      "image maps open the deep links");
+  auto output = std::make_shared<std::filesystem::path>("quillan-widgets-demo");
+  command->add_option("--output", *output, "folder for the images and index.html (default: ./quillan-widgets-demo)");
+  return [command, output, &host] {
+    if (!command->parsed()) return -1;
+    return runDemo(*output, host);
+  };
+}
+
+}  // namespace quillan::cli

@@ -1,0 +1,89 @@
+#include "cli/HostOptions.hpp"
+
+#include "platform/Clock.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/Locale.hpp"
+#include "platform/RandomSource.hpp"
+#include "platform/TimeZone.hpp"
+
+namespace quillan::cli {
+namespace {
+
+void requireDirectory(const std::filesystem::path& path, std::string_view option) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(path, error)) {
+    throw UsageError(std::string(option) + ": no such directory: " + path.string());
+  }
+}
+
+}  // namespace
+
+void HostOptions::addTo(CLI::App& command) {
+  command.add_option("--group-container", groupContainer,
+                     "the app group's shared container holding Quillan.sqlite\n"
+                     "(default: $XDG_DATA_HOME/quillan-widgets/group.com.tarvelo.Quillan)")
+      ->group("Environment");
+  command.add_option("--app-support", appSupport,
+                     "the extension's application-support folder, where a legacy journal is looked for\n"
+                     "(default: $XDG_DATA_HOME/quillan-widgets/Application Support)")
+      ->group("Environment");
+  command.add_option("--now", now, "pin the clock: ISO-8601 with offset or Z, e.g. 2026-11-22T08:30:00+01:00")
+      ->group("Environment");
+  command.add_option("--time-zone", timeZone, "IANA time zone, e.g. Europe/Berlin (default: $TZ)")
+      ->group("Environment");
+  command.add_option("--locale", locale, "ICU locale, e.g. de_DE or ja_JP@calendar=japanese (default: LC_ALL/LANG)")
+      ->group("Environment");
+  command.add_option("--color-scheme", colorScheme, "light or dark (default: light)")->group("Environment");
+  command.add_option("--rendering-mode", renderingMode, "fullColor, accented or vibrant (default: fullColor)")
+      ->group("Environment");
+  command.add_option("--platform-version", platformVersion, "the phone's OS version X.Y (default: 17.0)")
+      ->group("Environment");
+  command.add_option("--seed", seed, "seed the random source (writing prompts) for reproducible output")
+      ->group("Environment");
+}
+
+void HostOptions::apply() const {
+  if (groupContainer) {
+    requireDirectory(*groupContainer, "--group-container");
+    platform::FileManager::setGroupContainerDirectory(*groupContainer);
+  }
+  if (appSupport) {
+    requireDirectory(*appSupport, "--app-support");
+    platform::FileManager::setApplicationSupportDirectory(*appSupport);
+  }
+  if (timeZone) {
+    const auto zone = platform::TimeZone::named(*timeZone);
+    if (!zone) throw UsageError("--time-zone: unknown time zone: " + *timeZone);
+    platform::TimeZone::setCurrent(*zone);
+  }
+  if (locale) {
+    const auto named = platform::Locale::named(*locale);
+    if (!named) throw UsageError("--locale: unknown locale: " + *locale);
+    platform::Locale::setCurrent(*named);
+  }
+  if (now) {
+    const auto date = platform::ISO8601::parse(*now);
+    if (!date) {
+      throw UsageError("--now: not an ISO-8601 date with offset (e.g. 2026-11-22T08:30:00+01:00): " + *now);
+    }
+    platform::Clock::pin(*date);
+  }
+  if (seed) platform::RandomSource::seed(*seed);
+  environment(views::WidgetFamily::systemSmall);
+}
+
+views::Environment HostOptions::environment(views::WidgetFamily family) const {
+  views::Environment environment;
+  try {
+    environment.colorScheme = views::parseColorScheme(colorScheme);
+    environment.renderingMode = views::parseRenderingMode(renderingMode);
+    environment.platformVersion = views::parsePlatformVersion(platformVersion);
+  } catch (const views::EnvironmentParseError& error) {
+    throw UsageError(error.what());
+  }
+  environment.family = family;
+  return environment;
+}
+
+}  // namespace quillan::cli

@@ -1,0 +1,36 @@
+#include <iostream>
+
+#include "cli/Commands.hpp"
+#include "cli/WidgetLookup.hpp"
+#include "render/HitTest.hpp"
+
+namespace quillan::cli {
+
+Run addTapCommand(CLI::App& app, const HostOptions& host) {
+  auto* command = app.add_subcommand(
+      "tap", "the URL a tap at (x, y) opens, in points from the widget's top-left corner; nothing if none");
+  struct Options {
+    std::string kind;
+    double x = 0, y = 0;
+    std::string device = "393x852";
+  };
+  auto options = std::make_shared<Options>();
+  command->add_option("--kind", options->kind, "the widget's kind (see `list`)")->required();
+  command->add_option("--x", options->x, "points from the left edge")->required();
+  command->add_option("--y", options->y, "points from the top edge")->required();
+  command->add_option("--device", options->device, "device profile for the widget sizes (default: 393x852)");
+  return [command, options, &host] {
+    if (!command->parsed()) return -1;
+    const auto& widget = widgetOfKind(options->kind);
+    render::RenderContext context;
+    context.env = host.environment(widget.supportedFamilies.front());
+    const auto device = render::DeviceProfile::named(options->device);
+    if (!device) throw UsageError("--device: unknown device \"" + options->device + "\"");
+    context.device = *device;
+    const auto tree = widget.content(currentEntryDate(widget), context.env);
+    if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
+    return 0;
+  };
+}
+
+}  // namespace quillan::cli

@@ -1,0 +1,31 @@
+#include "cli/WidgetLookup.hpp"
+
+#include "cli/HostOptions.hpp"
+#include "platform/Clock.hpp"
+#include "views/EnumNames.hpp"
+#include "widgets/TimelineWidgetBundle.hpp"
+
+namespace quillan::cli {
+
+const widgets::WidgetConfiguration& widgetOfKind(const std::string& kind) {
+  if (const auto* widget = widgets::TimelineWidgetBundle::widget(kind)) return *widget;
+  std::string known;
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+    known += (known.empty() ? "" : ", ") + widget.kind;
+  }
+  throw UsageError("--kind: unknown widget kind \"" + kind + "\" (known: " + known + ")");
+}
+
+platform::Date currentEntryDate(const widgets::WidgetConfiguration& widget) {
+  const auto answer = widget.provider(widgets::TimelineRequest::timeline, {});
+  const auto now = platform::Clock::now();
+  platform::Date current = answer.entryDates.front();
+  for (const auto& date : answer.entryDates) {
+    if (date <= now) current = date;
+  }
+  return current;
+}
+
+std::string familyName(views::WidgetFamily family) { return std::string(views::toString(family)); }
+
+}  // namespace quillan::cli

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Date.hpp"
+#include "views/Environment.hpp"
+#include "widgets/WidgetConfiguration.hpp"
+
+namespace quillan::cli {
+
+// The widget of `kind`; an unknown kind is a UsageError listing the known ones.
+const widgets::WidgetConfiguration& widgetOfKind(const std::string& kind);
+
+// The entry the host would show now: the last timeline entry whose date has
+// come, else the first.
+platform::Date currentEntryDate(const widgets::WidgetConfiguration& widget);
+
+std::string familyName(views::WidgetFamily family);
+
+}  // namespace quillan::cli
