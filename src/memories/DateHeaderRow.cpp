@@ -1,19 +1,18 @@
 #include "memories/DateHeaderRow.hpp"
 
 #include "memories/DateLabel.hpp"
-#include "memories/MemorySummary.hpp"
 #include "views/Builders.hpp"
 
 namespace quillan::memories {
 
 using namespace views;
 
-Node dateHeaderRow() {
+Node dateHeaderRow(platform::Date headerDate) {
   return hstack(VerticalAlignment::center,
                 {
                     vstack(HorizontalAlignment::center,
                            {
-                               dateLabel(headerDate(), "LLL dd")
+                               dateLabel(headerDate, "LLL dd")
                                    .font(Font::system(18))
                                    .fontWeight(Weight::heavy)
                                    .foregroundColor(Color::red())

@@ -49,10 +49,12 @@ bool isOnThisDay(const store::Note& note) {
   return requiredDate(note) < platform::Clock::now();
 }
 
-std::vector<MemoryGroup> memoryGroups() {
+std::vector<MemoryGroup> memoryGroups() { return groupByDay(fetchMemories()); }
+
+std::vector<MemoryGroup> groupByDay(NoteList memories) {
   std::vector<MemoryGroup> groups;
   std::unordered_map<std::string, std::size_t> groupIndexByKey;
-  for (auto& note : fetchMemories()) {
+  for (auto& note : memories) {
     const auto [slot, inserted] = groupIndexByKey.try_emplace(memoryDayKey(*note), groups.size());
     if (inserted) groups.emplace_back();
     groups[slot->second].push_back(std::move(note));

@@ -30,6 +30,9 @@ bool isOnThisDay(const store::Note& note);
 // The memories grouped by day, newest day first; within a day, store order.
 std::vector<MemoryGroup> memoryGroups();
 
+// `memories` grouped as memoryGroups() groups them: by day, newest day first.
+std::vector<MemoryGroup> groupByDay(NoteList memories);
+
 // The day a note belongs to: its date in the medium date style. A note
 // without a date stops the process.
 std::string memoryDayKey(const store::Note& note);

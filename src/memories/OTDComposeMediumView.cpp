@@ -6,8 +6,7 @@
 #include "compose/ComposeButtonSmallView.hpp"
 #include "compose/DeepLinks.hpp"
 #include "memories/DateHeaderRow.hpp"
-#include "memories/MemorySelection.hpp"
-#include "memories/MemorySummary.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "memories/MoreNotesCountWidgetItem.hpp"
 #include "memories/NoMemoriesWidgetText.hpp"
 #include "memories/OTDWidgetRow.hpp"
@@ -37,24 +36,26 @@ OTDComposeMediumView::OTDComposeMediumView(const Environment& environment)
       deeplinkAddRecordURL(compose::addRecordURL()) {}
 
 Node OTDComposeMediumView::body(const Environment& environment) const {
+  // One read of the journal serves every question the panel asks of it.
+  const auto memories = MemorySnapshot::take();
   Node content = hstack(
       VerticalAlignment::center,
       {
           link(deeplinkOTDURL.absoluteString(),
                vstack(HorizontalAlignment::leading,
                       {
-                          dateHeaderRow(),
+                          dateHeaderRow(memories.headerDate()),
                           localizedText("On This Day")
                               .font(Font::system(20))
                               .fontWeight(Weight::heavy)
                               .foregroundColor(Color::primary()),
-                          fetchMemories().empty()
+                          memories.empty()
                               ? NoMemoriesWidgetText(environment).body(environment)
-                              : OTDWidgetRow(environment, representativeMemory()).body(environment),
-                          when(moreCount() >= 1,
+                              : OTDWidgetRow(environment, memories.representativeMemory()).body(environment),
+                          when(memories.moreCount() >= 1,
                                hstack({
                                    spacer(2.5),
-                                   MoreNotesCountWidgetItem(environment, moreCount()).body(environment),
+                                   MoreNotesCountWidgetItem(environment, memories.moreCount()).body(environment),
                                    spacer(2.5),
                                })),
                       }))

@@ -1,8 +1,7 @@
 #include "memories/OTDSmallView.hpp"
 
 #include "memories/DateHeaderRow.hpp"
-#include "memories/MemorySelection.hpp"
-#include "memories/MemorySummary.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "memories/MoreNotesCountWidgetItem.hpp"
 #include "memories/NoMemoriesWidgetText.hpp"
 #include "memories/OTDWidgetRow.hpp"
@@ -16,19 +15,22 @@ using namespace views;
 OTDSmallView::OTDSmallView(const Environment& environment) : colorScheme(environment.colorScheme) {}
 
 Node OTDSmallView::body(const Environment& environment) const {
+  // One read of the journal serves every question the panel asks of it.
+  const auto memories = MemorySnapshot::take();
   Node content =
       vstack(HorizontalAlignment::leading,
              {
-                 dateHeaderRow(),
+                 dateHeaderRow(memories.headerDate()),
                  localizedText("On This Day").font(Font::system(19)).fontWeight(Weight::heavy).foregroundColor(
                      Color::primary()),
-                 fetchMemories().empty() ? NoMemoriesWidgetText(environment).body(environment)
-                                         : OTDWidgetRow(environment, representativeMemory()).body(environment),
-                 when(moreCount() >= 1, hstack({
-                                            spacer(2.5),
-                                            MoreNotesCountWidgetItem(environment, moreCount()).body(environment),
-                                            spacer(2.5),
-                                        })),
+                 memories.empty() ? NoMemoriesWidgetText(environment).body(environment)
+                                  : OTDWidgetRow(environment, memories.representativeMemory()).body(environment),
+                 when(memories.moreCount() >= 1,
+                      hstack({
+                          spacer(2.5),
+                          MoreNotesCountWidgetItem(environment, memories.moreCount()).body(environment),
+                          spacer(2.5),
+                      })),
              });
 
   const Color background = widgetBackgroundColor(colorScheme);
