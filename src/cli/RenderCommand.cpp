@@ -52,7 +52,8 @@ int run(const RenderOptions& options, const HostOptions& host) {
     json["family"] = familyName(family);
     json["date"] = platform::ISO8601::format(entryDate, platform::TimeZone::current());
     json["view"] = views::toJson(tree);
-    writeJson(options, json.dump(2) + "\n");
+    // Note text that is not UTF-8 is shown as is by the views; JSON must stay valid.
+    writeJson(options, json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
     return 0;
   }
 

@@ -46,6 +46,13 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
+    // An unknown subcommand is left over rather than reported by name.
+    const auto leftover = app.remaining();
+    if (!leftover.empty() && app.get_subcommands().empty()) {
+      std::cerr << "quillan-widgets: unknown subcommand \"" << leftover.front()
+                << "\" (expected list, timeline, render, tap, sample-journal or demo; see --help)\n";
+      return 2;
+    }
     std::cerr << "quillan-widgets: " << error.what() << "\n";
     return 2;
   }

@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
+#include <nlohmann/json.hpp>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/ISO8601.hpp"
+#include "support/RunCommand.hpp"
+
+namespace quillan::cli {
+namespace {
+
+using testing::runCommand;
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
+                                         "StreakWidget", "ComposeButtonLockScreen"};
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    auto pattern = (fs::temp_directory_path() / "quillan-cli-XXXXXX").string();
+    path_ = mkdtemp(pattern.data());
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// A group container holding a sample journal written for `now` in Berlin.
+class SampleJournalCommand : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folder_ = new TemporaryFolder();
+    const auto result = runCommand({"sample-journal", "--group-container", container().string(), "--now", kNow,
+                                    "--time-zone", "Europe/Berlin"});
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+  }
+  static void TearDownTestSuite() { delete folder_; }
+  static fs::path container() { return folder_->path() / "group"; }
+  static std::vector<std::string> environment(std::vector<std::string> arguments) {
+    for (const char* option : {"--group-container", "--now", "--time-zone", "--locale", "--seed"}) {
+      arguments.push_back(option);
+      if (std::string(option) == "--group-container") arguments.push_back(container().string());
+      if (std::string(option) == "--now") arguments.push_back(kNow);
+      if (std::string(option) == "--time-zone") arguments.push_back("Europe/Berlin");
+      if (std::string(option) == "--locale") arguments.push_back("en_US");
+      if (std::string(option) == "--seed") arguments.push_back("5");
+    }
+    return arguments;
+  }
+  static constexpr const char* kNow = "2026-11-22T09:00:00+01:00";
+  static inline TemporaryFolder* folder_ = nullptr;
+};
+
+TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
+  for (const auto& kind : kKinds) {
+    const auto result = runCommand({"timeline", "--kind", kind, "--now", "2026-11-22T23:59:59+01:00", "--time-zone",
+                                    "Europe/Berlin"});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.out,
+              "{\"entries\":[{\"date\":\"2026-11-22T00:00:00+01:00\"}],\"policy\":{\"type\":\"after\",\"date\":"
+              "\"2026-11-23T00:00:00+01:00\"}}\n")
+        << kind;
+  }
+  // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
+  const auto saoPaulo = runCommand({"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline",
+                                    "--kind", "StreakWidget"});
+  EXPECT_EQ(saoPaulo.out,
+            "{\"entries\":[{\"date\":\"2018-11-04T01:00:00-02:00\"}],\"policy\":{\"type\":\"after\",\"date\":"
+            "\"2018-11-05T00:00:00-02:00\"}}\n");
+  const auto snapshot = runCommand({"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now",
+                                    "2026-11-22T08:30:00.250Z", "--time-zone", "UTC"});
+  EXPECT_EQ(snapshot.out, "{\"entries\":[{\"date\":\"2026-11-22T08:30:00.250+00:00\"}]}\n");
+}
+
+TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
+  TemporaryFolder folder;
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+      {{"timeline", "--kind", "Nope"}, "Nope"},
+      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22 08:00"}, "2026-11-22 08:00"},
+      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T08:00:00"}, "2026-11-22T08:00:00"},
+      {{"timeline", "--kind", "StreakWidget", "--time-zone", "Mars/Olympus"}, "Mars/Olympus"},
+      {{"timeline", "--kind", "StreakWidget", "--locale", "xx_YY"}, "xx_YY"},
+      {{"timeline", "--kind", "StreakWidget", "--group-container", "/nonexistent/quillan"}, "/nonexistent/quillan"},
+      {{"timeline", "--kind", "StreakWidget", "--color-scheme", "sepia"}, "sepia"},
+      {{"timeline", "--kind", "StreakWidget", "--request", "later"}, "later"},
+      {{"render", "--kind", "StreakWidget", "--format", "gif", "--group-container", folder.path().string()}, "gif"},
+      {{"timeline"}, "--kind"},
+      {{"frobnicate"}, "frobnicate"},
+  };
+  for (const auto& [arguments, named] : cases) {
+    const auto result = runCommand(arguments);
+    EXPECT_EQ(result.exitStatus, 2) << arguments[0] << " " << named;
+    EXPECT_NE(result.err.find(named), std::string::npos) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_TRUE(result.out.empty());
+  }
+}
+
+TEST(Command, ListIsExactlyTheBundle) {
+  const auto result = runCommand({"list", "--json"});
+  ASSERT_EQ(result.exitStatus, 0);
+  const auto expected = Json::parse(R"([
+    {"kind": "OnThisDayWidget", "displayName": "On This Day",
+     "description": "Memories on this day from previous years.", "families": ["systemSmall"]},
+    {"kind": "OTDComposeWidget", "displayName": "Two in One",
+     "description": "Memories on this day from previous years + a Compose button to get your thoughts down quickly",
+     "families": ["systemMedium"]},
+    {"kind": "ComposeButtonWidget", "displayName": "Compose Button",
+     "description": "Get your thoughts down quickly. This widget will turn to bright orange if you haven't added any entries today.",
+     "families": ["systemSmall"]},
+    {"kind": "StreakWidget", "displayName": "Keep it going",
+     "description": "Make journaling a habit. Write whatever's on your mind every day.", "families": ["systemMedium"]},
+    {"kind": "ComposeButtonLockScreen", "displayName": "Compose Button",
+     "description": "Get your thoughts down quickly", "families": ["accessoryCircular"]}
+  ])");
+  EXPECT_EQ(Json::parse(result.out), expected);
+}
+
+TEST_F(SampleJournalCommand, RenderJsonOfEveryKindShowsTheCurrentEntry) {
+  const std::map<std::string, std::string> families = {{"OnThisDayWidget", "systemSmall"},
+                                                       {"OTDComposeWidget", "systemMedium"},
+                                                       {"ComposeButtonWidget", "systemSmall"},
+                                                       {"StreakWidget", "systemMedium"},
+                                                       {"ComposeButtonLockScreen", "accessoryCircular"}};
+  for (const auto& kind : kKinds) {
+    const auto result = runCommand(environment({"render", "--kind", kind, "--format", "json"}));
+    ASSERT_EQ(result.exitStatus, 0) << kind << result.err;
+    const auto json = Json::parse(result.out);
+    EXPECT_EQ(json["kind"], kind);
+    EXPECT_EQ(json["family"], families.at(kind));
+    EXPECT_EQ(json["date"], "2026-11-22T00:00:00+01:00");
+    // The streak view is the one that does not erase its two branches' types.
+    EXPECT_EQ(json["view"]["type"], kind == "StreakWidget" ? "VStack" : "AnyView") << kind;
+  }
+}
+
+TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
+  const auto before = fs::file_size(container() / "Quillan.sqlite");
+  const auto result = runCommand({"sample-journal", "--group-container", container().string()});
+  EXPECT_EQ(result.exitStatus, 2);
+  EXPECT_NE(result.err.find("not overwriting"), std::string::npos) << result.err;
+  EXPECT_EQ(fs::file_size(container() / "Quillan.sqlite"), before);
+}
+
+TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatArea) {
+  struct Tap {
+    std::string kind;
+    double x, y;
+    std::string url;
+  };
+  const std::vector<Tap> taps = {
+      {"OnThisDayWidget", 79, 79, "widget-deeplink://OnThisDay"},
+      {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},
+      {"OTDComposeWidget", 60, 79, "widget-deeplink://OnThisDay"},
+      {"OTDComposeWidget", 280, 79, "widget-deeplink://AddRecord"},
+      {"ComposeButtonWidget", 10, 10, "widget-deeplink://AddRecord"},
+      {"ComposeButtonLockScreen", 36, 36, "widget-deeplink://AddRecord"},
+  };
+  for (const auto& tap : taps) {
+    const auto result = runCommand(environment({"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y",
+                                                std::to_string(tap.y)}));
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.out, tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
+  }
+  // Outside the widget nothing opens.
+  EXPECT_EQ(runCommand(environment({"tap", "--kind", "ComposeButtonWidget", "--x", "500", "--y", "5"})).out, "");
+}
+
+TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
+  TemporaryFolder output;
+  const auto result = runCommand(environment({"demo", "--output", output.path().string()}));
+  ASSERT_EQ(result.exitStatus, 0) << result.err;
+  std::ifstream page(output.path() / "index.html");
+  const std::string html((std::istreambuf_iterator<char>(page)), std::istreambuf_iterator<char>());
+  // Each image's map: the kind from the file name, then its areas.
+  const std::regex image(R"(<img src="([A-Za-z]+)-(light|dark|vibrant)\.png"[^>]*>\s*<map name="[^"]+">([^]*?)</map>)");
+  const std::regex area(R"rx(coords="([\d.]+),([\d.]+),([\d.]+),([\d.]+)" href="([^"]+)")rx");
+  int images = 0, areas = 0;
+  for (std::sregex_iterator it(html.begin(), html.end(), image), end; it != end; ++it) {
+    ++images;
+    const auto kind = (*it)[1].str();
+    EXPECT_TRUE(fs::exists(output.path() / (kind + "-" + (*it)[2].str() + ".png")));
+    const auto map = (*it)[3].str();
+    for (std::sregex_iterator a(map.begin(), map.end(), area); a != end; ++a) {
+      ++areas;
+      const double x = (std::stod((*a)[1]) + std::stod((*a)[3])) / 2;
+      const double y = (std::stod((*a)[2]) + std::stod((*a)[4])) / 2;
+      const auto scheme = (*it)[2].str() == "light" ? "light" : "dark";
+      auto arguments = environment({"tap", "--kind", kind, "--x", std::to_string(x), "--y", std::to_string(y),
+                                    "--color-scheme", scheme});
+      const auto tapped = runCommand(arguments);
+      EXPECT_EQ(tapped.out, (*a)[5].str() + "\n") << kind << " at " << x << "," << y;
+    }
+  }
+  EXPECT_EQ(images, 11);
+  EXPECT_GE(areas, 11 + 2 * 5);  // the streak row's five circles, light and dark
+}
+
+TEST(Command, JournalThatDoesNotLoadStopsWithTheUnresolvedErrorReport) {
+  TemporaryFolder folder;
+  std::ofstream(folder.path() / "Quillan.sqlite") << "this is not a database, it is a shopping list";
+  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
+                                  folder.path().string()});
+  EXPECT_NE(result.exitStatus, 0);
+  EXPECT_NE(result.err.find("OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "),
+            std::string::npos)
+      << result.err;
+  EXPECT_TRUE(result.out.empty());
+}
+
+TEST(Command, NoteWithoutDateReachingSelectionStopsTheCommand) {
+  TemporaryFolder folder;
+  {
+    fixtures::JournalWriter writer(folder.path() / "Quillan.sqlite");
+    writer.addNote({.date = std::nullopt, .info = std::string("undated")});
+  }
+  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
+                                  folder.path().string(), "--now", "2026-11-22T09:00:00Z"});
+  EXPECT_NE(result.exitStatus, 0);
+  EXPECT_NE(result.err.find("Fatal error: Unexpectedly found nil while unwrapping an Optional value"),
+            std::string::npos)
+      << result.err;
+}
+
+TEST(Command, UnparsableNoteTextIsLoggedToStandardErrorKeepingTheJsonClean) {
+  TemporaryFolder folder;
+  {
+    fixtures::JournalWriter writer(folder.path() / "Quillan.sqlite");
+    writer.addNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")});
+  }
+  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
+                                  folder.path().string(), "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
+  ASSERT_EQ(result.exitStatus, 0) << result.err;
+  EXPECT_TRUE(Json::accept(result.out));
+  EXPECT_EQ(result.err.rfind("Couldn't parse: ", 0), 0u) << result.err;
+}
+
+}  // namespace
+}  // namespace quillan::cli

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+namespace quillan::testing {
+
+struct CommandResult {
+  int exitStatus = -1;  // the exit code, or 128 + signal for a process killed by one
+  std::string out;
+  std::string err;
+};
+
+// Runs the built quillan-widgets with `arguments` and a clean environment (no
+// TZ or LANG from the machine), collecting both output streams.
+inline CommandResult runCommand(const std::vector<std::string>& arguments) {
+  int outPipe[2], errPipe[2];
+  if (pipe(outPipe) != 0 || pipe(errPipe) != 0) return {};
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(outPipe[1], STDOUT_FILENO);
+    dup2(errPipe[1], STDERR_FILENO);
+    close(outPipe[0]);
+    close(errPipe[0]);
+    std::vector<char*> argv;
+    std::string program = QUILLAN_CLI_PATH;
+    argv.push_back(program.data());
+    std::vector<std::string> copies = arguments;
+    for (auto& argument : copies) argv.push_back(argument.data());
+    argv.push_back(nullptr);
+    char home[] = "HOME=/nonexistent-home";
+    char tz[] = "TZ=UTC";
+    char* environment[] = {home, tz, nullptr};
+    execve(argv[0], argv.data(), environment);
+    _exit(127);
+  }
+  close(outPipe[1]);
+  close(errPipe[1]);
+  CommandResult result;
+  auto drain = [](int fd, std::string& into) {
+    char buffer[4096];
+    ssize_t n;
+    while ((n = read(fd, buffer, sizeof buffer)) > 0) into.append(buffer, static_cast<std::size_t>(n));
+    close(fd);
+  };
+  // The outputs are small; stderr is read after stdout closes.
+  drain(outPipe[0], result.out);
+  drain(errPipe[0], result.err);
+  int status = 0;
+  waitpid(child, &status, 0);
+  result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return result;
+}
+
+}  // namespace quillan::testing
