@@ -15,6 +15,12 @@ struct DateComponents {
   std::optional<std::int64_t> era, year, month, day, hour, minute, second;
 };
 
+// Two instants on one local calendar day are less than 24 hours of wall time
+// apart, and a zone's offset moves by at most 26 hours (-12:00 to +14:00), so
+// they lie within 50 hours of each other. Instants farther apart can be told
+// apart without asking a calendar, which leaves every answer as it was.
+inline constexpr double kSameDayReachSeconds = 50 * 3600.0;
+
 enum class CalendarComponent { era, year, month, day, hour, minute, second };
 
 // The user's calendar: the locale's calendar system (Gregorian, Japanese,

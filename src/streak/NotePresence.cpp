@@ -10,15 +10,9 @@
 namespace quillan::streak {
 namespace {
 
-// Two instants on one local calendar day are less than 24 hours of wall time
-// apart, and a zone's offset moves by at most 26 hours (-12:00 to +14:00), so
-// they lie within 50 hours of each other. Notes farther away can be passed over
-// without asking the calendar, which leaves every answer as it was.
-constexpr double kSameDayReachSeconds = 50 * 3600.0;
-
 bool mayShareDay(platform::Date a, platform::Date b) {
   return std::fabs(a.timeIntervalSinceReferenceDate() - b.timeIntervalSinceReferenceDate()) <
-         kSameDayReachSeconds;
+         platform::kSameDayReachSeconds;
 }
 
 }  // namespace
