@@ -75,7 +75,7 @@ TEST_F(LayoutTest, VerticalDefaultSpacingFollowsTheTextRules) {
   EXPECT_DOUBLE_EQ(box.children[1].frame.y - box.children[0].frame.maxY(), 6);   // generic above text
   EXPECT_DOUBLE_EQ(box.children[2].frame.y - box.children[1].frame.maxY(), 0);   // text above text
   EXPECT_DOUBLE_EQ(box.children[3].frame.y - box.children[2].frame.maxY(), 10);  // text above generic
-  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {}), color()}), {100, 200});
+  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {1, 1, 1, 1}), color()}), {100, 200});
   EXPECT_DOUBLE_EQ(padded.children[1].frame.y - padded.children[0].frame.maxY(), 8);
 }
 
