@@ -7,9 +7,7 @@
 #include "compose/DeepLinks.hpp"
 #include "memories/DateHeaderRow.hpp"
 #include "memories/MemorySnapshot.hpp"
-#include "memories/MoreNotesCountWidgetItem.hpp"
-#include "memories/NoMemoriesWidgetText.hpp"
-#include "memories/OTDWidgetRow.hpp"
+#include "memories/MemoryPanel.hpp"
 #include "memories/SchemeColors.hpp"
 #include "views/Builders.hpp"
 
@@ -49,15 +47,8 @@ Node OTDComposeMediumView::body(const Environment& environment) const {
                               .font(Font::system(20))
                               .fontWeight(Weight::heavy)
                               .foregroundColor(Color::primary()),
-                          memories.empty()
-                              ? NoMemoriesWidgetText(environment).body(environment)
-                              : OTDWidgetRow(environment, memories.representativeMemory()).body(environment),
-                          when(memories.moreCount() >= 1,
-                               hstack({
-                                   spacer(2.5),
-                                   MoreNotesCountWidgetItem(environment, memories.moreCount()).body(environment),
-                                   spacer(2.5),
-                               })),
+                          memoryRowOrEmptyState(environment, memories),
+                          moreMemoriesPill(environment, memories),
                       }))
               .padding(EdgeSet::top(), 2.5),
           link(deeplinkAddRecordURL.absoluteString(),

@@ -2,9 +2,7 @@
 
 #include "memories/DateHeaderRow.hpp"
 #include "memories/MemorySnapshot.hpp"
-#include "memories/MoreNotesCountWidgetItem.hpp"
-#include "memories/NoMemoriesWidgetText.hpp"
-#include "memories/OTDWidgetRow.hpp"
+#include "memories/MemoryPanel.hpp"
 #include "memories/SchemeColors.hpp"
 #include "views/Builders.hpp"
 
@@ -23,14 +21,8 @@ Node OTDSmallView::body(const Environment& environment) const {
                  dateHeaderRow(memories.headerDate()),
                  localizedText("On This Day").font(Font::system(19)).fontWeight(Weight::heavy).foregroundColor(
                      Color::primary()),
-                 memories.empty() ? NoMemoriesWidgetText(environment).body(environment)
-                                  : OTDWidgetRow(environment, memories.representativeMemory()).body(environment),
-                 when(memories.moreCount() >= 1,
-                      hstack({
-                          spacer(2.5),
-                          MoreNotesCountWidgetItem(environment, memories.moreCount()).body(environment),
-                          spacer(2.5),
-                      })),
+                 memoryRowOrEmptyState(environment, memories),
+                 moreMemoriesPill(environment, memories),
              });
 
   const Color background = widgetBackgroundColor(colorScheme);
