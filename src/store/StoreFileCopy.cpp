@@ -51,8 +51,11 @@ void backup(const std::filesystem::path& source, const std::filesystem::path& ta
 }  // namespace
 
 std::filesystem::path temporaryCopyPath(const std::filesystem::path& destination) {
-  return destination.parent_path() /
-         ("." + destination.filename().string() + ".migrating-" + std::to_string(::getpid()));
+  // Appended rather than "." + name: GCC 12 at -O3 reports a false overlap in that form.
+  std::string name = ".";
+  name += destination.filename().string();
+  name += ".migrating-" + std::to_string(::getpid());
+  return destination.parent_path() / name;
 }
 
 void copyStoreFile(const std::filesystem::path& source, const std::filesystem::path& destination) {

@@ -1,0 +1,241 @@
+// The budgets of the design, measured on a journal of 100,000 notes with
+// images: the widgets' one query, each widget's whole view-tree evaluation,
+// each widget drawn to PNG, and the real `quillan-widgets render` command run
+// as a child process (its peak RSS and wall time, from wait4's rusage).
+//
+// The journal is built once, in a forked child so that the writer's memory
+// never counts against this process, under /tmp keyed by kJournalVersion; later
+// runs reuse it. Change the version when the journal's recipe changes.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/Clock.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/Locale.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/Renderer.hpp"
+#include "widgets/AllNotes.hpp"
+#include "widgets/TimelineWidgetBundle.hpp"
+
+namespace {
+
+using namespace quillan;
+
+constexpr const char* kJournalVersion = "v1";
+constexpr int kNotes = 100'000;
+// Every 40 minutes backwards from just before now: about 7.6 years, so every
+// earlier year has memories on today's day, and today and the four days
+// before it are written.
+constexpr double kNow = 800'000'000.0;  // 2026-05-09T16:53:20Z
+constexpr double kSpacingSeconds = 40 * 60.0;
+constexpr int kImageEvery = 20;
+constexpr std::size_t kImageBytes = 16 * 1024;
+constexpr const char* kTimeZone = "Europe/Berlin";
+constexpr const char* kLocale = "en_US";
+
+const char* const kTexts[] = {
+    "A **long** walk by the _river_, then tea with Ana. We talked about the week ahead and the garden.",
+    "Rain all day. Read two chapters of the novel and cooked ~~soup~~ a stew that took far too long.",
+    "Short one: tired, but the *presentation* went well. Remember to call the bank tomorrow morning.",
+    "Market in the morning, [photos](https://example.org) in the afternoon, and a quiet evening at home.",
+};
+
+std::filesystem::path benchRoot() {
+  return std::filesystem::temp_directory_path() / (std::string("quillan-budget-journal-") + kJournalVersion);
+}
+std::filesystem::path groupDirectory() { return benchRoot() / "group"; }
+std::filesystem::path supportDirectory() { return benchRoot() / "support"; }
+
+void writeJournal(const std::filesystem::path& file) {
+  fixtures::JournalWriter writer(file);
+  writer.begin();
+  const fixtures::Bytes image(kImageBytes, 0x89);
+  for (int i = 0; i < kNotes; ++i) {
+    const auto note = writer.addNote(
+        {.date = platform::Date::fromReferenceSeconds(kNow - 60.0 - i * kSpacingSeconds),
+         .info = std::string(kTexts[i % 4]) + " (" + std::to_string(i) + ")",
+         .lastUpdate = platform::Date::fromReferenceSeconds(kNow - 30.0 - i * kSpacingSeconds),
+         .uuid = fixtures::Bytes(16, static_cast<std::uint8_t>(i))});
+    if (i % kImageEvery == 0) writer.addImage({.owner = note, .imgData = image});
+  }
+  writer.commit();
+  writer.close();
+}
+
+// Built in a child so that this process's peak RSS is the widgets' alone;
+// written beside the final folder and renamed into place, so that an
+// interrupted build is never mistaken for a journal.
+void ensureJournal() {
+  if (std::filesystem::exists(groupDirectory() / "Quillan.sqlite")) return;
+  const auto staging = benchRoot().string() + ".partial";
+  std::filesystem::remove_all(staging);
+  std::filesystem::create_directories(std::filesystem::path(staging) / "group");
+  std::filesystem::create_directories(std::filesystem::path(staging) / "support");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    writeJournal(std::filesystem::path(staging) / "group" / "Quillan.sqlite");
+    std::_Exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) std::abort();
+  std::filesystem::rename(staging, benchRoot());
+}
+
+void setUpProcess() {
+  static const bool done = [] {
+    ensureJournal();
+    platform::FileManager::setGroupContainerDirectory(groupDirectory());
+    platform::FileManager::setApplicationSupportDirectory(supportDirectory());
+    platform::Locale::setCurrent(*platform::Locale::named(kLocale));
+    platform::TimeZone::setCurrent(*platform::TimeZone::named(kTimeZone));
+    platform::Clock::pin(platform::Date::fromReferenceSeconds(kNow));
+    return true;
+  }();
+  (void)done;
+}
+
+double peakRSSMegabytes(const rusage& usage) { return static_cast<double>(usage.ru_maxrss) / 1024.0; }
+
+void reportOwnPeakRSS(benchmark::State& state) {
+  rusage usage{};
+  ::getrusage(RUSAGE_SELF, &usage);
+  state.counters["peakRSS_MB"] = peakRSSMegabytes(usage);
+}
+
+const widgets::WidgetConfiguration& widgetOf(const std::string& kind) {
+  const auto* widget = widgets::TimelineWidgetBundle::widget(kind);
+  if (!widget) std::abort();
+  return *widget;
+}
+
+views::Environment environmentOf(const widgets::WidgetConfiguration& widget) {
+  views::Environment environment;
+  environment.family = widget.supportedFamilies.front();
+  return environment;
+}
+
+void BM_FetchAllNotes(benchmark::State& state) {
+  setUpProcess();
+  std::size_t count = 0;
+  for (auto _ : state) {
+    auto notes = widgets::fetchAllNotes();
+    count = notes.size();
+    benchmark::DoNotOptimize(notes);
+  }
+  if (count != kNotes) state.SkipWithError("the fetch did not return every note");
+  reportOwnPeakRSS(state);
+}
+BENCHMARK(BM_FetchAllNotes)->Unit(benchmark::kMillisecond);
+
+void BM_ViewTree(benchmark::State& state, const std::string& kind) {
+  setUpProcess();
+  const auto& widget = widgetOf(kind);
+  const auto environment = environmentOf(widget);
+  for (auto _ : state) benchmark::DoNotOptimize(widget.content(platform::Clock::now(), environment));
+  reportOwnPeakRSS(state);
+}
+
+void BM_RenderPNG(benchmark::State& state, const std::string& kind) {
+  setUpProcess();
+  const auto& widget = widgetOf(kind);
+  render::RenderContext context;
+  context.env = environmentOf(widget);
+  for (auto _ : state) {
+    const auto tree = widget.content(platform::Clock::now(), context.env);
+    benchmark::DoNotOptimize(render::renderToPNGBytes(tree, context));
+  }
+  reportOwnPeakRSS(state);
+}
+
+std::filesystem::path commandPath() {
+  // bench/bench_budget_commands beside src/quillan-widgets in one build tree.
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "src" / "quillan-widgets";
+}
+
+// One run of the command; its wall time and its rusage (wait4).
+struct ChildRun {
+  double wallSeconds = 0;
+  rusage usage{};
+  int status = 0;
+};
+
+ChildRun runCommand(const std::vector<std::string>& arguments) {
+  std::vector<char*> argv;
+  for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  ChildRun run;
+  const auto start = std::chrono::steady_clock::now();
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const int quiet = ::open("/dev/null", O_WRONLY);
+    ::dup2(quiet, STDOUT_FILENO);
+    ::dup2(quiet, STDERR_FILENO);
+    ::execv(argv[0], argv.data());
+    std::_Exit(127);
+  }
+  ::wait4(child, &run.status, 0, &run.usage);
+  run.wallSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return run;
+}
+
+void BM_Command(benchmark::State& state, const std::string& kind) {
+  setUpProcess();
+  const auto output = benchRoot() / (kind + ".png");
+  const std::vector<std::string> arguments = {
+      commandPath().string(), "--group-container", groupDirectory().string(), "--app-support",
+      supportDirectory().string(), "--now",
+      platform::ISO8601::format(platform::Date::fromReferenceSeconds(kNow), 0), "--time-zone", kTimeZone,
+      "--locale", kLocale, "--seed", "7", "render", "--kind", kind, "--format", "png", "--output",
+      output.string()};
+  double peak = 0;
+  double wall = 0;
+  for (auto _ : state) {
+    const auto run = runCommand(arguments);
+    if (!WIFEXITED(run.status) || WEXITSTATUS(run.status) != 0) {
+      state.SkipWithError("the command failed");
+      return;
+    }
+    state.SetIterationTime(run.wallSeconds);
+    peak = std::max(peak, peakRSSMegabytes(run.usage));
+    wall += run.wallSeconds;
+  }
+  state.counters["childPeakRSS_MB"] = peak;
+  state.counters["childWall_ms"] = 1e3 * wall / static_cast<double>(state.iterations());
+}
+
+const char* const kKinds[] = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "ComposeButtonLockScreen",
+                              "StreakWidget"};
+
+const bool kRegistered = [] {
+  for (const auto* kind : kKinds) {
+    benchmark::RegisterBenchmark((std::string("BM_ViewTree/") + kind).c_str(), BM_ViewTree, std::string(kind))
+        ->Unit(benchmark::kMillisecond);
+  }
+  for (const auto* kind : kKinds) {
+    benchmark::RegisterBenchmark((std::string("BM_RenderPNG/") + kind).c_str(), BM_RenderPNG, std::string(kind))
+        ->Unit(benchmark::kMillisecond);
+  }
+  for (const auto* kind : kKinds) {
+    benchmark::RegisterBenchmark((std::string("BM_Command/") + kind).c_str(), BM_Command, std::string(kind))
+        ->UseManualTime()
+        ->Iterations(5)
+        ->Unit(benchmark::kMillisecond);
+  }
+  return true;
+}();
+
+}  // namespace
+
+BENCHMARK_MAIN();
