@@ -54,11 +54,15 @@ struct ProposedSize {
 
 enum class Axis { horizontal, vertical };
 
+// Text baselines a row can line its children up on instead of a fraction.
+enum class Baseline { none, first, last };
+
 // Where a child sits inside a larger box, per axis: 0 leading/top, 0.5 centre,
-// 1 trailing/bottom.
+// 1 trailing/bottom. A baseline, when set, replaces the vertical fraction.
 struct Alignment {
   double horizontal = 0.5;
   double vertical = 0.5;
+  Baseline baseline = Baseline::none;
   static Alignment center() { return {}; }
   bool operator==(const Alignment&) const = default;
 };

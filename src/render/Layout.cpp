@@ -173,6 +173,33 @@ Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::opti
   return {};
 }
 
+namespace {
+
+// The first (or last) text box of a laid-out tree in drawing order.
+const LayoutBox* textBox(const LayoutBox& box, Baseline which) {
+  if (box.text && !box.text->lines.empty()) return &box;
+  // A background's or overlay's secondary views do not lend their baselines.
+  const bool primaryOnly = box.node->kind == LayoutKind::background || box.node->kind == LayoutKind::overlay;
+  const std::size_t count = primaryOnly ? std::min<std::size_t>(1, box.children.size()) : box.children.size();
+  for (std::size_t k = 0; k < count; ++k) {
+    const LayoutBox& child = box.children[which == Baseline::last ? count - 1 - k : k];
+    if (const LayoutBox* found = textBox(child, which)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+double LayoutEngine::baselineOf(const LayoutNode& node, ProposedSize proposal, Baseline which) {
+  const Size size = sizeThatFits(node, proposal);
+  const LayoutBox box = place(node, proposal, {0, 0, size.width, size.height}, std::nullopt);
+  const LayoutBox* text = textBox(box, which);
+  if (!text) return size.height;
+  const auto& layout = *text->text;
+  const double lineIndex = which == Baseline::last ? static_cast<double>(layout.lines.size() - 1) : 0.0;
+  return text->frame.y + lineIndex * layout.lineHeight + layout.ascender;
+}
+
 LayoutBox LayoutEngine::layout(const LayoutNode& node, ProposedSize proposal, Point origin) {
   cache_.clear();  // answers are keyed by node address, valid for one tree only
   const Size size = sizeThatFits(node, proposal);
@@ -198,8 +225,10 @@ LayoutBox LayoutEngine::place(const LayoutNode& node, ProposedSize p, Rect frame
       for (std::size_t i = 0; i < node.children.size(); ++i) {
         cursor += solution.gaps[i];
         const Size s = solution.sizes[i];
+        const double top = solution.minorOffsets.empty() ? (frame.height - s.height) * node.alignment.vertical
+                                                         : solution.minorOffsets[i];
         const Rect childFrame = horizontal
-            ? Rect{cursor, frame.y + (frame.height - s.height) * node.alignment.vertical, s.width, s.height}
+            ? Rect{cursor, frame.y + top, s.width, s.height}
             : Rect{frame.x + (frame.width - s.width) * node.alignment.horizontal, cursor, s.width, s.height};
         placeChild(node.children[i], solution.proposals[i], childFrame, stackAxis(node));
         cursor += horizontal ? s.width : s.height;

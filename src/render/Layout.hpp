@@ -25,6 +25,10 @@ class LayoutEngine {
   // Lays out `node` at `origin` for `proposal` and returns the whole box tree.
   LayoutBox layout(const LayoutNode& node, ProposedSize proposal, Point origin = {});
 
+  // How far below the top of `node`'s frame its first or last text baseline
+  // lies for `proposal`; a node without text answers its bottom edge.
+  double baselineOf(const LayoutNode& node, ProposedSize proposal, Baseline which);
+
   const TextMeasurer& measurer() const { return measurer_; }
   double scale() const { return scale_; }
   double ceilToPixel(double value) const;

@@ -32,6 +32,25 @@ std::vector<double> gapsOf(const LayoutNode& stack, Axis axis, LayoutEngine& eng
   return gaps;
 }
 
+// Lines the children's baselines up on the lowest one's depth and returns the
+// row's height: the union of the shifted children.
+double alignOnBaseline(const LayoutNode& stack, StackSolution& solution, LayoutEngine& engine) {
+  const std::size_t n = stack.children.size();
+  std::vector<double> baselines(n);
+  double deepest = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    baselines[i] = engine.baselineOf(stack.children[i], solution.proposals[i], stack.alignment.baseline);
+    deepest = std::max(deepest, baselines[i]);
+  }
+  double extent = 0;
+  solution.minorOffsets.resize(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    solution.minorOffsets[i] = deepest - baselines[i];
+    extent = std::max(extent, solution.minorOffsets[i] + solution.sizes[i].height);
+  }
+  return extent;
+}
+
 }  // namespace
 
 Axis stackAxis(const LayoutNode& stack) {
@@ -42,7 +61,7 @@ StackSolution solveStack(const LayoutNode& stack, ProposedSize proposal, LayoutE
   const Axis axis = stackAxis(stack);
   const auto& children = stack.children;
   const std::size_t n = children.size();
-  StackSolution solution{gapsOf(stack, axis, engine), std::vector<ProposedSize>(n), std::vector<Size>(n), {}};
+  StackSolution solution{gapsOf(stack, axis, engine), std::vector<ProposedSize>(n), std::vector<Size>(n), {}, {}};
   const std::optional<double> minorProposal = minor(proposal, axis);
 
   if (!major(proposal, axis)) {
@@ -89,6 +108,8 @@ StackSolution solveStack(const LayoutNode& stack, ProposedSize proposal, LayoutE
     majorTotal += major(s, axis);
     minorExtent = std::max(minorExtent, minor(s, axis));
   }
+  if (axis == Axis::horizontal && stack.alignment.baseline != Baseline::none && n > 0)
+    minorExtent = alignOnBaseline(stack, solution, engine);
   solution.size = axis == Axis::horizontal ? Size{majorTotal, minorExtent} : Size{minorExtent, majorTotal};
   return solution;
 }

@@ -12,6 +12,8 @@ struct StackSolution {
   std::vector<double> gaps;
   std::vector<ProposedSize> proposals;
   std::vector<Size> sizes;
+  // Rows aligned on a text baseline: each child's top below the row's top.
+  std::vector<double> minorOffsets;
   Size size;
 };
 

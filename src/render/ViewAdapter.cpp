@@ -133,6 +133,9 @@ class Adapter {
           out.spacing = s.spacing;
           out.alignment.vertical = s.alignment == views::VerticalAlignment::top ? 0
                                  : s.alignment == views::VerticalAlignment::bottom ? 1 : 0.5;
+          out.alignment.baseline = s.alignment == views::VerticalAlignment::firstTextBaseline ? Baseline::first
+                                 : s.alignment == views::VerticalAlignment::lastTextBaseline ? Baseline::last
+                                                                                             : Baseline::none;
           for (const auto& c : s.children) out.children.push_back(convert(c, in));
         },
         [&](const views::ZStack& s) {
