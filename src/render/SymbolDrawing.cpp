@@ -10,7 +10,21 @@ namespace quillan::render {
 
 namespace {
 
+// Visible gap between the pencil's bar and its cap, in units of the box.
+constexpr double kPencilCapGap = 0.04;
+
 void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
+
+// Strokes of one layer overlap at their round caps; drawing the layer opaque
+// and compositing it once keeps a translucent colour even.
+template <typename Draw>
+void paintLayer(cairo_t* cr, Rgba color, Draw draw) {
+  cairo_push_group(cr);
+  setColor(cr, {color.red, color.green, color.blue, 1});
+  draw();
+  cairo_pop_group_to_source(cr);
+  cairo_paint_with_alpha(cr, color.alpha);
+}
 
 // Maps the unit box of a drawing onto `box`.
 struct UnitBox {
@@ -54,15 +68,18 @@ void squareAndPencil(cairo_t* cr, Rect box) {
 
   // Pencil: a bar from the tip near the square's centre up to the top right,
   // with a short cap segment beyond a thin gap.
+  // The gap is measured between the round caps, which reach half the bar's
+  // width past each segment's ends.
   const double tipX = 0.42, tipY = 0.58, endX = 0.95, endY = 0.05;
   const double dx = endX - tipX, dy = endY - tipY;
-  const double capStart = 0.80, gap = 0.06;
+  const double length = std::hypot(dx, dy), barWidth = 0.14;
+  const double capStart = 0.86, barEnd = capStart - (barWidth + kPencilCapGap) / length;
   cairo_move_to(cr, u.x(tipX), u.y(tipY));
-  cairo_line_to(cr, u.x(tipX + dx * (capStart - gap)), u.y(tipY + dy * (capStart - gap)));
-  strokeRound(cr, 0.15 * box.height);
+  cairo_line_to(cr, u.x(tipX + dx * barEnd), u.y(tipY + dy * barEnd));
+  strokeRound(cr, barWidth * box.height);
   cairo_move_to(cr, u.x(tipX + dx * capStart), u.y(tipY + dy * capStart));
   cairo_line_to(cr, u.x(endX), u.y(endY));
-  strokeRound(cr, 0.15 * box.height);
+  strokeRound(cr, barWidth * box.height);
 }
 
 void circledSquareAndPencil(cairo_t* cr, Rect box, Rgba primary, Rgba secondary) {
@@ -70,30 +87,28 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, Rgba primary, Rgba secondary)
   const Point c = box.center();
   const double inner = diameter * 0.5;
   const Rect glyph{c.x - inner / 2 - diameter * 0.02, c.y - inner / 2 + diameter * 0.02, inner, inner};
-  cairo_push_group(cr);
-  setColor(cr, primary);
-  cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
-  cairo_fill(cr);
-  cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
-  squareAndPencil(cr, glyph);
-  cairo_pop_group_to_source(cr);
-  cairo_paint(cr);
-  setColor(cr, secondary);
-  squareAndPencil(cr, glyph);
+  paintLayer(cr, primary, [&] {
+    cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
+    cairo_fill(cr);
+    cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+    squareAndPencil(cr, glyph);
+    cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+  });
+  paintLayer(cr, secondary, [&] { squareAndPencil(cr, glyph); });
 }
 
 }  // namespace
 
 void drawSymbol(cairo_t* cr, std::string_view name, Rect box, Rgba primary, Rgba secondary) {
   cairo_save(cr);
-  setColor(cr, primary);
   if (name == "checkmark") {
-    checkmark(cr, box);
+    paintLayer(cr, primary, [&] { checkmark(cr, box); });
   } else if (name == "square.and.pencil") {
-    squareAndPencil(cr, box);
+    paintLayer(cr, primary, [&] { squareAndPencil(cr, box); });
   } else if (name == "square.and.pencil.circle.fill") {
     circledSquareAndPencil(cr, box, primary, secondary);
   } else {
+    setColor(cr, primary);
     cairo_rectangle(cr, box.x, box.y, box.width, box.height);
     strokeRound(cr, 1);
   }
