@@ -49,6 +49,15 @@ std::string clause(const Predicate& predicate, const EntityTable& table,
       bindings.push_back(predicate.upperValue());
       return "(" + name + " >= ? AND " + name + " < ?)";
     }
+    case Predicate::Kind::dateRangeOrUndated: {
+      // Dates are REAL, or INTEGER when whole seconds. NULL and odd storage
+      // (text, blobs) are left for the reader's own decoding to judge.
+      const auto name = column(table, predicate.attribute());
+      bindings.push_back(predicate.value());
+      bindings.push_back(predicate.upperValue());
+      return "(" + name + " IS NULL OR typeof(" + name + ") NOT IN ('integer', 'real') OR (" + name +
+             " >= ? AND " + name + " < ?))";
+    }
     case Predicate::Kind::primaryKeyIn: {
       std::string text = "Z_PK IN (";
       for (std::size_t i = 0; i < predicate.primaryKeys().size(); ++i) {

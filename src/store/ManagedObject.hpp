@@ -32,8 +32,9 @@ class ManagedObject {
   ManagedObject(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
       : objectID_(std::move(objectID)), context_(std::move(context)) {}
 
-  // Takes the row's values, aligned with the entity's attribute list.
-  virtual void refresh(const std::vector<StoredValue>& row) = 0;
+  // Takes the row's values, aligned with the entity's attribute list; it may
+  // move them out (the row is a buffer the fetch refills for the next row).
+  virtual void refresh(std::vector<StoredValue>& row) = 0;
 
  private:
   friend class ManagedObjectContext;

@@ -38,20 +38,11 @@ const EntityTable* requireTable(const StoreModel& model, const EntityDescription
   return table;
 }
 
-std::vector<FetchedRow> readRows(StoreSnapshot& snapshot, const FetchQuery& query,
-                                 const EntityDescription& entity) {
-  auto statement = snapshot.database().prepare(query.sql());
-  query.bind(statement);
-  std::vector<FetchedRow> rows;
-  while (statement.step()) {
-    FetchedRow row{statement.integer(0), {}};
-    row.values.reserve(entity.attributes.size());
-    for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
-      row.values.push_back(columnValue(statement, static_cast<int>(i) + 1, entity.attributes[i].kind));
-    }
-    rows.push_back(std::move(row));
+std::size_t attributeIndex(const EntityDescription& entity, std::string_view attribute) {
+  for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
+    if (entity.attributes[i].name == attribute) return i;
   }
-  return rows;
+  throw InvalidFetchRequest("keypath " + std::string(attribute) + " not found in entity " + entity.name);
 }
 
 }  // namespace
@@ -60,21 +51,42 @@ ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStoreCoordi
     : coordinator_(std::move(coordinator)),
       executor_(std::make_shared<SqliteBatchDeleteExecutor>()) {}
 
-Result<std::vector<FetchedRow>> ManagedObjectContext::fetchRows(const FetchSpecification& request,
-                                                                const EntityDescription& entity) const {
+std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpecification& request,
+                                                                 const EntityDescription& entity,
+                                                                 const RowFilter* filter, const ObjectSink& sink) {
   if (coordinator_->persistentStores().empty()) {
     return StoreErrors::invalidRequest("This coordinator has no persistent stores.");
   }
+  // Objects of the last fetch that nobody holds any more leave the map before
+  // this one makes new objects, so two journals' worth never live at once.
+  forgetExpired(entity.name);
   const auto path = coordinator_->persistentStores().front()->filePath();
   // A store file that is not there yet reads as an empty journal; the app
   // creates it on its first save. The extension never creates the app's file.
-  if (!std::filesystem::exists(path)) return std::vector<FetchedRow>{};
+  if (!std::filesystem::exists(path)) return std::nullopt;
   try {
     StoreSnapshot snapshot(path);
     const auto* table = requireTable(snapshot.model(), entity, path);
-    auto rows = readRows(snapshot, FetchQuery(request, entity, *table), entity);
+    const FetchQuery query(request, entity, *table);
+    const auto judged = filter ? attributeIndex(entity, filter->attribute) : 0;
+    auto statement = snapshot.database().prepare(query.sql());
+    query.bind(statement);
+    auto& registry = registered_[entity.name];
+    std::vector<StoredValue> values(entity.attributes.size());
+    while (statement.step()) {
+      // Columns not asked for are never read, so a rejected row costs its
+      // judged value only (a long text of it stays in SQLite's pages).
+      if (filter) {
+        values[judged] = columnValue(statement, static_cast<int>(judged) + 1, entity.attributes[judged].kind);
+        if (!filter->keep(values[judged])) continue;
+      }
+      for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
+        values[i] = columnValue(statement, static_cast<int>(i) + 1, entity.attributes[i].kind);
+      }
+      sink(materialize(entity, registry, statement.integer(0), values));
+    }
     snapshot.finish();
-    return rows;
+    return std::nullopt;
   } catch (const SqliteException& failure) {
     return StoreErrors::fileError(path, failure);
   } catch (const InvalidFetchRequest& failure) {
@@ -83,15 +95,16 @@ Result<std::vector<FetchedRow>> ManagedObjectContext::fetchRows(const FetchSpeci
 }
 
 std::shared_ptr<ManagedObject> ManagedObjectContext::materialize(const EntityDescription& entity,
-                                                                 const FetchedRow& row) {
-  auto& slot = registered_[entity.name][row.primaryKey];
+                                                                 Registry& registry, std::int64_t primaryKey,
+                                                                 std::vector<StoredValue>& values) {
+  auto& slot = registry[primaryKey];
   auto object = slot.lock();
   if (!object) {
     // Not make_shared: the identity map's weak reference must not pin the object's memory.
-    object.reset(entity.instantiate(ObjectID{entity.name, row.primaryKey}, weak_from_this()));
+    object.reset(entity.instantiate(ObjectID{entity.name, primaryKey}, weak_from_this()));
     slot = object;
   }
-  object->refresh(row.values);
+  object->refresh(values);
   return object;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -29,22 +30,26 @@ enum class MergePolicy {
   rollback,
 };
 
-// A row as a fetch returns it: its primary key and the entity's attribute values.
-struct FetchedRow {
-  std::int64_t primaryKey = 0;
-  std::vector<StoredValue> values;
-};
-
 // The place objects live. It keeps at most one live object per row (identity
 // map, held weakly so that dropped results free their memory), refreshes those
 // objects from the store on every fetch, and forgets objects a merge reports
-// deleted. Each fetch is one read-only snapshot of the store.
+// deleted. Each fetch is one read-only snapshot of the store, made into
+// objects row by row as SQLite steps, so a fetch never holds its rows twice.
 class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectContext> {
  public:
   explicit ManagedObjectContext(std::shared_ptr<PersistentStoreCoordinator> coordinator);
 
   template <typename T>
   Result<std::vector<std::shared_ptr<T>>> fetch(const FetchRequest<T>& request);
+
+  // Judges a row by the stored value of one attribute (absent: monostate).
+  using ValueFilter = std::function<bool(const StoredValue&)>;
+  // Exactly fetch(request) followed by a filter on one attribute's value (the
+  // same objects in the same order), but only the rows `keep` accepts become
+  // objects. `keep` sees the value of every row the request matches, in order.
+  template <typename T>
+  Result<std::vector<std::shared_ptr<T>>> fetch(const FetchRequest<T>& request, std::string_view attribute,
+                                                const ValueFilter& keep);
 
   // The live object registered for `id`, if any; never reads the store.
   std::shared_ptr<ManagedObject> registeredObject(const ObjectID& id) const;
@@ -82,31 +87,52 @@ class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectCo
   MergePolicy mergePolicy = MergePolicy::error;
 
  private:
-  Result<std::vector<FetchedRow>> fetchRows(const FetchSpecification& request,
-                                            const EntityDescription& entity) const;
-  std::shared_ptr<ManagedObject> materialize(const EntityDescription& entity, const FetchedRow& row);
+  using ObjectSink = std::function<void(std::shared_ptr<ManagedObject>)>;
+  struct RowFilter {
+    std::string_view attribute;
+    const ValueFilter& keep;
+  };
+  // Streams the request's rows into live objects handed to `sink`; the error
+  // that stopped the read, if any.
+  std::optional<platform::Error> readObjects(const FetchSpecification& request, const EntityDescription& entity,
+                                             const RowFilter* filter, const ObjectSink& sink);
+  template <typename T>
+  Result<std::vector<std::shared_ptr<T>>> fetchObjects(const FetchRequest<T>& request, const RowFilter* filter);
+  using Registry = std::unordered_map<std::int64_t, std::weak_ptr<ManagedObject>>;
+  std::shared_ptr<ManagedObject> materialize(const EntityDescription& entity, Registry& registry,
+                                             std::int64_t primaryKey, std::vector<StoredValue>& values);
   void forgetExpired(const std::string& entityName);
   void forget(const ObjectID& id);
   [[noreturn]] static void typeMismatch(const std::string& fetched, const std::string& expected);
 
   std::shared_ptr<PersistentStoreCoordinator> coordinator_;
   std::shared_ptr<PersistentStoreRequestExecutor> executor_;
-  std::unordered_map<std::string, std::unordered_map<std::int64_t, std::weak_ptr<ManagedObject>>>
-      registered_;
+  std::unordered_map<std::string, Registry> registered_;
 };
 
 template <typename T>
 Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetch(const FetchRequest<T>& request) {
+  return fetchObjects(request, nullptr);
+}
+
+template <typename T>
+Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetch(const FetchRequest<T>& request,
+                                                                    std::string_view attribute,
+                                                                    const ValueFilter& keep) {
+  const RowFilter filter{attribute, keep};
+  return fetchObjects(request, &filter);
+}
+
+template <typename T>
+Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetchObjects(const FetchRequest<T>& request,
+                                                                           const RowFilter* filter) {
   const auto& entity = T::entityDescription();
   if (request.entityName != entity.name) typeMismatch(request.entityName, entity.name);
-  auto rows = fetchRows(request, entity);
-  if (!rows) return rows.error();
   std::vector<std::shared_ptr<T>> objects;
-  objects.reserve(rows.value().size());
-  for (const auto& row : rows.value()) {
-    objects.push_back(std::static_pointer_cast<T>(materialize(entity, row)));
-  }
-  forgetExpired(entity.name);
+  auto failure = readObjects(request, entity, filter, [&objects](std::shared_ptr<ManagedObject> object) {
+    objects.push_back(std::static_pointer_cast<T>(std::move(object)));
+  });
+  if (failure) return std::move(*failure);
   return objects;
 }
 

@@ -22,7 +22,7 @@ FetchRequest<MemoryTag> MemoryTag::fetchRequest() { return FetchRequest<MemoryTa
 MemoryTag::MemoryTag(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
-void MemoryTag::refresh(const std::vector<StoredValue>& row) {
+void MemoryTag::refresh(std::vector<StoredValue>& row) {
   date_ = decodeDate(row[kDate]);
   isViewed_ = decodeBool(row[kIsViewed]);
 }

@@ -31,9 +31,9 @@ FetchRequest<Note> Note::fetchRequest() { return FetchRequest<Note>(kEntityName)
 Note::Note(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
-void Note::refresh(const std::vector<StoredValue>& row) {
+void Note::refresh(std::vector<StoredValue>& row) {
   date_ = decodeDate(row[kDate]);
-  info_ = decodeString(row[kInfo]);
+  info_ = takeString(row[kInfo]);
   lastUpdate_ = decodeDate(row[kLastUpdate]);
   uuid_ = decodeUUID(row[kUUID]);
   timelineTabKey_ = decodeForeignKey(row[kTimelineTab]);

@@ -36,7 +36,7 @@ class Note : public ManagedObject {
   ObjectIdentifier id() const { return this; }
 
  protected:
-  void refresh(const std::vector<StoredValue>& row) override;
+  void refresh(std::vector<StoredValue>& row) override;
 
  private:
   std::optional<platform::Date> date_;

@@ -28,7 +28,7 @@ FetchRequest<NoteImage> NoteImage::fetchRequest() { return FetchRequest<NoteImag
 NoteImage::NoteImage(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
-void NoteImage::refresh(const std::vector<StoredValue>& row) {
+void NoteImage::refresh(std::vector<StoredValue>& row) {
   id_ = decodeUUID(row[kID]);
   order_ = decodeInteger(row[kOrder]);
   ownerKey_ = decodeForeignKey(row[kOwner]);

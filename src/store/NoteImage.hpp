@@ -29,7 +29,7 @@ class NoteImage : public ManagedObject {
   std::shared_ptr<Note> owner() const;
 
  protected:
-  void refresh(const std::vector<StoredValue>& row) override;
+  void refresh(std::vector<StoredValue>& row) override;
 
  private:
   std::optional<UUID> id_;

@@ -32,10 +32,10 @@ FetchRequest<NoteRecording> NoteRecording::fetchRequest() {
 NoteRecording::NoteRecording(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
-void NoteRecording::refresh(const std::vector<StoredValue>& row) {
+void NoteRecording::refresh(std::vector<StoredValue>& row) {
   date_ = decodeDate(row[kDate]);
   id_ = decodeUUID(row[kID]);
-  name_ = decodeString(row[kName]);
+  name_ = takeString(row[kName]);
   order_ = decodeInteger(row[kOrder]);
   ownerKey_ = decodeForeignKey(row[kOwner]);
 }

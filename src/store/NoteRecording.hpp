@@ -32,7 +32,7 @@ class NoteRecording : public ManagedObject {
   std::shared_ptr<Note> owner() const;
 
  protected:
-  void refresh(const std::vector<StoredValue>& row) override;
+  void refresh(std::vector<StoredValue>& row) override;
 
  private:
   std::optional<platform::Date> date_;

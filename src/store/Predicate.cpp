@@ -18,6 +18,12 @@ Predicate Predicate::dateRange(std::string attribute, platform::Date lower, plat
   return predicate;
 }
 
+Predicate Predicate::dateRangeOrUndated(std::string attribute, platform::Date lower, platform::Date upper) {
+  auto predicate = dateRange(std::move(attribute), lower, upper);
+  predicate.kind_ = Kind::dateRangeOrUndated;
+  return predicate;
+}
+
 Predicate Predicate::primaryKeyIn(std::vector<std::int64_t> primaryKeys) {
   Predicate predicate(Kind::primaryKeyIn);
   predicate.primaryKeys_ = std::move(primaryKeys);

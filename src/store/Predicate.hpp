@@ -21,10 +21,14 @@ class Predicate {
   static Predicate compare(std::string attribute, Comparison comparison, Value value);
   // lower <= attribute < upper
   static Predicate dateRange(std::string attribute, platform::Date lower, platform::Date upper);
+  // lower <= attribute < upper, or the attribute is NULL or stored as anything
+  // but a number (which SQL ranges do not order as dates): every row a date
+  // test over the whole entity could keep or stop at.
+  static Predicate dateRangeOrUndated(std::string attribute, platform::Date lower, platform::Date upper);
   static Predicate primaryKeyIn(std::vector<std::int64_t> primaryKeys);
   static Predicate allOf(std::vector<Predicate> predicates);
 
-  enum class Kind { comparison, dateRange, primaryKeyIn, allOf };
+  enum class Kind { comparison, dateRange, dateRangeOrUndated, primaryKeyIn, allOf };
   Kind kind() const { return kind_; }
   const std::string& attribute() const { return attribute_; }
   Comparison comparison() const { return comparison_; }

@@ -17,6 +17,11 @@ std::optional<std::string> decodeString(const StoredValue& value) {
   return std::nullopt;
 }
 
+std::optional<std::string> takeString(StoredValue& value) {
+  if (auto* text = std::get_if<std::string>(&value)) return std::move(*text);
+  return std::nullopt;
+}
+
 std::optional<UUID> decodeUUID(const StoredValue& value) {
   if (const auto* blob = std::get_if<std::vector<std::uint8_t>>(&value)) {
     return UUID::fromBytes(*blob);

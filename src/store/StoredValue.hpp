@@ -20,6 +20,8 @@ using StoredValue =
 // TIMESTAMP columns have NUMERIC affinity.
 std::optional<platform::Date> decodeDate(const StoredValue& value);
 std::optional<std::string> decodeString(const StoredValue& value);
+// decodeString, moving the text out of `value` rather than copying it.
+std::optional<std::string> takeString(StoredValue& value);
 std::optional<UUID> decodeUUID(const StoredValue& value);
 std::optional<std::int64_t> decodeForeignKey(const StoredValue& value);
 // Non-optional scalars: NULL (the framework never writes one, CloudKit might) reads as 0.

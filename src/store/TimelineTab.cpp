@@ -28,10 +28,10 @@ FetchRequest<TimelineTab> TimelineTab::fetchRequest() { return FetchRequest<Time
 TimelineTab::TimelineTab(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
-void TimelineTab::refresh(const std::vector<StoredValue>& row) {
+void TimelineTab::refresh(std::vector<StoredValue>& row) {
   addedDate_ = decodeDate(row[kAddedDate]);
   id_ = decodeUUID(row[kID]);
-  name_ = decodeString(row[kName]);
+  name_ = takeString(row[kName]);
   order_ = decodeInteger(row[kOrder]);
 }
 

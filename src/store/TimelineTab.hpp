@@ -32,7 +32,7 @@ class TimelineTab : public ManagedObject {
   std::vector<std::shared_ptr<Note>> notes() const;
 
  protected:
-  void refresh(const std::vector<StoredValue>& row) override;
+  void refresh(std::vector<StoredValue>& row) override;
 
  private:
   std::optional<platform::Date> addedDate_;

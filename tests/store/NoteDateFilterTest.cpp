@@ -1,0 +1,180 @@
+// Narrowed note reads against their oracle: the literal query (every note,
+// filtered in memory). Same objects, same order, same stops.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Calendar.hpp"
+#include "platform/Fatal.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/Locale.hpp"
+#include "platform/TimeZone.hpp"
+#include "store/NoteDateFilter.hpp"
+#include "StoreTestSupport.hpp"
+
+namespace quillan::store {
+namespace {
+
+using testing::contextFor;
+using testing::fetchNotes;
+using testing::TemporaryDirectory;
+using Notes = std::vector<std::shared_ptr<Note>>;
+
+constexpr std::string_view kSource = "NoteDateFilterTest";
+
+platform::Date at(std::string_view iso) { return *platform::ISO8601::parse(iso); }
+
+platform::Calendar calendarIn(std::string_view zone, std::string_view locale = "en_US") {
+  return platform::Calendar(*platform::Locale::named(locale), *platform::TimeZone::named(zone));
+}
+
+Notes literally(ManagedObjectContext& context, const NoteDateTest& keep) {
+  Notes kept;
+  for (auto& note : fetchNotes(context)) {
+    if (keep(note->date())) kept.push_back(note);
+  }
+  return kept;
+}
+
+Notes narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
+               std::optional<NoteDateWindow> window = std::nullopt) {
+  auto result = window ? fetchNotesWhereDate(context, *window, keep) : fetchNotesWhereDate(context, keep);
+  EXPECT_TRUE(result.ok());
+  return result.ok() ? result.value() : Notes{};
+}
+
+// Notes on both sides of every edge of the day of `noon` and of the days
+// around it: its start, a millisecond and a second either side, its end, and
+// a day and two days away.
+void writeNotesAroundDay(fixtures::JournalWriter& writer, const platform::Calendar& calendar,
+                         platform::Date noon) {
+  const auto start = calendar.startOfDay(noon);
+  const auto next = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, 1, start));
+  for (const auto edge : {start, next}) {
+    for (const double offset : {-172800.0, -86400.0, -3600.0, -1.0, -0.001, 0.0, 0.001, 1.0, 3600.0, 86400.0}) {
+      writer.addNote({.date = edge.addingTimeInterval(offset), .info = "edge"});
+    }
+  }
+  writer.addNote({.date = noon.addingTimeInterval(-400 * 86400.0), .info = "long ago"});
+}
+
+struct DayCase {
+  const char* zone;
+  const char* noon;  // a moment on the day under test
+  bool integerDates;
+};
+
+class NarrowedDayReads : public ::testing::TestWithParam<DayCase> {};
+
+TEST_P(NarrowedDayReads, KeepExactlyTheNotesOfTheLiteralDayTest) {
+  const auto& day = GetParam();
+  const auto calendar = calendarIn(day.zone);
+  const auto noon = at(day.noon);
+  TemporaryDirectory directory;
+  {
+    fixtures::JournalLayout layout;
+    layout.integerDates = day.integerDates;
+    fixtures::JournalWriter writer(directory / "Quillan.sqlite", layout);
+    writeNotesAroundDay(writer, calendar, noon);
+  }
+  auto context = contextFor(directory / "Quillan.sqlite");
+  const auto start = calendar.startOfDay(noon);
+  const auto next = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, 1, start));
+  for (const auto moment : {start, noon, next.addingTimeInterval(-0.001), next}) {
+    const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
+      return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
+    };
+    const auto expected = literally(*context, sameDay);
+    EXPECT_FALSE(expected.empty());
+    EXPECT_EQ(narrowed(*context, sameDay, NoteDateWindow::aroundDayOf(moment)), expected)
+        << day.zone << " at " << moment.timeIntervalSinceReferenceDate();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TrickyDays, NarrowedDayReads,
+    ::testing::Values(DayCase{"Europe/Berlin", "2026-03-29T12:00:00+02:00", false},   // 23-hour day
+                      DayCase{"Europe/Berlin", "2026-10-25T12:00:00+01:00", false},   // 25-hour day
+                      DayCase{"Europe/Berlin", "2026-10-25T12:00:00+01:00", true},    // whole seconds
+                      DayCase{"America/Havana", "2026-03-08T12:00:00-04:00", false},  // no midnight
+                      DayCase{"America/Santiago", "2026-09-06T12:00:00-03:00", false},
+                      DayCase{"Pacific/Apia", "2011-12-31T12:00:00+14:00", false},  // after a skipped day
+                      DayCase{"Pacific/Kiritimati", "2026-01-01T12:00:00+14:00", false},
+                      DayCase{"Pacific/Pago_Pago", "2026-01-01T12:00:00-11:00", true}));
+
+// The memories' test cannot be windowed: month and day in any earlier year.
+TEST(NarrowedReads, AnUnwindowedTestKeepsWhatTheLiteralFilterKeeps) {
+  const auto calendar = calendarIn("America/Havana", "he_IL@calendar=hebrew");
+  const auto now = at("2026-03-08T12:00:00-04:00");
+  TemporaryDirectory directory;
+  {
+    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+    for (int i = 0; i < 2000; ++i) writer.addNote({.date = now.addingTimeInterval(-i * 21600.0 + 3600.0)});
+  }
+  auto context = contextFor(directory / "Quillan.sqlite");
+  const NoteDateTest onThisDay = [&](const std::optional<platform::Date>& date) {
+    const auto day = platform::unwrap(date, kSource);
+    return day < now && !calendar.isDate(day, now, platform::CalendarComponent::day) &&
+           calendar.component(platform::CalendarComponent::month, day) ==
+               calendar.component(platform::CalendarComponent::month, now) &&
+           calendar.component(platform::CalendarComponent::day, day) ==
+               calendar.component(platform::CalendarComponent::day, now);
+  };
+  const auto expected = literally(*context, onThisDay);
+  EXPECT_FALSE(expected.empty());
+  EXPECT_EQ(narrowed(*context, onThisDay), expected);
+}
+
+// A note whose date is NULL, or stored as something other than a number,
+// reaches the test wherever it lies, in store order and decoded as the full
+// fetch decodes it; dated notes outside the window never do.
+TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
+  TemporaryDirectory directory;
+  const auto moment = at("2026-05-01T12:00:00Z");
+  {
+    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+    writer.addNote({.date = moment.addingTimeInterval(-90 * 86400.0)});
+    writer.addNote({.date = std::nullopt, .info = "undated"});
+    writer.addNote({.date = moment});
+    writer.addNote({.date = moment.addingTimeInterval(-80 * 86400.0)});
+    writer.addNote({.date = moment.addingTimeInterval(-70 * 86400.0)});
+    writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK = 4");
+    writer.execute("UPDATE ZNOTE SET ZDATE = CAST('800000000.5' AS BLOB) WHERE Z_PK = 5");
+  }
+  auto context = contextFor(directory / "Quillan.sqlite");
+  const auto all = fetchNotes(*context);
+  std::vector<std::optional<platform::Date>> seen;
+  const NoteDateTest keepAll = [&](const std::optional<platform::Date>& date) {
+    seen.push_back(date);
+    return true;
+  };
+  const auto kept = narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(moment));
+  EXPECT_EQ(seen, (std::vector<std::optional<platform::Date>>{std::nullopt, moment, all[3]->date(), all[4]->date()}));
+  EXPECT_EQ(kept, (Notes{all[1], all[2], all[3], all[4]}));
+  EXPECT_EQ(kept[0]->info(), "undated");
+}
+
+TEST(NarrowedReadDeathTest, AnUndatedNoteFarFromTheDayStopsTheProcessAsTheLiteralFilterDoes) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  TemporaryDirectory directory;
+  const auto moment = at("2026-05-01T12:00:00Z");
+  {
+    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+    writer.addNote({.date = moment});
+    writer.addNote({.date = moment.addingTimeInterval(-365 * 86400.0)});
+    writer.addNote({.date = std::nullopt});
+  }
+  auto context = contextFor(directory / "Quillan.sqlite");
+  const auto calendar = calendarIn("UTC");
+  const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
+    return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
+  };
+  const std::string report = "NoteDateFilterTest: Fatal error: Unexpectedly found nil";
+  EXPECT_DEATH(literally(*context, sameDay), report);
+  EXPECT_DEATH(narrowed(*context, sameDay, NoteDateWindow::aroundDayOf(moment)), report);
+  EXPECT_DEATH(narrowed(*context, sameDay), report);
+}
+
+}  // namespace
+}  // namespace quillan::store
