@@ -88,11 +88,11 @@ class Adapter {
   }
 
   FontSpec fontSpec(const Inherited& in) const {
-    FontSpec spec;
-    spec.size = in.font.resolvedSize();
-    spec.weight = toWeight(in.weight.value_or(in.font.resolvedWeight()));
-    spec.monospaced = in.font.design == views::FontDesign::monospaced;
-    return spec;
+    FontSpec font;
+    font.size = in.font.resolvedSize();
+    font.weight = toWeight(in.weight.value_or(in.font.resolvedWeight()));
+    font.monospaced = in.font.design == views::FontDesign::monospaced;
+    return font;
   }
 
   FontWeight emphasized(const Inherited& in, FontWeight base) const {

@@ -23,7 +23,7 @@ constexpr InverseKey kInverseKeys[] = {
 
 std::vector<std::int64_t> matchingKeys(SqliteDatabase& database, const BatchDeleteRequest& request,
                                        const EntityTable& table) {
-  FetchSpecification specification{request.entityName, request.predicate, {}, std::nullopt};
+  FetchSpecification matching{request.entityName, request.predicate, {}, std::nullopt};
   if (request.objectIDs) {
     std::vector<std::int64_t> keys;
     for (const auto& id : *request.objectIDs) {
@@ -33,10 +33,10 @@ std::vector<std::int64_t> matchingKeys(SqliteDatabase& database, const BatchDele
       }
       keys.push_back(id.primaryKey);
     }
-    specification.predicate = Predicate::primaryKeyIn(std::move(keys));
+    matching.predicate = Predicate::primaryKeyIn(std::move(keys));
   }
   std::vector<Predicate::Value> bindings;
-  const auto where = FetchQuery::whereClause(specification, table, bindings);
+  const auto where = FetchQuery::whereClause(matching, table, bindings);
   auto statement = database.prepare("SELECT Z_PK FROM " + table.tableName + " WHERE " + where + " ORDER BY Z_PK");
   bindValues(statement, bindings);
   std::vector<std::int64_t> keys;

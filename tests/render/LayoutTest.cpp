@@ -80,7 +80,7 @@ TEST_F(LayoutTest, VerticalDefaultSpacingFollowsTheTextRules) {
 }
 
 TEST_F(LayoutTest, FlexibleFrameSizeRules) {
-  struct Case { FrameSpec spec; double proposal; double expected; };
+  struct Case { FrameSpec frame; double proposal; double expected; };
   // Child is "Hello" text: 50 wide ideally.
   const Case cases[] = {
       {{.maxWidth = std::numeric_limits<double>::infinity()}, 300, 300},
@@ -93,7 +93,7 @@ TEST_F(LayoutTest, FlexibleFrameSizeRules) {
       {{}, 300, 50},
   };
   for (const auto& c : cases) {
-    const LayoutBox box = run(flexFrame(text("Hello"), c.spec, {0, 0.5}), {c.proposal, 100});
+    const LayoutBox box = run(flexFrame(text("Hello"), c.frame, {0, 0.5}), {c.proposal, 100});
     EXPECT_DOUBLE_EQ(box.frame.width, c.expected) << c.proposal;
     EXPECT_DOUBLE_EQ(box.children[0].frame.x, 0);
   }

@@ -43,9 +43,9 @@ inline LayoutNode wrap(LayoutKind kind, LayoutNode child) {
   return n;
 }
 
-inline LayoutNode flexFrame(LayoutNode child, FrameSpec spec, Alignment alignment = {}) {
+inline LayoutNode flexFrame(LayoutNode child, FrameSpec frame, Alignment alignment = {}) {
   LayoutNode n = wrap(LayoutKind::flexibleFrame, std::move(child));
-  n.frame = spec;
+  n.frame = frame;
   n.alignment = alignment;
   return n;
 }
