@@ -1,7 +1,5 @@
 #include "compose/TodayCheck.hpp"
 
-#include <cmath>
-
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
 #include "platform/Fatal.hpp"
@@ -10,18 +8,16 @@
 namespace quillan::compose {
 
 std::ptrdiff_t todayNoteCount() {
-  std::ptrdiff_t count = 0;
-  for (const auto& note : widgets::fetchAllNotes()) {
+  // Only notes near today can lie on it; the test still sees every absent date.
+  const auto window = store::NoteDateWindow::aroundDayOf(platform::Clock::now());
+  const auto today = widgets::fetchNotesWhere(window, [](const std::optional<platform::Date>& date) {
+    // Calendar and clock are read afresh for every note.
+    const auto calendar = platform::Calendar::current();
     const auto now = platform::Clock::now();
-    const auto noteDate = platform::unwrap(note->date(), "OnThisDayWidgetExtension/ComposeButtonSmallView");
-    // Most of a journal lies days away from now; only notes near it need the calendar.
-    if (std::fabs(now.timeIntervalSinceReferenceDate() - noteDate.timeIntervalSinceReferenceDate()) >
-        platform::kSameDayReachSeconds) {
-      continue;
-    }
-    if (platform::Calendar::current().isDate(now, noteDate, platform::CalendarComponent::day)) ++count;
-  }
-  return count;
+    const auto noteDate = platform::unwrap(date, "OnThisDayWidgetExtension/ComposeButtonSmallView");
+    return calendar.isDate(now, noteDate, platform::CalendarComponent::day);
+  });
+  return static_cast<std::ptrdiff_t>(today.size());
 }
 
 }  // namespace quillan::compose

@@ -44,8 +44,8 @@ class MonthAndDayTexts {
 };
 
 // isOnThisDay, step for step, with the texts from the per-day table.
-bool isOnThisDay(const store::Note& note, MonthAndDayTexts& texts) {
-  const auto date = platform::unwrap(note.date(), kMemorySelectionSource);
+bool isOnThisDay(const std::optional<platform::Date>& noteDate, MonthAndDayTexts& texts) {
+  const auto date = platform::unwrap(noteDate, kMemorySelectionSource);
   if (texts.text(platform::Clock::now()) != texts.text(date)) return false;
   if (platform::Calendar::current().isDate(date, platform::Clock::now(), platform::CalendarComponent::day)) {
     return false;
@@ -58,9 +58,9 @@ bool isOnThisDay(const store::Note& note, MonthAndDayTexts& texts) {
 MemorySnapshot MemorySnapshot::take() {
   MemorySnapshot snapshot;
   MonthAndDayTexts texts;
-  for (auto& note : widgets::fetchAllNotes()) {
-    if (isOnThisDay(*note, texts)) snapshot.memories_.push_back(std::move(note));
-  }
+  // Every date is tested, but only the memories become objects.
+  snapshot.memories_ =
+      widgets::fetchNotesWhere([&texts](const std::optional<platform::Date>& date) { return isOnThisDay(date, texts); });
   snapshot.groups_ = groupByDay(snapshot.memories_);
   return snapshot;
 }

@@ -1,5 +1,6 @@
 #include "streak/NotePresence.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/Calendar.hpp"
@@ -17,7 +18,17 @@ bool mayShareDay(platform::Date a, platform::Date b) {
 
 }  // namespace
 
-bool hasNotes(platform::Date moment) { return hasNotes(widgets::fetchAllNotes(), moment); }
+Notes notesAround(const std::vector<platform::Date>& moments) {
+  const auto [earliest, latest] = std::minmax_element(moments.begin(), moments.end());
+  const store::NoteDateWindow window{store::NoteDateWindow::aroundDayOf(*earliest).lower,
+                                     store::NoteDateWindow::aroundDayOf(*latest).upper};
+  return widgets::fetchNotesWhere(window, [](const std::optional<platform::Date>& date) {
+    platform::unwrap(date, kStreakSource);
+    return true;
+  });
+}
+
+bool hasNotes(platform::Date moment) { return hasNotes(notesAround({moment}), moment); }
 
 bool hasNotes(const Notes& notes, platform::Date moment) {
   const auto calendar = platform::Calendar::current();

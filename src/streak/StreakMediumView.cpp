@@ -9,7 +9,6 @@
 #include "streak/StreakDays.hpp"
 #include "streak/StreakTodayCircle.hpp"
 #include "views/Builders.hpp"
-#include "widgets/AllNotes.hpp"
 
 namespace quillan::streak {
 namespace {
@@ -25,14 +24,17 @@ Color widgetBackground(ColorScheme colorScheme) {
 // day's moment is taken once, so a circle's label and tick never straddle a
 // midnight that passes while the row is built.
 std::vector<Node> dayCircles(const Environment& environment, const std::vector<std::int64_t>& pastDateRange) {
-  const auto notes = widgets::fetchAllNotes();
-  std::vector<Node> circles;
-  circles.reserve(pastDateRange.size() + 1);
-  for (const auto offset : pastDateRange) {
-    const auto moment = dayMoment(offset);
-    circles.push_back(StreakCircle(environment, moment, hasNotes(notes, moment)).body(environment));
-  }
+  std::vector<platform::Date> moments;
+  for (const auto offset : pastDateRange) moments.push_back(dayMoment(offset));
   const auto now = platform::Clock::now();
+  moments.push_back(now);
+  const auto notes = notesAround(moments);
+
+  std::vector<Node> circles;
+  circles.reserve(moments.size());
+  for (std::size_t i = 0; i < pastDateRange.size(); ++i) {
+    circles.push_back(StreakCircle(environment, moments[i], hasNotes(notes, moments[i])).body(environment));
+  }
   circles.push_back(
       StreakTodayCircle(environment, compose::addRecordURL(), now, hasNotes(notes, now)).body(environment));
   return circles;

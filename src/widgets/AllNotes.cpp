@@ -3,12 +3,27 @@
 #include "store/CoreDataStack.hpp"
 
 namespace quillan::widgets {
+namespace {
 
-std::vector<std::shared_ptr<store::Note>> fetchAllNotes() {
-  auto& container = store::CoreDataStack::shared().persistentContainer();
-  auto result = container.viewContext()->fetch(store::Note::fetchRequest());
+store::ManagedObjectContext& viewContext() {
+  return *store::CoreDataStack::shared().persistentContainer().viewContext();
+}
+
+Notes valueOrEmpty(store::Result<Notes> result) {
   if (!result) return {};
   return std::move(result.value());
+}
+
+}  // namespace
+
+Notes fetchAllNotes() { return valueOrEmpty(viewContext().fetch(store::Note::fetchRequest())); }
+
+Notes fetchNotesWhere(const store::NoteDateTest& keep) {
+  return valueOrEmpty(store::fetchNotesWhereDate(viewContext(), keep));
+}
+
+Notes fetchNotesWhere(store::NoteDateWindow window, const store::NoteDateTest& keep) {
+  return valueOrEmpty(store::fetchNotesWhereDate(viewContext(), window, keep));
 }
 
 }  // namespace quillan::widgets
