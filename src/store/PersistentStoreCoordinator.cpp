@@ -12,6 +12,7 @@ namespace quillan::store {
 namespace {
 
 constexpr long kFileWriteUnknownError = 512;
+constexpr long kFileWriteFileExistsError = 516;
 
 // The one entity the widgets read must be there with the columns they read;
 // everything else the app's schema may add, drop or reorder.
@@ -52,6 +53,13 @@ platform::Error copyError(const std::filesystem::path& destination, const std::e
                          {{"NSFilePath", destination.string()}, {"reason", cause.what()}}};
 }
 
+platform::Error destinationExistsError(const std::filesystem::path& destination) {
+  return platform::Error{"NSCocoaErrorDomain", kFileWriteFileExistsError,
+                         "The file \"" + destination.filename().string() +
+                             "\" couldn't be saved because a file with the same name already exists.",
+                         {{"NSFilePath", destination.string()}}};
+}
+
 }  // namespace
 
 Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::addPersistentStore(
@@ -73,6 +81,9 @@ Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::migratePers
     const std::shared_ptr<PersistentStore>& store, const platform::URL& url, const Options& /*options*/,
     const std::string& type) {
   const auto destination = url.filePath();
+  // A journal already at the destination is the app's current one, newer than
+  // any legacy copy: replacing it would lose what was written since.
+  if (std::filesystem::exists(destination)) return destinationExistsError(destination);
   try {
     copyStoreFile(store->filePath(), destination);
   } catch (const SqliteException& failure) {

@@ -109,9 +109,24 @@ TEST_F(CoreDataStackTest, FailedMigrationPrintsOneLineAndStillDeletes) {
   auto stack = CoreDataStack::makeForTesting();
   stack->persistentContainer();
   ASSERT_EQ(printed_.size(), 1u);
-  EXPECT_EQ(printed_[0], "The file \"Quillan.sqlite\" couldn't be saved.");
+  EXPECT_EQ(printed_[0],
+            "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists.");
   EXPECT_FALSE(std::filesystem::exists(legacyStore()));
   EXPECT_TRUE(std::filesystem::is_directory(sharedStore() / "in-the-way"));
+}
+
+TEST_F(CoreDataStackTest, ALegacyStoreNeverReplacesTheJournalInTheGroupContainer) {
+  writeJournal(legacyStore(), {"old"});
+  writeJournal(sharedStore(), {"current", "newer"});
+  const auto before = std::filesystem::file_size(sharedStore());
+  auto stack = CoreDataStack::makeForTesting();
+  stack->persistentContainer();
+  ASSERT_EQ(printed_.size(), 1u);
+  EXPECT_NE(printed_[0].find("already exists"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+  EXPECT_EQ(std::filesystem::file_size(sharedStore()), before);
+  EXPECT_EQ(infos(CoreDataStack::makeForTesting()->persistentContainer()),
+            (std::vector<std::string>{"current", "newer"}));
 }
 
 TEST_F(CoreDataStackTest, ConcurrentFirstReadsBuildOnce) {
