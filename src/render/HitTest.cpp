@@ -21,15 +21,10 @@ void collectLinks(const LayoutBox& box, int depth, std::vector<DepthRegion>& out
   for (const auto& child : box.children) collectLinks(child, depth + 1, out);
 }
 
-const PangoTextMeasurer& measurer() {
-  static const PangoTextMeasurer engine;
-  return engine;
-}
-
 }  // namespace
 
 std::vector<HitRegion> hitRegions(const views::Node& tree, const RenderContext& context) {
-  const auto widget = layoutWidget(tree, context, measurer());
+  const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
   std::vector<HitRegion> regions;
   if (linksAreTargets(context.env.family)) {
     std::vector<DepthRegion> links;

@@ -44,8 +44,7 @@ std::string layoutJSON(const views::Node& tree, const RenderContext& context, co
 }
 
 std::string layoutJSON(const views::Node& tree, const RenderContext& context) {
-  static const PangoTextMeasurer measurer;
-  return layoutJSON(tree, context, measurer);
+  return layoutJSON(tree, context, PangoTextMeasurer::shared());
 }
 
 }  // namespace quillan::render

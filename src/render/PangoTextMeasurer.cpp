@@ -128,4 +128,9 @@ void PangoTextMeasurer::drawLine(cairo_t* cr, const StyledText& runs, Point base
   cairo_restore(cr);
 }
 
+const PangoTextMeasurer& PangoTextMeasurer::shared() {
+  static const PangoTextMeasurer engine;
+  return engine;
+}
+
 }  // namespace quillan::render

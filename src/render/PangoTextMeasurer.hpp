@@ -20,6 +20,9 @@ class PangoTextMeasurer final : public TextMeasurer {
  public:
   PangoTextMeasurer();
   ~PangoTextMeasurer() override;
+  // The process's one text engine: loading fonts is the slow part of drawing,
+  // so drawing, hit testing and layout dumps share it.
+  static const PangoTextMeasurer& shared();
   PangoTextMeasurer(const PangoTextMeasurer&) = delete;
   PangoTextMeasurer& operator=(const PangoTextMeasurer&) = delete;
 

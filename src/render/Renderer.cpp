@@ -24,21 +24,15 @@ struct ContextDeleter {
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 using Context = std::unique_ptr<cairo_t, ContextDeleter>;
 
-// One text engine per process: font loading is the slow part of drawing.
-const PangoTextMeasurer& textEngine() {
-  static const PangoTextMeasurer engine;
-  return engine;
-}
-
 void checkScale(double scale) {
   if (!(scale >= 1 && scale <= 3)) throw RenderError("scale must be between 1 and 3, got " + std::to_string(scale));
 }
 
 void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext& context, double scale) {
-  const auto widget = layoutWidget(tree, context, textEngine());
+  const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
   Context cr(cairo_create(surface));
   cairo_scale(cr.get(), scale, scale);
-  paintWidget(cr.get(), *widget, context, textEngine());
+  paintWidget(cr.get(), *widget, context, PangoTextMeasurer::shared());
   cairo_surface_flush(surface);
 }
 
