@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "views/Edge.hpp"
+
 namespace quillan::render {
 
 struct Size {
@@ -34,13 +36,8 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-struct EdgeInsets {
-  double top = 0;
-  double leading = 0;
-  double bottom = 0;
-  double trailing = 0;
-  bool operator==(const EdgeInsets&) const = default;
-};
+// Per-edge lengths, as views state them.
+using EdgeInsets = views::EdgeInsets;
 
 // A size proposal: per axis a number, or nothing for "your ideal size".
 struct ProposedSize {
