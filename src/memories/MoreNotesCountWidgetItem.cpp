@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "memories/SchemeColors.hpp"
+#include "views/SchemeColors.hpp"
 #include "views/Builders.hpp"
 
 namespace quillan::memories {

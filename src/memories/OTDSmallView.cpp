@@ -3,7 +3,7 @@
 #include "memories/DateHeaderRow.hpp"
 #include "memories/MemorySnapshot.hpp"
 #include "memories/MemoryPanel.hpp"
-#include "memories/SchemeColors.hpp"
+#include "views/SchemeColors.hpp"
 #include "views/Builders.hpp"
 
 namespace quillan::memories {

@@ -2,7 +2,7 @@
 
 #include "memories/DateLabel.hpp"
 #include "memories/NoteText.hpp"
-#include "memories/SchemeColors.hpp"
+#include "views/SchemeColors.hpp"
 #include "platform/Clock.hpp"
 #include "views/Builders.hpp"
 

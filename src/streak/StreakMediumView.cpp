@@ -9,15 +9,12 @@
 #include "streak/StreakDays.hpp"
 #include "streak/StreakTodayCircle.hpp"
 #include "views/Builders.hpp"
+#include "views/SchemeColors.hpp"
 
 namespace quillan::streak {
 namespace {
 
 using namespace views;
-
-Color widgetBackground(ColorScheme colorScheme) {
-  return colorScheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
-}
 
 // One fetch serves the five circles: they all ask about the same journal in
 // the same instant, so the answers are those of a fetch per circle. Each past
@@ -60,13 +57,13 @@ Node StreakMediumView::body(const Environment& environment) const {
   if (environment.platformVersion.atLeast(17, 0)) {
     return std::move(content)
         .containerBackground(ContainerBackgroundPlacement::widget, Alignment::center,
-                             color(widgetBackground(colorScheme)))
+                             color(widgetBackgroundColor(colorScheme)))
         .privacySensitive();
   }
   return std::move(content)
       .padding(EdgeSet::horizontal() | EdgeSet::top())
       .padding(EdgeSet::bottom(), 12.5)
-      .background(color(widgetBackground(colorScheme)), Alignment::center, EdgeSet::all())
+      .background(color(widgetBackgroundColor(colorScheme)), Alignment::center, EdgeSet::all())
       .privacySensitive();
 }
 
