@@ -145,6 +145,24 @@ TEST_F(SampleJournalCommand, RenderJsonOfEveryKindShowsTheCurrentEntry) {
   }
 }
 
+TEST_F(SampleJournalCommand, ATreeWrittenAsJsonDrawsAgainFromTheFile) {
+  TemporaryFolder folder;
+  const auto tree = folder.path() / "medium.json";
+  ASSERT_EQ(runCommand(environment({"render", "--kind", "OTDComposeWidget", "--output", tree.string()})).exitStatus, 0);
+  const auto again = runCommand({"render", "--tree", tree.string()});
+  ASSERT_EQ(again.exitStatus, 0) << again.err;
+  std::ifstream written(tree);
+  EXPECT_EQ(Json::parse(again.out), Json::parse(written)["view"]);
+  const auto png = folder.path() / "medium.png";
+  const auto drawn = runCommand({"render", "--tree", tree.string(), "--format", "png", "--output", png.string()});
+  EXPECT_EQ(drawn.exitStatus, 0) << drawn.err;
+  EXPECT_GT(fs::file_size(png), 1000u);
+  std::ofstream(folder.path() / "bad.json") << R"({"type": "Blob"})";
+  const auto bad = runCommand({"render", "--tree", (folder.path() / "bad.json").string(), "--format", "png"});
+  EXPECT_EQ(bad.exitStatus, 2);
+  EXPECT_NE(bad.err.find("unknown view type \"Blob\""), std::string::npos) << bad.err;
+}
+
 TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
   const auto before = fs::file_size(container() / "Quillan.sqlite");
   const auto result = runCommand({"sample-journal", "--group-container", container().string()});
