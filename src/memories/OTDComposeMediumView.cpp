@@ -49,12 +49,13 @@ Node OTDComposeMediumView::body(const Environment& environment) const {
                               .foregroundColor(Color::primary()),
                           memoryRowOrEmptyState(environment, memories),
                           moreMemoriesPill(environment, memories),
-                      }))
-              .padding(EdgeSet::top(), 2.5),
+                      })
+                   .padding(EdgeSet::top(), 2.5)),
+          // The paddings belong to the labels, so each tap area takes in its inset.
           link(deeplinkAddRecordURL.absoluteString(),
                compose::ComposeButtonSmallView(environment, writingPrompts(), /*isSeperateWidget=*/false)
-                   .body(environment))
-              .padding(EdgeSet::leading(), 10),
+                   .body(environment)
+                   .padding(EdgeSet::leading(), 10)),
       });
 
   const Color background = widgetBackgroundColor(colorScheme);

@@ -285,9 +285,12 @@ TEST_F(MemoryViews, TheMediumWidgetLinksEachHalfOnItsOwn) {
   const auto& halves = mediumContent(medium).children();
   ASSERT_EQ(halves.size(), 2u);
   EXPECT_EQ(std::get<Link>(halves[0].kind).destination, "widget-deeplink://OnThisDay");
-  EXPECT_EQ(halves[0].modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::top(), 2.5}}}));
+  // The insets are the labels' own, so the tap areas take them in.
+  EXPECT_TRUE(halves[0].modifiers.empty());
+  EXPECT_EQ(halves[0].children().at(0).modifiers.back(), (Modifier{modifiers::Padding{EdgeSet::top(), 2.5}}));
   EXPECT_EQ(std::get<Link>(halves[1].kind).destination, "widget-deeplink://AddRecord");
-  EXPECT_EQ(halves[1].modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::leading(), 10}}}));
+  EXPECT_TRUE(halves[1].modifiers.empty());
+  EXPECT_EQ(halves[1].children().at(0).modifiers.back(), (Modifier{modifiers::Padding{EdgeSet::leading(), 10}}));
   const auto& title = mediumPanel(medium).children().at(1);
   EXPECT_EQ(title.modifiers, (std::vector<Modifier>{{modifiers::Font{Font::system(20)}},
                                                     {modifiers::FontWeight{Weight::heavy}},
