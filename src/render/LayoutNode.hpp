@@ -61,7 +61,7 @@ struct LayoutNode {
   ShapeKind shape = ShapeKind::rectangle;
   double cornerRadius = 0;
   Paint fill;
-  std::optional<StrokeStyle> stroke;
+  std::optional<Stroke> stroke;
   Paint strokePaint;
 
   // Drawing: text and symbol colour (secondary = a symbol's second layer),

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "views/StrokeStyle.hpp"
+
 #include "render/Geometry.hpp"
 #include "render/Rgba.hpp"
 
@@ -32,20 +34,12 @@ struct Paint {
   bool operator==(const Paint&) const = default;
 };
 
-enum class LineCap { butt, round, square };
-enum class LineJoin { miter, round, bevel };
-
-// A stroke; `inset` strokes the shape's inner border (strokeBorder), so the
-// stroke lies entirely inside the frame.
-struct StrokeStyle {
-  double lineWidth = 1;
-  LineCap cap = LineCap::butt;
-  LineJoin join = LineJoin::miter;
-  double miterLimit = 10;
-  std::vector<double> dash;
-  double dashPhase = 0;
+// A stroke as the view states it; `inset` strokes the shape's inner border
+// (strokeBorder), so the stroke lies entirely inside the frame.
+struct Stroke {
+  views::StrokeStyle style;
   bool inset = false;
-  bool operator==(const StrokeStyle&) const = default;
+  bool operator==(const Stroke&) const = default;
 };
 
 }  // namespace quillan::render

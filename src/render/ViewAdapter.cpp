@@ -299,9 +299,7 @@ class Adapter {
         [&](const mods::StrokeBorder& s) {
           if (current.stroke || current.fill != Paint::none()) current.fill = Paint::none();
           current.strokePaint = resolveStyle(s.style);
-          const auto& st = s.strokeStyle;
-          current.stroke = StrokeStyle{st.lineWidth, static_cast<LineCap>(st.lineCap), static_cast<LineJoin>(st.lineJoin),
-                                       st.miterLimit, st.dash, st.dashPhase, true};
+          current.stroke = Stroke{s.strokeStyle, /*inset=*/true};
           return std::move(current);
         },
         [&](const mods::Opacity& o) {

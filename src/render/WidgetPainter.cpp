@@ -12,6 +12,24 @@ namespace quillan::render {
 
 namespace {
 
+cairo_line_cap_t cairoLineCap(views::LineCap cap) {
+  switch (cap) {
+    case views::LineCap::butt: return CAIRO_LINE_CAP_BUTT;
+    case views::LineCap::round: return CAIRO_LINE_CAP_ROUND;
+    case views::LineCap::square: return CAIRO_LINE_CAP_SQUARE;
+  }
+  return CAIRO_LINE_CAP_BUTT;
+}
+
+cairo_line_join_t cairoLineJoin(views::LineJoin join) {
+  switch (join) {
+    case views::LineJoin::miter: return CAIRO_LINE_JOIN_MITER;
+    case views::LineJoin::round: return CAIRO_LINE_JOIN_ROUND;
+    case views::LineJoin::bevel: return CAIRO_LINE_JOIN_BEVEL;
+  }
+  return CAIRO_LINE_JOIN_MITER;
+}
+
 double linearized(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
@@ -129,12 +147,13 @@ class Painter {
       cairo_fill(cr_);
     }
     if (node.stroke && setPaint(node.strokePaint, box.frame, accent)) {
-      const StrokeStyle& s = *node.stroke;
-      const Rect path = s.inset ? box.frame.insetBy(s.lineWidth / 2) : box.frame;
-      appendShapePath(cr_, node.shape, path, std::max(0.0, radius - (s.inset ? s.lineWidth / 2 : 0)));
+      const bool inset = node.stroke->inset;
+      const views::StrokeStyle& s = node.stroke->style;
+      const Rect path = inset ? box.frame.insetBy(s.lineWidth / 2) : box.frame;
+      appendShapePath(cr_, node.shape, path, std::max(0.0, radius - (inset ? s.lineWidth / 2 : 0)));
       cairo_set_line_width(cr_, s.lineWidth);
-      cairo_set_line_cap(cr_, static_cast<cairo_line_cap_t>(s.cap));
-      cairo_set_line_join(cr_, static_cast<cairo_line_join_t>(s.join));
+      cairo_set_line_cap(cr_, cairoLineCap(s.lineCap));
+      cairo_set_line_join(cr_, cairoLineJoin(s.lineJoin));
       cairo_set_miter_limit(cr_, s.miterLimit);
       std::vector<double> dash = s.dash;
       if (dash.size() == 1) dash.push_back(dash.front());
