@@ -1,5 +1,7 @@
 #include "store/CoreDataStack.hpp"
 
+#include <filesystem>
+
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
 #include "platform/FileCoordinator.hpp"
@@ -32,10 +34,17 @@ void deleteLegacyStore(const platform::URL& legacyURL) {
                                 });
 }
 
+// Off the phone two different paths can name one file (a symlinked or
+// bind-mounted folder); moving a store onto itself would delete it.
+bool sameFile(const platform::URL& a, const platform::URL& b) {
+  std::error_code ignored;
+  return std::filesystem::equivalent(a.filePath(), b.filePath(), ignored);
+}
+
 // The move is tried once: the legacy file goes whether or not migrating worked.
 void moveLegacyStore(PersistentContainer& container, const platform::URL& legacyURL,
                      const platform::URL& storeURL) {
-  if (legacyURL.absoluteString() == storeURL.absoluteString()) return;
+  if (legacyURL.absoluteString() == storeURL.absoluteString() || sameFile(legacyURL, storeURL)) return;
   auto& coordinator = container.persistentStoreCoordinator();
   auto legacyStore = coordinator.persistentStore(legacyURL);
   if (!legacyStore) return;

@@ -85,7 +85,11 @@ Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::migratePers
   // any legacy copy: replacing it would lose what was written since.
   if (std::filesystem::exists(destination)) return destinationExistsError(destination);
   try {
+    // The externally stored data goes first: a store in place must find it.
+    copyExternalData(store->filePath(), destination);
     copyStoreFile(store->filePath(), destination);
+  } catch (const DestinationExists&) {
+    return destinationExistsError(destination);
   } catch (const SqliteException& failure) {
     return StoreErrors::fileError(store->filePath(), failure);
   } catch (const std::exception& failure) {

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 
+#include "store/ExternalStorage.hpp"
 #include "store/SqliteDatabase.hpp"
 
 namespace quillan::store {
@@ -48,6 +50,20 @@ void backup(const std::filesystem::path& source, const std::filesystem::path& ta
   }
 }
 
+// rename() that fails with EEXIST instead of replacing an existing file.
+void renameWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return;
+  if (errno == EINVAL || errno == ENOSYS) {
+    // File systems without the flag: a hard link also refuses an existing name.
+    if (::link(from.c_str(), to.c_str()) == 0) {
+      ::unlink(from.c_str());
+      return;
+    }
+  }
+  if (errno == EEXIST) throw DestinationExists(to.string() + " already exists");
+  throw std::filesystem::filesystem_error("rename", from, to, std::error_code(errno, std::generic_category()));
+}
+
 }  // namespace
 
 std::filesystem::path temporaryCopyPath(const std::filesystem::path& destination) {
@@ -64,16 +80,29 @@ void copyStoreFile(const std::filesystem::path& source, const std::filesystem::p
   try {
     backup(source, temporary);
     fsyncPath(temporary, O_RDONLY);
+    if (std::filesystem::exists(destination)) throw DestinationExists(destination.string() + " already exists");
     std::error_code ignored;
     std::filesystem::remove(withSuffix(destination, "-wal"), ignored);
     std::filesystem::remove(withSuffix(destination, "-shm"), ignored);
-    std::filesystem::rename(temporary, destination);
+    renameWithoutReplacing(temporary, destination);
     fsyncPath(destination.parent_path().empty() ? "." : destination.parent_path(), O_RDONLY | O_DIRECTORY);
   } catch (...) {
     removeWithCompanions(temporary);
     throw;
   }
   removeWithCompanions(temporary);
+}
+
+void copyExternalData(const std::filesystem::path& source, const std::filesystem::path& destination) {
+  const auto from = externalDataDirectory(source);
+  if (!std::filesystem::is_directory(from)) return;
+  const auto to = externalDataDirectory(destination);
+  std::filesystem::create_directories(to);
+  for (const auto& entry : std::filesystem::directory_iterator(from)) {
+    if (!entry.is_regular_file()) continue;
+    std::filesystem::copy_file(entry.path(), to / entry.path().filename(),
+                               std::filesystem::copy_options::skip_existing);
+  }
 }
 
 }  // namespace quillan::store

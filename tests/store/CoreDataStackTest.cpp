@@ -8,6 +8,7 @@
 #include "platform/ExtensionLog.hpp"
 #include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
+#include "store/NoteImage.hpp"
 #include "store/StoreFileCopy.hpp"
 
 namespace quillan::store {
@@ -129,6 +130,37 @@ TEST_F(CoreDataStackTest, ALegacyStoreNeverReplacesTheJournalInTheGroupContainer
             (std::vector<std::string>{"current", "newer"}));
 }
 
+// Off the phone the host names both folders; a symlink can make the legacy
+// location and the shared one the same file under two names.
+TEST_F(CoreDataStackTest, ALegacyPathThatIsTheJournalItselfIsLeftAlone) {
+  writeJournal(sharedStore(), {"the only copy"});
+  std::filesystem::remove_all(support());
+  std::filesystem::create_directory_symlink(group(), support());
+  ASSERT_TRUE(std::filesystem::exists(legacyStore()));
+  auto stack = CoreDataStack::makeForTesting();
+  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"the only copy"});
+  EXPECT_TRUE(printed_.empty());
+  EXPECT_TRUE(std::filesystem::exists(sharedStore()));
+}
+
+TEST_F(CoreDataStackTest, ExternallyStoredImagesMoveWithTheStore) {
+  const std::vector<std::uint8_t> png = {0x89, 'P', 'N', 'G', 1, 2, 3};
+  {
+    fixtures::JournalWriter writer(legacyStore());
+    const auto note = writer.addNote({.info = std::string("with a photo")});
+    writer.addImage({.owner = note, .imgData = png, .storage = fixtures::BinaryStorage::externalFile});
+  }
+  auto stack = CoreDataStack::makeForTesting();
+  auto& container = stack->persistentContainer();
+  EXPECT_TRUE(printed_.empty());
+  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+  const auto notes = fetchNotes(*container.viewContext());
+  ASSERT_EQ(notes.size(), 1u);
+  const auto images = notes[0]->images();
+  ASSERT_EQ(images.size(), 1u);
+  EXPECT_EQ(images[0]->imgData(), png);
+}
+
 TEST_F(CoreDataStackTest, ConcurrentFirstReadsBuildOnce) {
   writeJournal(legacyStore(), {"moved once"});
   auto stack = CoreDataStack::makeForTesting();
@@ -149,26 +181,41 @@ TEST_F(CoreDataStackTest, MissingGroupContainerStopsSilently) {
 
 // Kills a child in the middle of copies of a large journal: whatever the
 // moment, the destination is the old journal or the whole new one.
-TEST_F(CoreDataStackTest, ACrashMidMoveLeavesTheJournalWhole) {
+TEST_F(CoreDataStackTest, ACrashMidMoveLeavesNoHalfJournal) {
   {
     fixtures::JournalWriter writer(legacyStore());
     writer.begin();
     for (int i = 0; i < 20000; ++i) writer.addNote({.info = std::string(200, 'n')});
     writer.commit();
   }
-  writeJournal(sharedStore(), {"previous"});
   for (int delayMicroseconds : {0, 2000, 8000, 30000}) {
+    std::filesystem::remove(sharedStore());
     const pid_t child = ::fork();
     if (child == 0) {
-      copyStoreFile(legacyStore(), sharedStore());
+      try {
+        copyStoreFile(legacyStore(), sharedStore());
+      } catch (...) {
+        ::_exit(1);
+      }
       ::_exit(0);
     }
     ::usleep(static_cast<useconds_t>(delayMicroseconds));
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    const auto notes = fetchNotes(*contextFor(sharedStore()));
-    EXPECT_TRUE(notes.size() == 1u || notes.size() == 20000u) << notes.size() << " after " << delayMicroseconds;
+    // Whatever the moment, there is no journal yet or the whole copy.
+    if (!std::filesystem::exists(sharedStore())) continue;
+    EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), 20000u) << "after " << delayMicroseconds;
   }
+}
+
+TEST_F(CoreDataStackTest, ACopyNeverReplacesAStoreThatAppearedAtItsDestination) {
+  writeJournal(legacyStore(), {"legacy"});
+  writeJournal(sharedStore(), {"the app's own"});
+  EXPECT_THROW(copyStoreFile(legacyStore(), sharedStore()), DestinationExists);
+  const auto notes = fetchNotes(*contextFor(sharedStore()));
+  ASSERT_EQ(notes.size(), 1u);
+  EXPECT_EQ(notes[0]->info(), "the app's own");
+  EXPECT_FALSE(std::filesystem::exists(temporaryCopyPath(sharedStore())));
 }
 
 TEST_F(CoreDataStackTest, ALeftoverTemporaryCopyDoesNotDisturbTheMove) {
