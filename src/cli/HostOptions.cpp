@@ -32,7 +32,7 @@ void HostOptions::addTo(CLI::App& command) {
       ->group("Environment");
   command.add_option("--time-zone", timeZone, "IANA time zone, e.g. Europe/Berlin (default: $TZ)")
       ->group("Environment");
-  command.add_option("--locale", locale, "ICU locale, e.g. de_DE or ja_JP@calendar=japanese (default: LC_ALL/LANG)")
+  command.add_option("--locale", locale, "ICU locale, e.g. de_DE or ja_JP@calendar=japanese (default: LC_ALL, LC_TIME, LANG)")
       ->group("Environment");
   command.add_option("--color-scheme", colorScheme, "light or dark (default: light)")->group("Environment");
   command.add_option("--rendering-mode", renderingMode, "fullColor, accented or vibrant (default: fullColor)")

@@ -24,12 +24,6 @@ struct RenderOptions {
   bool redacted = false;
 };
 
-render::DeviceProfile deviceNamed(const std::string& name) {
-  if (auto device = render::DeviceProfile::named(name)) return *device;
-  std::string known;
-  for (const auto& profile : render::DeviceProfile::profileNames()) known += (known.empty() ? "" : ", ") + profile;
-  throw UsageError("--device: unknown device \"" + name + "\" (known: " + known + ")");
-}
 
 void writeJson(const RenderOptions& options, const std::string& text) {
   if (!options.output) {
@@ -81,7 +75,7 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
   else if (options.format == "svg") format = render::Format::svg;
   else if (options.format == "pdf") format = render::Format::pdf;
   else throw UsageError("--format: unknown format \"" + options.format + "\" (expected json, png, svg or pdf)");
-  if (options.scale < 1 || options.scale > 3) throw UsageError("--scale: must be 1, 2 or 3");
+  if (options.scale < 1 || options.scale > 3) throw UsageError("--scale: must be between 1 and 3");
 
   render::RenderContext context;
   context.env = drawing.environment;

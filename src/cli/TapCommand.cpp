@@ -24,9 +24,7 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
     const auto& widget = widgetOfKind(options->kind);
     render::RenderContext context;
     context.env = host.environment(widget.supportedFamilies.front());
-    const auto device = render::DeviceProfile::named(options->device);
-    if (!device) throw UsageError("--device: unknown device \"" + options->device + "\"");
-    context.device = *device;
+    context.device = deviceNamed(options->device);
     const auto tree = widget.content(currentEntryDate(widget), context.env);
     if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
     return 0;

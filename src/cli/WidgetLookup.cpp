@@ -28,4 +28,11 @@ platform::Date currentEntryDate(const widgets::WidgetConfiguration& widget) {
 
 std::string familyName(views::WidgetFamily family) { return std::string(views::toString(family)); }
 
+render::DeviceProfile deviceNamed(const std::string& name) {
+  if (auto device = render::DeviceProfile::named(name)) return *device;
+  std::string known;
+  for (const auto& profile : render::DeviceProfile::profileNames()) known += (known.empty() ? "" : ", ") + profile;
+  throw UsageError("--device: unknown device \"" + name + "\" (known: " + known + ")");
+}
+
 }  // namespace quillan::cli

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Date.hpp"
+#include "render/DeviceProfile.hpp"
 #include "views/Environment.hpp"
 #include "widgets/WidgetConfiguration.hpp"
 
@@ -16,5 +17,8 @@ const widgets::WidgetConfiguration& widgetOfKind(const std::string& kind);
 platform::Date currentEntryDate(const widgets::WidgetConfiguration& widget);
 
 std::string familyName(views::WidgetFamily family);
+
+// The device profile of `name`; an unknown name is a UsageError listing the known ones.
+render::DeviceProfile deviceNamed(const std::string& name);
 
 }  // namespace quillan::cli
