@@ -34,7 +34,8 @@ void HostOptions::addTo(CLI::App& command) {
       ->group("Environment");
   command.add_option("--locale", locale, "ICU locale, e.g. de_DE or ja_JP@calendar=japanese (default: LC_ALL, LC_TIME, LANG)")
       ->group("Environment");
-  command.add_option("--color-scheme", colorScheme, "light or dark (default: light)")->group("Environment");
+  command.add_option("--color-scheme", colorScheme,
+                     "light or dark (default: light; dark with --rendering-mode vibrant, as the lock screen is)")->group("Environment");
   command.add_option("--rendering-mode", renderingMode, "fullColor, accented or vibrant (default: fullColor)")
       ->group("Environment");
   command.add_option("--platform-version", platformVersion, "the phone's OS version X.Y (default: 17.0)")
@@ -76,8 +77,9 @@ void HostOptions::apply() const {
 views::Environment HostOptions::environment(views::WidgetFamily family) const {
   views::Environment environment;
   try {
-    environment.colorScheme = views::parseColorScheme(colorScheme);
     environment.renderingMode = views::parseRenderingMode(renderingMode);
+    const bool lockScreen = environment.renderingMode == views::WidgetRenderingMode::vibrant;
+    environment.colorScheme = views::parseColorScheme(colorScheme.value_or(lockScreen ? "dark" : "light"));
     environment.platformVersion = views::parsePlatformVersion(platformVersion);
   } catch (const views::EnvironmentParseError& error) {
     throw UsageError(error.what());

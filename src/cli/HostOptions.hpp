@@ -18,7 +18,7 @@ struct HostOptions {
   std::optional<std::string> now;
   std::optional<std::string> timeZone;
   std::optional<std::string> locale;
-  std::string colorScheme = "light";
+  std::optional<std::string> colorScheme;  // unset: dark when vibrant (the lock screen), else light
   std::string renderingMode = "fullColor";
   std::string platformVersion = "17.0";
   std::optional<std::uint64_t> seed;

@@ -39,7 +39,10 @@ double alignOnBaseline(const LayoutNode& stack, StackSolution& solution, LayoutE
   std::vector<double> baselines(n);
   double deepest = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    baselines[i] = engine.baselineOf(stack.children[i], solution.proposals[i], stack.alignment.baseline);
+    // A spacer has no text and no height across the row: it lends no baseline.
+    baselines[i] = stack.children[i].kind == LayoutKind::spacer
+                       ? solution.sizes[i].height
+                       : engine.baselineOf(stack.children[i], solution.proposals[i], stack.alignment.baseline);
     deepest = std::max(deepest, baselines[i]);
   }
   double extent = 0;

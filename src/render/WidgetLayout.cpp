@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "render/Layout.hpp"
+#include "render/Renderer.hpp"
 #include "render/RenderingConstants.hpp"
 
 namespace quillan::render {
@@ -29,6 +30,9 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
   auto widget = std::make_unique<WidgetLayout>();
   const views::WidgetFamily family = context.env.family;
   widget->size = context.device.sizeOf(family);
+  if (widget->size.width <= 0 || widget->size.height <= 0) {
+    throw RenderError(std::string(views::toString(family)) + " is not available on " + context.device.name);
+  }
   widget->homeScreenFamily = isHomeScreenFamily(family);
   widget->circularMask = family == views::WidgetFamily::accessoryCircular;
   widget->cornerRadius = widget->circularMask ? widget->size.width / 2 : constants::kWidgetCornerRadius;
@@ -42,7 +46,9 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
   const double margin = !modern ? 0
                       : widget->homeScreenFamily ? constants::kHomeScreenContentMargin
                                                  : constants::kAccessoryContentMargin;
-  LayoutEngine engine(measurer, context.scale);
+  // Positions snap to the phone's pixel grid, whatever scale the output is drawn at,
+  // so that every output and every tap sees the same geometry.
+  LayoutEngine engine(measurer, context.device.scale);
   const Size full = widget->size;
   const LayoutNode* background = widget->adapted.containerBackground ? &*widget->adapted.containerBackground
                                  : widget->defaultBackground ? &*widget->defaultBackground : nullptr;

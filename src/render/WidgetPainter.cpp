@@ -174,9 +174,14 @@ class Painter {
         paintRedactionBar({box.frame.x, top, layout.lines[i].width, layout.lineHeight}, color);
       } else {
         text_.drawLine(cr_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
-                       tone(Rgba::fromHex(0x007AFF), accent));
+                       tone(linkColor(), accent));
       }
     }
+  }
+
+  // Links take the system blue of the scheme.
+  Rgba linkColor() const {
+    return Rgba::fromHex(context_.env.colorScheme == views::ColorScheme::dark ? 0x0A84FF : 0x007AFF);
   }
 
   void paintRedactionBar(Rect line, Rgba color) {

@@ -50,6 +50,15 @@ TEST_F(BaselineAlignmentTest, AViewWithoutTextSitsOnTheBaselineWithItsBottom) {
   EXPECT_DOUBLE_EQ(tall.frame.height, 44);
 }
 
+TEST_F(BaselineAlignmentTest, ASpacerBetweenTextsLendsNoBaseline) {
+  // The title ... trailing label row: as tall as its texts, not as the proposal.
+  const LayoutBox box = row(Baseline::first, {text("title"), spacer(), text("label")}, 300);
+  EXPECT_DOUBLE_EQ(box.frame.height, 20);
+  EXPECT_DOUBLE_EQ(box.children[0].frame.y, 0);
+  EXPECT_DOUBLE_EQ(box.children[2].frame.y, 0);
+  EXPECT_DOUBLE_EQ(box.children[2].frame.maxX(), 300);
+}
+
 TEST_F(BaselineAlignmentTest, BackgroundsLendNoBaseline) {
   LayoutNode pill = wrap(LayoutKind::background, padding(text("b"), {4, 0, 0, 0}));
   pill.children.push_back(text("ignored text in the background"));

@@ -6,6 +6,7 @@
 #include "render/FakeTextMeasurer.hpp"
 #include "render/HitTest.hpp"
 #include "render/LayoutJson.hpp"
+#include "render/Renderer.hpp"
 #include "render/ShapePath.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
@@ -93,7 +94,26 @@ TEST(HitTest, InnermostLinkWinsAndRegionsAgreeWithHitTest) {
       for (const auto& r : regions) if (r.rect.contains({x, y})) { first = r.url; break; }
       EXPECT_EQ(hitTest(tree, medium, {x, y}), first) << x << "," << y;
     }
-  EXPECT_EQ(hitTest(tree, contextFor(WidgetFamily::systemSmall), {160, 20}), std::nullopt);  // no widgetURL
+  // A small widget is one target: its Links open nothing, and it has no widgetURL.
+  EXPECT_EQ(hitTest(tree, contextFor(WidgetFamily::systemSmall), {20, 20}), std::nullopt);
+}
+
+TEST(WidgetLayout, GeometryFollowsThePhonesPixelsNotTheOutputScale) {
+  using namespace views;
+  const Node tree = vstack({text("Snapped to thirds of a point").padding(EdgeSet::top(), 0.2), spacer(1.1)});
+  auto context = contextFor(WidgetFamily::systemSmall);
+  const FakeTextMeasurer measurer(7.3, 17.9);
+  context.scale = 3;
+  const auto atThree = layoutJSON(tree, context, measurer);
+  context.scale = 1;
+  EXPECT_EQ(layoutJSON(tree, context, measurer), atThree);
+}
+
+TEST(WidgetLayout, AFamilyTheDeviceLacksIsAnError) {
+  auto context = contextFor(WidgetFamily::accessoryCircular);
+  context.device = *DeviceProfile::named("320x568");
+  const FakeTextMeasurer measurer(10, 20);
+  EXPECT_THROW(layoutWidget(views::color(views::Color::red()), context, measurer), RenderError);
 }
 
 TEST(ShapeGeometry, StrokeBorderAndContainerRelativeRadii) {
