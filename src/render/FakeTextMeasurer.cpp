@@ -10,7 +10,7 @@ double FakeTextMeasurer::width(const StyledText& runs) const {
   return static_cast<double>(count) * advance_;
 }
 
-FontMetrics FakeTextMeasurer::metrics(const FontSpec&) const {
+FontMetrics FakeTextMeasurer::metrics(const FontDescription&) const {
   return {lineHeight_, lineHeight_ * 0.8, lineHeight_ * 0.2, lineHeight_ * 0.6};
 }
 

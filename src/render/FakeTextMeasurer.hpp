@@ -12,7 +12,7 @@ class FakeTextMeasurer final : public TextMeasurer {
       : advance_(advance), lineHeight_(lineHeight) {}
 
   double width(const StyledText& runs) const override;
-  FontMetrics metrics(const FontSpec& font) const override;
+  FontMetrics metrics(const FontDescription& font) const override;
 
  private:
   double advance_;

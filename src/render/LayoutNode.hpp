@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "render/FontSpec.hpp"
+#include "render/FontDescription.hpp"
 #include "render/Geometry.hpp"
 #include "render/Paint.hpp"
 #include "render/StyledRun.hpp"
@@ -54,7 +54,7 @@ struct LayoutNode {
   std::optional<int> lineLimit;
 
   std::string symbolName;
-  FontSpec symbolFont;
+  FontDescription symbolFont;
   SymbolScale symbolScale = SymbolScale::medium;
   bool resizable = false;
 

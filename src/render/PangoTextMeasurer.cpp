@@ -17,12 +17,12 @@ struct GObjectDeleter {
 template <typename T>
 using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
 
-const char* familyFor(const FontSpec& font) {
+const char* familyFor(const FontDescription& font) {
   if (font.monospaced) return "DejaVu Sans Mono,monospace";
   return font.size >= constants::kDisplayDesignFromSize ? "Inter Display" : "Inter";
 }
 
-PangoFontDescription* describe(const FontSpec& font) {
+PangoFontDescription* describe(const FontDescription& font) {
   PangoFontDescription* desc = pango_font_description_new();
   pango_font_description_set_family(desc, familyFor(font));
   pango_font_description_set_weight(desc, static_cast<PangoWeight>(weightClass(font.weight)));
@@ -111,7 +111,7 @@ double PangoTextMeasurer::width(const StyledText& runs) const {
   return width;
 }
 
-FontMetrics PangoTextMeasurer::metrics(const FontSpec& font) const {
+FontMetrics PangoTextMeasurer::metrics(const FontDescription& font) const {
   const double size = font.size;
   return {constants::kLineHeightPerPoint * size, constants::kAscenderPerPoint * size,
           constants::kDescenderPerPoint * size, constants::kCapHeightPerPoint * size};

@@ -27,7 +27,7 @@ class PangoTextMeasurer final : public TextMeasurer {
   PangoTextMeasurer& operator=(const PangoTextMeasurer&) = delete;
 
   double width(const StyledText& runs) const override;
-  FontMetrics metrics(const FontSpec& font) const override;
+  FontMetrics metrics(const FontDescription& font) const override;
 
   // Draws one line with its baseline at `baseline`; link runs take `linkColor`.
   void drawLine(cairo_t* cr, const StyledText& runs, Point baseline, Rgba color, Rgba linkColor) const;

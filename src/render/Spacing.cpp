@@ -88,7 +88,7 @@ EdgePreferences preferencesOn(const LayoutNode& node, Edge edge) {
 }
 
 FontMetrics textMetrics(const LayoutNode& text, LayoutEngine& engine) {
-  return engine.measurer().metrics(text.text.empty() ? FontSpec{} : text.text.front().font);
+  return engine.measurer().metrics(text.text.empty() ? FontDescription{} : text.text.front().font);
 }
 
 // Vertical gaps between one preference above and one below.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "render/FontSpec.hpp"
+#include "render/FontDescription.hpp"
 
 namespace quillan::render {
 
@@ -12,7 +12,7 @@ namespace quillan::render {
 // work on. `link` marks a Markdown link (drawn in the tint colour).
 struct StyledRun {
   std::string text;
-  FontSpec font;
+  FontDescription font;
   bool strikethrough = false;
   std::optional<std::string> link;
   bool operator==(const StyledRun&) const = default;

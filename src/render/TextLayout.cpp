@@ -168,7 +168,7 @@ TextLine truncatedLine(const FlatText& flat, const TextMeasurer& measurer, std::
 
 FontMetrics combinedMetrics(const StyledText& text, const TextMeasurer& measurer) {
   FontMetrics result{};
-  if (text.empty()) return measurer.metrics(FontSpec{});
+  if (text.empty()) return measurer.metrics(FontDescription{});
   for (const auto& run : text) {
     const FontMetrics m = measurer.metrics(run.font);
     result.lineHeight = std::max(result.lineHeight, m.lineHeight);

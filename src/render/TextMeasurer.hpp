@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/FontSpec.hpp"
+#include "render/FontDescription.hpp"
 #include "render/StyledRun.hpp"
 
 namespace quillan::render {
@@ -20,7 +20,7 @@ class TextMeasurer {
   virtual ~TextMeasurer() = default;
   // The advance width of `runs` set on one line, tracking included.
   virtual double width(const StyledText& runs) const = 0;
-  virtual FontMetrics metrics(const FontSpec& font) const = 0;
+  virtual FontMetrics metrics(const FontDescription& font) const = 0;
 };
 
 }  // namespace quillan::render

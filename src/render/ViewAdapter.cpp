@@ -87,8 +87,8 @@ class Adapter {
     return resolveStyle(*style);
   }
 
-  FontSpec fontSpec(const Inherited& in) const {
-    FontSpec font;
+  FontDescription fontDescription(const Inherited& in) const {
+    FontDescription font;
     font.size = in.font.resolvedSize();
     font.weight = toWeight(in.weight.value_or(in.font.resolvedWeight()));
     font.monospaced = in.font.design == views::FontDesign::monospaced;
@@ -104,11 +104,11 @@ class Adapter {
   }
 
   StyledText styledText(const views::Text& text, const Inherited& in) const {
-    const FontSpec base = fontSpec(in);
+    const FontDescription base = fontDescription(in);
     if (!text.isAttributed()) return {StyledRun{text.text, base, false, std::nullopt}};
     StyledText runs;
     for (const auto& run : text.runs) {
-      FontSpec font = base;
+      FontDescription font = base;
       if (run.bold) font.weight = emphasized(in, base.weight);
       font.italic = run.italic;
       font.monospaced = font.monospaced || run.code;
@@ -152,7 +152,7 @@ class Adapter {
         [&](const views::Image& i) {
           out.kind = LayoutKind::symbol;
           out.symbolName = i.systemName;
-          out.symbolFont = fontSpec(in);
+          out.symbolFont = fontDescription(in);
           out.symbolScale = static_cast<SymbolScale>(static_cast<int>(in.imageScale));
           out.foreground = foregroundPaint(in, in.foreground);
           out.secondaryForeground = in.secondaryForeground

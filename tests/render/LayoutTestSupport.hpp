@@ -16,7 +16,7 @@ inline LayoutNode color() {
 inline LayoutNode text(std::string s, std::optional<int> lineLimit = std::nullopt) {
   LayoutNode n;
   n.kind = LayoutKind::text;
-  n.text = {StyledRun{std::move(s), FontSpec{}, false, std::nullopt}};
+  n.text = {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}};
   n.lineLimit = lineLimit;
   return n;
 }

@@ -7,7 +7,7 @@
 namespace quillan::render {
 namespace {
 
-StyledText plain(std::string s) { return {StyledRun{std::move(s), FontSpec{}, false, std::nullopt}}; }
+StyledText plain(std::string s) { return {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}}; }
 
 std::vector<std::string> lineTexts(const TextLayout& layout) {
   std::vector<std::string> out;
@@ -61,7 +61,7 @@ TEST(TextLayout, TruncatesTheLastVisibleLineWithAnEllipsis) {
 
 TEST(TextLayout, KeepsRunStylesAcrossLineBreaks) {
   StyledText text = plain("plain ");
-  text.push_back({"bold words", FontSpec{17, FontWeight::bold}, false, std::nullopt});
+  text.push_back({"bold words", FontDescription{17, FontWeight::bold}, false, std::nullopt});
   const TextLayout layout = layoutText(text, kMeasurer, {110.0, std::nullopt, std::nullopt});
   ASSERT_EQ(layout.lines.size(), 2u);
   ASSERT_EQ(layout.lines[0].runs.size(), 2u);
@@ -76,7 +76,7 @@ TEST(TextLayout, CountsCodePointsNotBytes) {
   EXPECT_EQ(layout.size.width, 30);
 }
 
-TEST(FontSpec, TrackingFollowsTheSizeTable) {
+TEST(FontDescription, TrackingFollowsTheSizeTable) {
   EXPECT_DOUBLE_EQ(trackingForSize(17), -0.43);
   EXPECT_DOUBLE_EQ(trackingForSize(12), 0.0);
   EXPECT_NEAR(trackingForSize(18), -0.43 + (-0.45 + 0.43) / 3, 1e-12);

@@ -1,4 +1,4 @@
-#include "render/FontSpec.hpp"
+#include "render/FontDescription.hpp"
 
 #include <array>
 #include <utility>

@@ -10,12 +10,12 @@ enum class FontWeight { ultraLight, thin, light, regular, medium, semibold, bold
 
 // A resolved system font: size in points, weight, and the styles a text run
 // may add. Monospaced runs (code) use the platform's monospace family.
-struct FontSpec {
+struct FontDescription {
   double size = 17.0;
   FontWeight weight = FontWeight::regular;
   bool italic = false;
   bool monospaced = false;
-  bool operator==(const FontSpec&) const = default;
+  bool operator==(const FontDescription&) const = default;
 };
 
 // The numeric class of a weight: 100 for ultraLight ... 900 for black.
