@@ -17,6 +17,9 @@ struct Inherited {
   std::optional<views::Weight> weight;
   std::optional<views::ShapeStyle> foreground;
   std::optional<views::ShapeStyle> secondaryForeground;
+  // The last colour or gradient set from outside: a hierarchical level set
+  // nearer the leaf lowers its opacity rather than replacing it.
+  std::optional<views::ShapeStyle> customForeground;
   std::optional<int> lineLimit;
   views::ImageScale imageScale = views::ImageScale::medium;
   bool privacySensitive = false;
@@ -81,9 +84,8 @@ class Adapter {
   // lowers its opacity.
   Paint foregroundPaint(const Inherited& in, const std::optional<views::ShapeStyle>& style) const {
     if (!style) return Paint::solid(hierarchical(views::HierarchicalShapeStyle::primary));
-    if (auto level = std::get_if<views::HierarchicalShapeStyle>(&*style); level && in.foreground &&
-        !std::holds_alternative<views::HierarchicalShapeStyle>(*in.foreground))
-      return resolveStyle(*in.foreground, views::levelOpacity(*level));
+    if (auto level = std::get_if<views::HierarchicalShapeStyle>(&*style); level && in.customForeground)
+      return resolveStyle(*in.customForeground, views::levelOpacity(*level));
     return resolveStyle(*style);
   }
 
@@ -205,8 +207,16 @@ class Adapter {
     std::visit(views::Overload{
         [&](const mods::Font& f) { in.font = f.font; },
         [&](const mods::FontWeight& f) { in.weight = f.weight; },
-        [&](const mods::ForegroundColor& f) { in.foreground = f.color; in.secondaryForeground.reset(); },
-        [&](const mods::ForegroundStyle& f) { in.foreground = f.primary; in.secondaryForeground = f.secondary; },
+        [&](const mods::ForegroundColor& f) {
+          in.foreground = f.color;
+          in.customForeground = f.color;
+          in.secondaryForeground.reset();
+        },
+        [&](const mods::ForegroundStyle& f) {
+          in.foreground = f.primary;
+          in.secondaryForeground = f.secondary;
+          if (!std::holds_alternative<views::HierarchicalShapeStyle>(f.primary)) in.customForeground = f.primary;
+        },
         [&](const mods::LineLimit& l) { in.lineLimit = l.lines; },
         [&](const mods::ImageScale& s) { in.imageScale = s.scale; },
         [&](const mods::PrivacySensitive& p) { in.privacySensitive = p.sensitive; },
