@@ -6,6 +6,7 @@
 #include "platform/Fatal.hpp"
 #include "platform/FileCoordinator.hpp"
 #include "platform/FileManager.hpp"
+#include "store/SqliteDatabase.hpp"
 
 namespace quillan::store {
 namespace {
@@ -34,6 +35,17 @@ void deleteLegacyStore(const platform::URL& legacyURL) {
                                 });
 }
 
+// After a failed move this run still reads the legacy store it loaded, as the
+// phone's store stays open: the connection outlives the file's deletion.
+void keepReadable(PersistentStore& legacyStore) {
+  try {
+    legacyStore.keepOpen();
+  } catch (const SqliteException&) {
+    // It loaded a moment ago; if it cannot be read now, reads fail as they
+    // would have anyway (an empty result).
+  }
+}
+
 // Off the phone two different paths can name one file (a symlinked or
 // bind-mounted folder); moving a store onto itself would delete it.
 bool sameFile(const platform::URL& a, const platform::URL& b) {
@@ -49,7 +61,10 @@ void moveLegacyStore(PersistentContainer& container, const platform::URL& legacy
   auto legacyStore = coordinator.persistentStore(legacyURL);
   if (!legacyStore) return;
   auto migrated = coordinator.migratePersistentStore(legacyStore, storeURL, {}, kSQLiteStoreType);
-  if (!migrated) platform::ExtensionLog::print(migrated.error().localizedDescription);
+  if (!migrated) {
+    platform::ExtensionLog::print(migrated.error().localizedDescription);
+    keepReadable(*legacyStore);
+  }
   deleteLegacyStore(legacyURL);
 }
 

@@ -60,16 +60,17 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
   // Objects of the last fetch that nobody holds any more leave the map before
   // this one makes new objects, so two journals' worth never live at once.
   forgetExpired(entity.name);
-  const auto path = coordinator_->persistentStores().front()->filePath();
-  // A store file that is not there yet reads as an empty journal; the app
-  // creates it on its first save. The extension never creates the app's file.
-  if (!std::filesystem::exists(path)) return std::nullopt;
+  const auto& store = *coordinator_->persistentStores().front();
+  const auto path = store.filePath();
   try {
-    StoreSnapshot snapshot(path);
-    const auto* table = requireTable(snapshot.model(), entity, path);
+    // A store file that is not there yet reads as an empty journal; the app
+    // creates it on its first save. The extension never creates the app's file.
+    auto snapshot = store.snapshot();
+    if (!snapshot) return std::nullopt;
+    const auto* table = requireTable(snapshot->model(), entity, path);
     const FetchQuery query(request, entity, *table);
     const auto judged = filter ? attributeIndex(entity, filter->attribute) : 0;
-    auto statement = snapshot.database().prepare(query.sql());
+    auto statement = snapshot->database().prepare(query.sql());
     query.bind(statement);
     auto& registry = registered_[entity.name];
     std::vector<StoredValue> values(entity.attributes.size());
@@ -85,7 +86,7 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       }
       sink(materialize(entity, registry, statement.integer(0), values));
     }
-    snapshot.finish();
+    snapshot->finish();
     return std::nullopt;
   } catch (const SqliteException& failure) {
     return StoreErrors::fileError(path, failure);
@@ -133,20 +134,20 @@ std::shared_ptr<ManagedObject> ManagedObjectContext::registeredObject(const Obje
 std::optional<std::vector<std::uint8_t>> ManagedObjectContext::binaryValue(
     const ObjectID& id, std::string_view attribute) const {
   if (coordinator_->persistentStores().empty()) return std::nullopt;
-  const auto path = coordinator_->persistentStores().front()->filePath();
-  if (!std::filesystem::exists(path)) return std::nullopt;
+  const auto& store = *coordinator_->persistentStores().front();
   try {
-    StoreSnapshot snapshot(path);
-    const auto* table = snapshot.model().entity(id.entityName);
+    auto snapshot = store.snapshot();
+    if (!snapshot) return std::nullopt;
+    const auto* table = snapshot->model().entity(id.entityName);
     const auto column = StoreModel::storeName(attribute);
     if (!table || !table->hasColumn(column)) return std::nullopt;
     auto statement =
-        snapshot.database().prepare("SELECT " + column + " FROM " + table->tableName + " WHERE Z_PK = ?");
+        snapshot->database().prepare("SELECT " + column + " FROM " + table->tableName + " WHERE Z_PK = ?");
     statement.bind(1, id.primaryKey);
     if (!statement.step() || statement.isNull(0)) return std::nullopt;
     const auto stored = statement.blob(0);
-    snapshot.finish();
-    return decodeExternalStorageValue(stored, path);
+    snapshot->finish();
+    return decodeExternalStorageValue(stored, store.filePath());
   } catch (const SqliteException&) {
     return std::nullopt;
   }

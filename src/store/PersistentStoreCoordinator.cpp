@@ -7,6 +7,7 @@
 #include "store/StoreErrors.hpp"
 #include "store/StoreFileCopy.hpp"
 #include "store/StoreSnapshot.hpp"
+#include "store/TemporaryStoreCopy.hpp"
 
 namespace quillan::store {
 namespace {
@@ -33,14 +34,14 @@ std::optional<platform::Error> checkJournal(const std::filesystem::path& path) {
   // The app creates its store on first save; until then there is nothing to check.
   if (!std::filesystem::exists(path)) return std::nullopt;
   try {
-    StoreSnapshot snapshot(path);
-    if (!snapshot.database().hasTable("Z_PRIMARYKEY")) {
+    auto snapshot = StoreSnapshot::open(path);
+    if (!snapshot->database().hasTable("Z_PRIMARYKEY")) {
       return StoreErrors::incompatibleModel(path, "the store has no Z_PRIMARYKEY table");
     }
-    if (auto reason = incompatibility(snapshot.model())) {
+    if (auto reason = incompatibility(snapshot->model())) {
       return StoreErrors::incompatibleModel(path, *reason);
     }
-    snapshot.finish();
+    snapshot->finish();
     return std::nullopt;
   } catch (const SqliteException& failure) {
     return StoreErrors::fileError(path, failure);
@@ -81,6 +82,8 @@ Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::migratePers
     const std::shared_ptr<PersistentStore>& store, const platform::URL& url, const Options& /*options*/,
     const std::string& type) {
   const auto destination = url.filePath();
+  // Copies left by a run killed mid-move go whether or not this one copies.
+  TemporaryStoreCopy::removeAbandoned(destination);
   // A journal already at the destination is the app's current one, newer than
   // any legacy copy: replacing it would lose what was written since.
   if (std::filesystem::exists(destination)) return destinationExistsError(destination);

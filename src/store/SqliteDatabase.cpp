@@ -99,9 +99,9 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, Mode mode,
                                int busyTimeoutMilliseconds) {
   int flags = SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX;
   std::string name;
-  if (mode == Mode::readOnly) {
+  if (mode == Mode::readOnly || mode == Mode::readOnlyImmutable) {
     flags |= SQLITE_OPEN_READONLY;
-    name = readOnlyURI(path);
+    name = readOnlyURI(path, mode == Mode::readOnlyImmutable);
   } else {
     flags |= SQLITE_OPEN_READWRITE | (mode == Mode::readWriteCreate ? SQLITE_OPEN_CREATE : 0);
     name = path.string();
@@ -141,7 +141,7 @@ bool SqliteDatabase::hasTable(std::string_view table) {
 
 std::int64_t SqliteDatabase::changes() const { return sqlite3_changes64(database_); }
 
-std::string SqliteDatabase::readOnlyURI(const std::filesystem::path& path) {
+std::string SqliteDatabase::readOnlyURI(const std::filesystem::path& path, bool immutable) {
   std::string uri = "file:";
   for (char c : std::filesystem::absolute(path).string()) {
     switch (c) {
@@ -151,7 +151,7 @@ std::string SqliteDatabase::readOnlyURI(const std::filesystem::path& path) {
       default: uri.push_back(c);
     }
   }
-  return uri + "?mode=ro";
+  return uri + (immutable ? "?mode=ro&immutable=1" : "?mode=ro");
 }
 
 SqliteTransaction::SqliteTransaction(SqliteDatabase& database, std::string_view begin)

@@ -60,9 +60,11 @@ class SqliteStatement {
 
 // An open connection. Read-only connections open the file through a
 // `file:...?mode=ro` URI so that they never create, checkpoint or rewrite it.
+// An immutable one (`&immutable=1`) also takes no locks and ignores -wal and
+// -shm: only for a journal that no writer has open.
 class SqliteDatabase {
  public:
-  enum class Mode { readOnly, readWrite, readWriteCreate };
+  enum class Mode { readOnly, readOnlyImmutable, readWrite, readWriteCreate };
 
   SqliteDatabase(const std::filesystem::path& path, Mode mode, int busyTimeoutMilliseconds = 1000);
   ~SqliteDatabase();
@@ -76,8 +78,8 @@ class SqliteDatabase {
   std::int64_t changes() const;
   sqlite3* handle() const { return database_; }
 
-  // "file:<percent-encoded path>?mode=ro"
-  static std::string readOnlyURI(const std::filesystem::path& path);
+  // "file:<percent-encoded path>?mode=ro", with "&immutable=1" if asked
+  static std::string readOnlyURI(const std::filesystem::path& path, bool immutable = false);
 
  private:
   sqlite3* database_ = nullptr;

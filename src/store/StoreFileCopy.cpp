@@ -10,20 +10,14 @@
 
 #include "store/ExternalStorage.hpp"
 #include "store/SqliteDatabase.hpp"
+#include "store/StoreSnapshot.hpp"
+#include "store/TemporaryStoreCopy.hpp"
 
 namespace quillan::store {
 namespace {
 
-const char* const kCompanionSuffixes[] = {"-wal", "-shm", "-journal"};
-
 std::filesystem::path withSuffix(const std::filesystem::path& path, const char* suffix) {
   return path.parent_path() / (path.filename().string() + suffix);
-}
-
-void removeWithCompanions(const std::filesystem::path& path) {
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
-  for (const char* suffix : kCompanionSuffixes) std::filesystem::remove(withSuffix(path, suffix), ignored);
 }
 
 void fsyncPath(const std::filesystem::path& path, int flags) {
@@ -37,9 +31,11 @@ void fsyncPath(const std::filesystem::path& path, int flags) {
 }
 
 void backup(const std::filesystem::path& source, const std::filesystem::path& target) {
-  SqliteDatabase from(source, SqliteDatabase::Mode::readOnly);
+  // Read as every read of a journal is: one snapshot, even where the legacy
+  // folder cannot be written.
+  auto from = StoreSnapshot::open(source);
   SqliteDatabase to(target, SqliteDatabase::Mode::readWriteCreate);
-  sqlite3_backup* copy = sqlite3_backup_init(to.handle(), "main", from.handle(), "main");
+  sqlite3_backup* copy = sqlite3_backup_init(to.handle(), "main", from->database().handle(), "main");
   if (!copy) throw SqliteException(sqlite3_errcode(to.handle()), sqlite3_errmsg(to.handle()));
   sqlite3_backup_step(copy, -1);
   const int code = sqlite3_backup_finish(copy);
@@ -67,30 +63,20 @@ void renameWithoutReplacing(const std::filesystem::path& from, const std::filesy
 }  // namespace
 
 std::filesystem::path temporaryCopyPath(const std::filesystem::path& destination) {
-  // Appended rather than "." + name: GCC 12 at -O3 reports a false overlap in that form.
-  std::string name = ".";
-  name += destination.filename().string();
-  name += ".migrating-" + std::to_string(::getpid());
-  return destination.parent_path() / name;
+  return TemporaryStoreCopy::pathFor(destination, ::getpid());
 }
 
 void copyStoreFile(const std::filesystem::path& source, const std::filesystem::path& destination) {
-  const auto temporary = temporaryCopyPath(destination);
-  removeWithCompanions(temporary);
-  try {
-    backup(source, temporary);
-    fsyncPath(temporary, O_RDONLY);
-    if (std::filesystem::exists(destination)) throw DestinationExists(destination.string() + " already exists");
-    std::error_code ignored;
-    std::filesystem::remove(withSuffix(destination, "-wal"), ignored);
-    std::filesystem::remove(withSuffix(destination, "-shm"), ignored);
-    renameWithoutReplacing(temporary, destination);
-    fsyncPath(destination.parent_path().empty() ? "." : destination.parent_path(), O_RDONLY | O_DIRECTORY);
-  } catch (...) {
-    removeWithCompanions(temporary);
-    throw;
-  }
-  removeWithCompanions(temporary);
+  TemporaryStoreCopy::removeAbandoned(destination);
+  const TemporaryStoreCopy temporary(destination);
+  backup(source, temporary.path());
+  fsyncPath(temporary.path(), O_RDONLY);
+  if (std::filesystem::exists(destination)) throw DestinationExists(destination.string() + " already exists");
+  std::error_code ignored;
+  std::filesystem::remove(withSuffix(destination, "-wal"), ignored);
+  std::filesystem::remove(withSuffix(destination, "-shm"), ignored);
+  renameWithoutReplacing(temporary.path(), destination);
+  fsyncPath(destination.parent_path().empty() ? "." : destination.parent_path(), O_RDONLY | O_DIRECTORY);
 }
 
 void copyExternalData(const std::filesystem::path& source, const std::filesystem::path& destination) {

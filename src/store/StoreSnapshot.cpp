@@ -1,10 +1,42 @@
 #include "store/StoreSnapshot.hpp"
 
-namespace quillan::store {
+#include <sqlite3.h>
 
-StoreSnapshot::StoreSnapshot(const std::filesystem::path& storePath)
-    : database_(storePath, SqliteDatabase::Mode::readOnly),
-      transaction_(database_),
-      model_(StoreModel::read(database_)) {}
+namespace quillan::store {
+namespace {
+
+bool exists(const std::filesystem::path& path, const char* suffix) {
+  std::error_code ignored;
+  return std::filesystem::exists(path.string() + suffix, ignored);
+}
+
+// A read-only connection to a WAL journal needs its -shm: shared if it is
+// there, made beside the journal if the folder lets it. When neither is
+// possible SQLite refuses the read. If the app has closed the journal cleanly
+// (no -wal holding commits, no rollback journal to replay) the main file is
+// the whole journal and can be read as immutable; otherwise it cannot be read
+// without losing commits, and the failure stands.
+bool readsAsImmutable(const std::filesystem::path& path, const SqliteException& failure) {
+  if (failure.code() != SQLITE_READONLY && failure.code() != SQLITE_CANTOPEN) return false;
+  return std::filesystem::exists(path) && !exists(path, "-wal") && !exists(path, "-journal");
+}
+
+}  // namespace
+
+StoreSnapshot::StoreSnapshot(std::shared_ptr<SqliteDatabase> connection)
+    : database_(std::move(connection)), transaction_(*database_), model_(StoreModel::read(*database_)) {}
+
+std::unique_ptr<StoreSnapshot> StoreSnapshot::open(const std::filesystem::path& storePath) {
+  try {
+    return on(std::make_shared<SqliteDatabase>(storePath, SqliteDatabase::Mode::readOnly));
+  } catch (const SqliteException& failure) {
+    if (!readsAsImmutable(storePath, failure)) throw;
+    return on(std::make_shared<SqliteDatabase>(storePath, SqliteDatabase::Mode::readOnlyImmutable));
+  }
+}
+
+std::unique_ptr<StoreSnapshot> StoreSnapshot::on(std::shared_ptr<SqliteDatabase> connection) {
+  return std::unique_ptr<StoreSnapshot>(new StoreSnapshot(std::move(connection)));
+}
 
 }  // namespace quillan::store

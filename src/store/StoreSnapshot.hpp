@@ -8,19 +8,26 @@
 
 namespace quillan::store {
 
-// One consistent read of the store: a fresh read-only connection (the app may
-// have replaced the files since the last read) inside one transaction, so the
-// reader sees one committed state, WAL included, and never blocks the writer.
+// One consistent read of the store inside one transaction, so the reader sees
+// one committed state, WAL included, and never blocks the writer.
 class StoreSnapshot {
  public:
-  explicit StoreSnapshot(const std::filesystem::path& storePath);
+  // A fresh read-only connection: the app may have replaced the files since the
+  // last read. A journal in a folder the reader cannot write, with no -wal or
+  // -shm to share, is read as an immutable file (see readsAsImmutable).
+  static std::unique_ptr<StoreSnapshot> open(const std::filesystem::path& storePath);
+  // A read through a connection kept open by the caller.
+  static std::unique_ptr<StoreSnapshot> on(std::shared_ptr<SqliteDatabase> connection);
 
-  SqliteDatabase& database() { return database_; }
+  SqliteDatabase& database() { return *database_; }
+  const std::shared_ptr<SqliteDatabase>& connection() const { return database_; }
   const StoreModel& model() const { return model_; }
   void finish() { transaction_.commit(); }
 
  private:
-  SqliteDatabase database_;
+  explicit StoreSnapshot(std::shared_ptr<SqliteDatabase> connection);
+
+  std::shared_ptr<SqliteDatabase> database_;
   SqliteTransaction transaction_;
   StoreModel model_;
 };

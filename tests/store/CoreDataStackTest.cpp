@@ -104,6 +104,19 @@ TEST_F(CoreDataStackTest, SameURLNeitherMigratesNorDeletes) {
   EXPECT_TRUE(printed_.empty());
 }
 
+TEST_F(CoreDataStackTest, AFailedMoveKeepsCommitsInTheLegacyWalReadable) {
+  fixtures::JournalLayout layout;
+  layout.walAutocheckpoint = 0;
+  fixtures::JournalWriter writer(legacyStore(), layout);
+  writer.addNote({.info = "checkpointed?"});
+  writer.addNote({.info = "only in the wal"});
+  writeJournal(sharedStore(), {"current"});
+  auto stack = CoreDataStack::makeForTesting();
+  auto& container = stack->persistentContainer();
+  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+  EXPECT_EQ(infos(container), (std::vector<std::string>{"checkpointed?", "only in the wal"}));
+}
+
 TEST_F(CoreDataStackTest, FailedMigrationPrintsOneLineAndStillDeletes) {
   writeJournal(legacyStore(), {"lost"});
   std::filesystem::create_directories(sharedStore() / "in-the-way");
@@ -121,10 +134,12 @@ TEST_F(CoreDataStackTest, ALegacyStoreNeverReplacesTheJournalInTheGroupContainer
   writeJournal(sharedStore(), {"current", "newer"});
   const auto before = std::filesystem::file_size(sharedStore());
   auto stack = CoreDataStack::makeForTesting();
-  stack->persistentContainer();
+  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"old"})
+      << "the run that deletes the legacy file goes on reading the journal it loaded";
   ASSERT_EQ(printed_.size(), 1u);
   EXPECT_NE(printed_[0].find("already exists"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"old"}) << "and on every later read";
   EXPECT_EQ(std::filesystem::file_size(sharedStore()), before);
   EXPECT_EQ(infos(CoreDataStack::makeForTesting()->persistentContainer()),
             (std::vector<std::string>{"current", "newer"}));

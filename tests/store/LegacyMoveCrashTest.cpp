@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <random>
+
+#include "StoreTestSupport.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "platform/FileManager.hpp"
+#include "store/CoreDataStack.hpp"
+#include "store/TemporaryStoreCopy.hpp"
+
+namespace quillan::store {
+namespace {
+
+using namespace testing;
+
+constexpr int kNotes = 20000;
+
+// The legacy move killed at any moment: the next run finishes or gives up the
+// move, and the group container then holds the journal and nothing else.
+class LegacyMoveCrashTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directories(group());
+    std::filesystem::create_directories(support());
+    platform::FileManager::setGroupContainerDirectory(group());
+    platform::FileManager::setApplicationSupportDirectory(support());
+    platform::ExtensionLog::setSink([](std::string_view) {});
+  }
+  void TearDown() override { platform::ExtensionLog::setSink({}); }
+
+  std::filesystem::path group() const { return directory_ / "group"; }
+  std::filesystem::path support() const { return directory_ / "support"; }
+  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
+  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
+
+  void writeTemplate() {
+    fixtures::JournalWriter writer(directory_ / "template.sqlite");
+    writer.begin();
+    for (int i = 0; i < kNotes; ++i) writer.addNote({.info = std::string(200, 'n')});
+    writer.commit();
+  }
+
+  void resetToLegacyState() {
+    std::filesystem::remove_all(group());
+    std::filesystem::create_directories(group());
+    std::filesystem::copy_file(directory_ / "template.sqlite", legacyStore(),
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+
+  static pid_t startMove() {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      CoreDataStack::makeForTesting()->persistentContainer();
+      ::_exit(0);
+    }
+    return child;
+  }
+
+  std::vector<std::string> groupEntries() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(group())) {
+      names.push_back(entry.path().filename().string());
+    }
+    return names;
+  }
+
+  TemporaryDirectory directory_;
+};
+
+TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) {
+  writeTemplate();
+  resetToLegacyState();
+  const auto started = std::chrono::steady_clock::now();
+  ::waitpid(startMove(), nullptr, 0);
+  const auto moveTime = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
+                                                                              started);
+  ASSERT_FALSE(std::filesystem::exists(legacyStore()));
+
+  const auto seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed) + ", one move takes " + std::to_string(moveTime.count()) + " us");
+  std::mt19937 random(seed);
+  std::uniform_int_distribution<long> moment(0, moveTime.count() * 5 / 4);
+  for (int round = 0; round < 24; ++round) {
+    resetToLegacyState();
+    const auto delay = moment(random);
+    const pid_t child = startMove();
+    ::usleep(static_cast<useconds_t>(delay));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+
+    auto next = CoreDataStack::makeForTesting();
+    EXPECT_EQ(fetchNotes(*next->persistentContainer().viewContext()).size(), static_cast<std::size_t>(kNotes))
+        << "killed after " << delay << " us";
+    EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+    for (const auto& name : groupEntries()) {
+      EXPECT_EQ(name.rfind("Quillan.sqlite", 0), 0u) << name << " left behind, killed after " << delay << " us";
+    }
+  }
+}
+
+TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
+  // A writer that has finished: its pid is gone and nothing holds its lock.
+  const pid_t finished = ::fork();
+  if (finished == 0) ::_exit(0);
+  ::waitpid(finished, nullptr, 0);
+  const auto abandoned = TemporaryStoreCopy::pathFor(sharedStore(), finished);
+  for (const char* suffix : {"", "-wal", "-shm"}) std::ofstream(abandoned.string() + suffix) << "half";
+
+  // A writer still copying.
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const pid_t copying = ::fork();
+  if (copying == 0) {
+    const TemporaryStoreCopy copy(sharedStore());
+    [[maybe_unused]] const auto written = ::write(ready[1], "x", 1);
+    ::pause();
+    ::_exit(0);
+  }
+  char byte;
+  ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+  const auto inProgress = TemporaryStoreCopy::pathFor(sharedStore(), copying);
+  std::ofstream(group() / ".Quillan.sqlite.migrating-notes") << "not ours: no pid";
+
+  TemporaryStoreCopy::removeAbandoned(sharedStore());
+  EXPECT_FALSE(std::filesystem::exists(abandoned));
+  EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-wal"));
+  EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-shm"));
+  EXPECT_TRUE(std::filesystem::exists(inProgress)) << "a live writer's copy stays";
+  EXPECT_TRUE(std::filesystem::exists(group() / ".Quillan.sqlite.migrating-notes"));
+
+  ::kill(copying, SIGKILL);
+  ::waitpid(copying, nullptr, 0);
+  TemporaryStoreCopy::removeAbandoned(sharedStore());
+  EXPECT_FALSE(std::filesystem::exists(inProgress)) << "once its writer is killed it is abandoned";
+  ::close(ready[0]);
+  ::close(ready[1]);
+}
+
+TEST_F(LegacyMoveCrashTest, CompanionsOfACopyAlreadyRenamedAreRemoved) {
+  const pid_t finished = ::fork();
+  if (finished == 0) ::_exit(0);
+  ::waitpid(finished, nullptr, 0);
+  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), finished);
+  std::ofstream(renamed.string() + "-shm") << "left after the rename";
+  TemporaryStoreCopy::removeAbandoned(sharedStore());
+  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
+}
+
+}  // namespace
+}  // namespace quillan::store

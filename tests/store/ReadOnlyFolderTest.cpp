@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include "StoreTestSupport.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "platform/FileManager.hpp"
+#include "store/CoreDataStack.hpp"
+
+namespace quillan::store {
+namespace {
+
+using namespace testing;
+
+constexpr uid_t kNobody = 65534;
+
+// Runs `read` in a child that cannot write the journal's folder: as root the
+// child drops to nobody (root writes anywhere), otherwise the folder is made
+// read-only. The child's exit status is 0 when `read` answers true.
+int readWithoutWriteAccess(const std::filesystem::path& folder, const std::function<bool()>& read) {
+  ::chmod(folder.c_str(), 0555);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::geteuid() == 0 && (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) {
+      ::_exit(3);
+    }
+    ::_exit(read() ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ::chmod(folder.c_str(), 0755);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::vector<std::string> infosIn(PersistentContainer& container) {
+  std::vector<std::string> out;
+  auto fetched = container.viewContext()->fetch(Note::fetchRequest());
+  if (!fetched.ok()) return {"fetch failed: " + fetched.error().description()};
+  for (const auto& note : fetched.value()) out.push_back(note->info().value_or(""));
+  return out;
+}
+
+class ReadOnlyFolderTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    // The unprivileged child must be able to reach the files.
+    ::chmod(directory_.path().c_str(), 0755);
+    std::filesystem::create_directories(group());
+    std::filesystem::create_directories(directory_ / "support");
+    platform::FileManager::setGroupContainerDirectory(group());
+    platform::FileManager::setApplicationSupportDirectory(directory_ / "support");
+  }
+
+  std::filesystem::path group() const { return directory_ / "group"; }
+  std::filesystem::path journal() const { return group() / "Quillan.sqlite"; }
+
+  bool readsExactly(const std::vector<std::string>& expected) const {
+    auto stack = CoreDataStack::makeForTesting();
+    return infosIn(stack->persistentContainer()) == expected;
+  }
+
+  TemporaryDirectory directory_;
+};
+
+TEST_F(ReadOnlyFolderTest, AJournalTheAppClosedCleanlyIsReadImmutable) {
+  {
+    fixtures::JournalWriter writer(journal());
+    writer.addNote({.info = "one"});
+    writer.addNote({.info = "two"});
+  }
+  ASSERT_FALSE(std::filesystem::exists(journal().string() + "-wal"));
+  const auto before = fileContents(journal());
+  EXPECT_EQ(readWithoutWriteAccess(group(), [this] { return readsExactly({"one", "two"}); }), 0);
+  EXPECT_EQ(fileContents(journal()), before);
+  EXPECT_FALSE(std::filesystem::exists(journal().string() + "-wal")) << "the reader created nothing";
+}
+
+TEST_F(ReadOnlyFolderTest, AJournalTheAppHasOpenIsReadThroughItsWal) {
+  fixtures::JournalLayout layout;
+  layout.walAutocheckpoint = 0;
+  fixtures::JournalWriter writer(journal(), layout);
+  writer.addNote({.info = "committed"});
+  writer.addNote({.info = "still in the wal"});
+  ASSERT_TRUE(std::filesystem::exists(journal().string() + "-wal"));
+  ASSERT_TRUE(std::filesystem::exists(journal().string() + "-shm"));
+  EXPECT_EQ(readWithoutWriteAccess(group(), [this] { return readsExactly({"committed", "still in the wal"}); }), 0);
+}
+
+TEST_F(ReadOnlyFolderTest, AWalWithoutItsIndexCannotBeReadAndStopsWithTheLoadReport) {
+  fixtures::JournalLayout layout;
+  layout.walAutocheckpoint = 0;
+  {
+    fixtures::JournalWriter writer(journal(), layout);
+    writer.addNote({.info = "only in the wal"});
+    // A crashed app leaves its -wal; keep a copy as it was before the close.
+    std::filesystem::copy_file(journal().string() + "-wal", directory_ / "crashed-wal");
+  }
+  std::filesystem::copy_file(directory_ / "crashed-wal", journal().string() + "-wal",
+                             std::filesystem::copy_options::overwrite_existing);
+  std::filesystem::remove(journal().string() + "-shm");
+  // Reading the main file alone would silently lose the commits in the WAL.
+  const int status = readWithoutWriteAccess(group(), [] {
+    ::close(STDERR_FILENO);
+    CoreDataStack::makeForTesting()->persistentContainer();
+    return true;
+  });
+  EXPECT_NE(status, 0);
+  EXPECT_NE(status, 3) << "could not drop privileges";
+}
+
+}  // namespace
+}  // namespace quillan::store
