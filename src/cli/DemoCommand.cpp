@@ -61,6 +61,11 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
     const auto container = makeTemporaryGroupContainer();
     writeSampleJournal(container, host);
     platform::FileManager::setGroupContainerDirectory(container);
+    // The sample is drawn as a phone of its own: a legacy journal wherever
+    // --app-support or the default points must not be moved into it (and so
+    // deleted).
+    platform::FileManager::setApplicationSupportDirectory(
+        platform::FileManager::applicationSupportBeside(container));
     subtitle = "A sample journal in " + container.string() + ".";
   }
   subtitle += " Drawn at " + platform::ISO8601::format(platform::Clock::now(), platform::TimeZone::current()) + ".";

@@ -26,7 +26,8 @@ void HostOptions::addTo(CLI::App& command) {
       ->group("Environment");
   command.add_option("--app-support", appSupport,
                      "the extension's application-support folder, where a legacy journal is looked for\n"
-                     "(default: $XDG_DATA_HOME/quillan-widgets/Application Support)")
+                     "(default: \"Application Support\" beside the group container, so\n"
+                     "$XDG_DATA_HOME/quillan-widgets/Application Support when neither is given)")
       ->group("Environment");
   command.add_option("--now", now, "pin the clock: ISO-8601 with offset or Z, e.g. 2026-11-22T08:30:00+01:00")
       ->group("Environment");

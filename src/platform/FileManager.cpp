@@ -71,7 +71,9 @@ std::optional<URL> FileManager::containerURL(std::string_view groupIdentifier) {
 URL FileManager::applicationSupportDirectory() {
   auto& state = locations();
   std::lock_guard lock(state.mutex);
-  return directoryURL(state.applicationSupport.value_or(defaultApplicationSupportDirectory()));
+  if (state.applicationSupport) return directoryURL(*state.applicationSupport);
+  if (state.groupContainer) return directoryURL(applicationSupportBeside(*state.groupContainer));
+  return directoryURL(defaultApplicationSupportDirectory());
 }
 
 void FileManager::setGroupContainerDirectory(std::filesystem::path directory) {
@@ -91,7 +93,13 @@ std::filesystem::path FileManager::defaultGroupContainerDirectory() {
 }
 
 std::filesystem::path FileManager::defaultApplicationSupportDirectory() {
-  return dataHome() / "quillan-widgets" / "Application Support";
+  return applicationSupportBeside(defaultGroupContainerDirectory());
+}
+
+std::filesystem::path FileManager::applicationSupportBeside(const std::filesystem::path& groupContainer) {
+  auto container = std::filesystem::absolute(groupContainer).lexically_normal();
+  if (container.filename().empty()) container = container.parent_path();
+  return container.parent_path() / "Application Support";
 }
 
 bool FileManager::fileExists(const std::filesystem::path& path) {

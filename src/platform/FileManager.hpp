@@ -13,8 +13,11 @@ namespace quillan::platform {
 // and the extension's application-support folder are folders the host names
 // (--group-container, --app-support), else XDG defaults:
 //   group container: $XDG_DATA_HOME/quillan-widgets/group.com.tarvelo.Quillan
-//   application support: $XDG_DATA_HOME/quillan-widgets/Application Support
-// ($XDG_DATA_HOME defaults to ~/.local/share).
+//   application support: "Application Support" beside the group container,
+//     so $XDG_DATA_HOME/quillan-widgets/Application Support by default
+// ($XDG_DATA_HOME defaults to ~/.local/share). The two folders stand for one
+// phone: a journal named by its group container alone is never paired with the
+// legacy journal of another (which the legacy move would delete).
 class FileManager {
  public:
   // containerURL(forSecurityApplicationGroupIdentifier:): the group's container
@@ -26,6 +29,8 @@ class FileManager {
   static void setApplicationSupportDirectory(std::filesystem::path directory);
   static std::filesystem::path defaultGroupContainerDirectory();
   static std::filesystem::path defaultApplicationSupportDirectory();
+  // "Application Support" beside `groupContainer`.
+  static std::filesystem::path applicationSupportBeside(const std::filesystem::path& groupContainer);
 
   static bool fileExists(const std::filesystem::path& path);
   // removeItem(at:): removes one file; the error carries a localised description

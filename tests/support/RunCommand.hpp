@@ -16,8 +16,11 @@ struct CommandResult {
 };
 
 // Runs the built quillan-widgets with `arguments` and a clean environment (no
-// TZ or LANG from the machine), collecting both output streams.
-inline CommandResult runCommand(const std::vector<std::string>& arguments) {
+// TZ or LANG from the machine, HOME=/nonexistent-home unless `environment`
+// names another, plus the NAME=value entries of `environment`), collecting
+// both output streams.
+inline CommandResult runCommand(const std::vector<std::string>& arguments,
+                                const std::vector<std::string>& environment = {}) {
   int outPipe[2], errPipe[2];
   if (pipe(outPipe) != 0 || pipe(errPipe) != 0) return {};
   const pid_t child = fork();
@@ -32,10 +35,12 @@ inline CommandResult runCommand(const std::vector<std::string>& arguments) {
     std::vector<std::string> copies = arguments;
     for (auto& argument : copies) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    char home[] = "HOME=/nonexistent-home";
-    char tz[] = "TZ=UTC";
-    char* environment[] = {home, tz, nullptr};
-    execve(argv[0], argv.data(), environment);
+    std::vector<std::string> entries = {"HOME=/nonexistent-home", "TZ=UTC"};
+    entries.insert(entries.end(), environment.begin(), environment.end());
+    std::vector<char*> envp;
+    for (auto& entry : entries) envp.push_back(entry.data());
+    envp.push_back(nullptr);
+    execve(argv[0], argv.data(), envp.data());
     _exit(127);
   }
   close(outPipe[1]);
