@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <functional>
@@ -16,24 +14,13 @@ namespace {
 
 using namespace testing;
 
-constexpr uid_t kNobody = 65534;
-
-// Runs `read` in a child that cannot write the journal's folder: as root the
-// child drops to nobody (root writes anywhere), otherwise the folder is made
-// read-only. The child's exit status is 0 when `read` answers true.
+// Runs `read` where the journal's folder cannot be written (root writes
+// anywhere, so the child runs as nobody). 0 when `read` answers true.
 int readWithoutWriteAccess(const std::filesystem::path& folder, const std::function<bool()>& read) {
   ::chmod(folder.c_str(), 0555);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::geteuid() == 0 && (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) {
-      ::_exit(3);
-    }
-    ::_exit(read() ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
+  const int status = runUnprivileged(read);
   ::chmod(folder.c_str(), 0755);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return status;
 }
 
 std::vector<std::string> infosIn(PersistentContainer& container) {

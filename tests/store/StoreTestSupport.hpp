@@ -1,10 +1,13 @@
 #pragma once
 
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -57,6 +60,24 @@ inline fixtures::Bytes bytes(std::initializer_list<int> values) {
   fixtures::Bytes out;
   for (int value : values) out.push_back(static_cast<std::uint8_t>(value));
   return out;
+}
+
+// Runs `check` in a child process without root's powers: as nobody when the
+// tests run as root (as CI does), else as the current user. The child's exit
+// status is 0 when `check` answers true, 1 when false, 3 when privileges could
+// not be dropped; 128 + N when signal N ended it.
+inline int runUnprivileged(const std::function<bool()>& check) {
+  constexpr uid_t kNobody = 65534;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::geteuid() == 0 && (::setgroups(0, nullptr) != 0 || ::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) {
+      ::_exit(3);
+    }
+    ::_exit(check() ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
