@@ -104,23 +104,5 @@ TEST(BundleSchedule, EveryWidgetReloadsOnceAtEachLocalStartOfDay) {
   }
 }
 
-TEST(BundleSchedule, LivingThroughTheWeekEventByEventGivesTheSameLog) {
-  const auto& week = kWeeks[4];
-  quillan::testing::ProcessEnvironment environment(week.placed, week.zone);
-  EventLog jumped;
-  EventLog stepped;
-  Scheduler jumping(at(week.placed), askBundle, jumped.listener());
-  Scheduler stepping(at(week.placed), askBundle, stepped.listener());
-  for (const auto& kind : bundleKinds()) {
-    jumping.place(kind);
-    stepping.place(kind);
-  }
-  jumping.advanceTo(at(week.end));
-  for (auto next = stepping.nextEventTime(); next && *next <= at(week.end); next = stepping.nextEventTime()) {
-    stepping.advanceTo(*next);
-  }
-  EXPECT_EQ(jumped.events, stepped.events);
-}
-
 }  // namespace
 }  // namespace quillan::host
