@@ -12,7 +12,7 @@ namespace quillan::host {
 // change re-anchors the clock at the virtual instant it has reached, so
 // changing the rate mid-run never makes time jump; only pin() sets a new
 // instant. Real time comes from `realTime`, the system's unless a test
-// supplies its own.
+// supplies its own. Not thread-safe.
 //
 //   HostClock clock;               // live
 //   clock.runFaster(60);           // from now on an hour passes in a minute

@@ -1,6 +1,8 @@
 #include "host/PlacedWidget.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace quillan::host {
 namespace {

@@ -1,6 +1,5 @@
 #include "host/Scheduler.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <tuple>
@@ -53,6 +52,7 @@ std::string isoUTC(Date date) { return platform::ISO8601::format(date, 0); }
 Scheduler::Scheduler(Date start, TimelineSource source, Listener listener, SchedulerOptions options)
     : now_(start), source_(std::move(source)), listener_(std::move(listener)), options_(options) {
   requireFinite(start, "the scheduler's start");
+  if (!source_) throw std::invalid_argument("the scheduler needs a timeline source");
   checkSchedulerOptions(options_);
 }
 

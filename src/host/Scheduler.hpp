@@ -24,7 +24,9 @@ namespace quillan::host {
 // For each placed widget it
 // - asks the source for a timeline when the widget is placed (free);
 // - shows the entry whose date is the latest not after now, and swaps to each
-//   later entry when its date arrives, without asking;
+//   later entry when its date arrives, without asking. Until a timeline's
+//   first date arrives the widget keeps what it showed, or, never having shown
+//   an entry, its placeholder;
 // - asks again when the policy comes due: after(d) at d; atEnd when the last
 //   entry's date arrives (the widget has shown everything it was given);
 //   never only on reloadAll. A policy date already passed when the timeline
@@ -39,14 +41,16 @@ namespace quillan::host {
 //
 // Events at the same instant are handled widget by widget in placement order,
 // an entry swap before a reload. The listener hears every event as it
-// happens. Neither the listener nor the source may call back into the
-// scheduler (that throws std::logic_error); it is not thread-safe.
+// happens and may read the scheduler's state; neither it nor the source may
+// change the scheduler (that throws std::logic_error). Not thread-safe: a
+// server guards it with one lock.
 class Scheduler {
  public:
   using Listener = std::function<void(const SchedulerEvent&)>;
 
   // Starts the virtual time at `start`, with no widget placed. Throws
-  // std::invalid_argument for options out of range or a non-finite start.
+  // std::invalid_argument for options out of range, a non-finite start or an
+  // empty source.
   Scheduler(platform::Date start, TimelineSource source, Listener listener = {}, SchedulerOptions options = {});
 
   // Places the widget `kind` and asks for its first timeline at now(). Throws

@@ -375,6 +375,7 @@ TEST_F(SchedulerTest, RejectsBadCallsWithOneLine) {
             "minimum reload interval must be between 1 and 86400 seconds, got 0.5");
   EXPECT_EQ(message([&] { Scheduler(utc("10:00:00"), fake.source(), {}, {.maxRetryDelay = 60}); }),
             "longest retry delay must be between 300 and 86400 seconds, got 60");
+  EXPECT_EQ(message([] { Scheduler(utc("10:00:00"), TimelineSource{}); }), "the scheduler needs a timeline source");
   EXPECT_EQ(scheduler.widgets().size(), 1u);
   EXPECT_EQ(scheduler.now(), utc("10:00:00"));
 }
