@@ -164,9 +164,8 @@ TEST(ExternalStorage, ReferencesToAnythingButAFileInTheFolderAreAbsentData) {
   std::filesystem::create_directories(folder / "0B9E6A4C-0000-4000-8000-000000000001");
   std::ofstream(directory / "outside") << "not in the folder";
   auto reference = [](std::string_view name) {
-    std::vector<std::uint8_t> stored = {0x02};
-    stored.insert(stored.end(), name.begin(), name.end());
-    return stored;
+    const std::string stored = "\x02" + std::string(name);
+    return std::vector<std::uint8_t>(stored.begin(), stored.end());
   };
   using namespace std::string_view_literals;
   for (const auto name : {"."sv, ".."sv, "../../outside"sv, "\0\0\0\0\x0c"sv, "\0"sv, ""sv,
