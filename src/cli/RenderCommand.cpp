@@ -109,7 +109,7 @@ int run(const RenderOptions& options, const HostOptions& host) {
     }
     return draw(options, drawing);
   }
-  if (options.kind.empty()) throw UsageError("render: --kind K (or --tree FILE) is required");
+  if (options.kind.empty()) throw UsageError("--kind: a widget kind is required (or --tree FILE)");
   const auto& widget = widgetOfKind(options.kind);
   const auto family = widget.supportedFamilies.front();
   // A widget is only ever placed in the family it offers.

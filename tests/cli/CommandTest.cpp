@@ -97,6 +97,8 @@ TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
       {{"timeline", "--kind", "StreakWidget", "--request", "later"}, "later"},
       {{"render", "--kind", "StreakWidget", "--format", "gif", "--group-container", folder.path().string()}, "gif"},
       {{"timeline"}, "--kind"},
+      {{"render", "--kind", ""}, "--kind"},
+      {{"sample-journal"}, "--group-container"},
       {{"frobnicate"}, "frobnicate"},
   };
   for (const auto& [arguments, named] : cases) {
