@@ -1,5 +1,7 @@
 #include "cli/HostOptions.hpp"
 
+#include "cli/OptionChecks.hpp"
+
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -13,7 +15,7 @@ namespace {
 void requireDirectory(const std::filesystem::path& path, std::string_view option) {
   std::error_code error;
   if (!std::filesystem::is_directory(path, error)) {
-    throw UsageError(std::string(option) + ": no such directory: " + path.string());
+    throw badOption(option, "no such directory", path.string());
   }
 }
 
@@ -36,12 +38,18 @@ void HostOptions::addTo(CLI::App& command) {
   command.add_option("--locale", locale, "ICU locale, e.g. de_DE or ja_JP@calendar=japanese (default: LC_ALL, LC_TIME, LANG)")
       ->group("Environment");
   command.add_option("--color-scheme", colorScheme,
-                     "light or dark (default: light; dark with --rendering-mode vibrant, as the lock screen is)")->group("Environment");
+                     "light or dark (default: light; dark with --rendering-mode vibrant, as the lock screen is)")
+      ->check(enumName<views::ColorScheme>("color scheme"))
+      ->group("Environment");
   command.add_option("--rendering-mode", renderingMode, "fullColor, accented or vibrant (default: fullColor)")
+      ->check(enumName<views::WidgetRenderingMode>("rendering mode"))
       ->group("Environment");
   command.add_option("--platform-version", platformVersion, "the phone's OS version X.Y (default: 17.0)")
+      ->check(cli::platformVersion())
       ->group("Environment");
-  command.add_option("--seed", seed, "seed the random source (writing prompts) for reproducible output")
+  command.add_option("--seed", seed,
+                     "seed the random source (writing prompts) for reproducible output: a whole decimal number")
+      ->transform(wholeNumber())
       ->group("Environment");
 }
 
@@ -56,19 +64,17 @@ void HostOptions::apply() const {
   }
   if (timeZone) {
     const auto zone = platform::TimeZone::named(*timeZone);
-    if (!zone) throw UsageError("--time-zone: unknown time zone: " + *timeZone);
+    if (!zone) throw badOption("--time-zone", "unknown time zone", *timeZone, "expected an IANA name, e.g. Europe/Berlin");
     platform::TimeZone::setCurrent(*zone);
   }
   if (locale) {
     const auto named = platform::Locale::named(*locale);
-    if (!named) throw UsageError("--locale: unknown locale: " + *locale);
+    if (!named) throw badOption("--locale", "unknown locale", *locale, "expected an ICU name, e.g. de_DE");
     platform::Locale::setCurrent(*named);
   }
   if (now) {
     const auto date = platform::ISO8601::parse(*now);
-    if (!date) {
-      throw UsageError("--now: not an ISO-8601 date with offset (e.g. 2026-11-22T08:30:00+01:00): " + *now);
-    }
+    if (!date) throw badOption("--now", "not an ISO-8601 date with offset", *now, "e.g. 2026-11-22T08:30:00+01:00");
     platform::Clock::pin(*date);
   }
   if (seed) platform::RandomSource::seed(*seed);

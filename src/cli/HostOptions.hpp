@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/UsageError.hpp"
 #include "views/Environment.hpp"
 
 namespace quillan::cli {
@@ -33,12 +34,6 @@ struct HostOptions {
 
   // The display environment for `family`. Throws UsageError on a bad value.
   views::Environment environment(views::WidgetFamily family) const;
-};
-
-// A bad value on the command line: one line on standard error, exit status 2.
-class UsageError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
 };
 
 }  // namespace quillan::cli

@@ -3,7 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cli/BoundedFile.hpp"
 #include "cli/Commands.hpp"
+#include "cli/OptionChecks.hpp"
 #include "cli/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
@@ -12,6 +14,12 @@
 
 namespace quillan::cli {
 namespace {
+
+// A widget shows a few hundred characters, and its tree as JSON is a few KB;
+// `render --format json` of a widget showing a long note still writes the
+// note's whole text. 4 MiB holds that for any note a person writes, and keeps
+// a stray device or huge file from being read whole.
+constexpr std::uintmax_t kTreeFileLimit = 4 * 1024 * 1024;
 
 struct RenderOptions {
   std::string kind;
@@ -32,7 +40,7 @@ void writeJson(const RenderOptions& options, const std::string& text) {
   }
   std::ofstream file(*options.output, std::ios::binary);
   file << text;
-  if (!file) throw UsageError("--output: cannot write " + options.output->string());
+  if (!file) throw badOption("--output", "cannot write", options.output->string());
 }
 
 // What to draw: a widget's current view, or a tree another host wrote.
@@ -42,30 +50,33 @@ struct Drawing {
   views::Node tree;
 };
 
-views::WidgetFamily familyNamed(const std::string& name) {
-  try {
-    return views::parseWidgetFamily(name);
-  } catch (const views::EnvironmentParseError& error) {
-    throw UsageError(std::string("--family: ") + error.what());
-  }
+// `option` is where the name came from: --family, or the tree file's "family".
+views::WidgetFamily familyNamed(const std::string& name, std::string_view option) {
+  if (const auto family = views::fromString<views::WidgetFamily>(name)) return *family;
+  throw badOption(option, "unknown widget family", name, "expected " + views::acceptedNames<views::WidgetFamily>());
 }
 
 // Reads a bare view tree, or the object `render --format json` prints.
 Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
-  std::ifstream file(*options.tree, std::ios::binary);
-  if (!file) throw UsageError("--tree: cannot read " + options.tree->string());
-  const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  const auto json = nlohmann::ordered_json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw UsageError("--tree: " + options.tree->string() + " is not JSON");
-  const bool wrapped = json.is_object() && json.contains("view");
-  std::string family = options.family.value_or(
-      wrapped && json.contains("family") && json["family"].is_string() ? json["family"].get<std::string>()
-                                                                        : "systemSmall");
+  const auto& path = *options.tree;
+  std::string text;
   try {
-    return {options.tree->stem().string(), host.environment(familyNamed(family)),
+    text = readBoundedFile(path, kTreeFileLimit);
+  } catch (const BoundedFileError& error) {
+    throw badOption("--tree", "cannot read", path.string(), error.what());
+  }
+  const auto json = nlohmann::ordered_json::parse(text, nullptr, /*allow_exceptions=*/false);
+  if (json.is_discarded()) throw badOption("--tree", "not JSON", path.string());
+  const bool wrapped = json.is_object() && json.contains("view");
+  const bool fileNamesFamily = wrapped && json.contains("family") && json["family"].is_string();
+  const auto family = options.family ? familyNamed(*options.family, "--family")
+                      : fileNamesFamily ? familyNamed(json["family"].get<std::string>(), "--tree")
+                                        : views::WidgetFamily::systemSmall;
+  try {
+    return {path.stem().string(), host.environment(family),
             views::nodeFromJson(wrapped ? json["view"] : json)};
   } catch (const views::ViewTreeJsonError& error) {
-    throw UsageError("--tree: " + options.tree->string() + ": " + error.what());
+    throw badOption("--tree", "not a view tree", path.string(), error.what());
   }
 }
 
@@ -74,8 +85,7 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
   if (options.format == "png") format = render::Format::png;
   else if (options.format == "svg") format = render::Format::svg;
   else if (options.format == "pdf") format = render::Format::pdf;
-  else throw UsageError("--format: unknown format \"" + options.format + "\" (expected json, png, svg or pdf)");
-  if (options.scale < 1 || options.scale > 3) throw UsageError("--scale: must be between 1 and 3");
+  else throw badOption("--format", "unknown format", options.format, "expected json, png, svg or pdf");
 
   render::RenderContext context;
   context.env = drawing.environment;
@@ -89,6 +99,8 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
 }
 
 int run(const RenderOptions& options, const HostOptions& host) {
+  // JSON needs no device, but a misspelt one is still an error rather than ignored.
+  deviceNamed(options.device);
   if (options.tree) {
     const auto drawing = treeFromFile(options, host);
     if (options.format == "json") {
@@ -97,12 +109,12 @@ int run(const RenderOptions& options, const HostOptions& host) {
     }
     return draw(options, drawing);
   }
-  if (options.kind.empty()) throw UsageError("render: --kind K (or --tree FILE) is required");
+  if (options.kind.empty()) throw UsageError("--kind: a widget kind is required (or --tree FILE)");
   const auto& widget = widgetOfKind(options.kind);
   const auto family = widget.supportedFamilies.front();
   // A widget is only ever placed in the family it offers.
-  if (options.family && familyNamed(*options.family) != family) {
-    throw UsageError("--family: " + widget.kind + " is offered only as " + familyName(family));
+  if (options.family && familyNamed(*options.family, "--family") != family) {
+    throw badOption("--family", "not offered by " + widget.kind, *options.family, "expected " + familyName(family));
   }
   const auto environment = host.environment(family);
   const auto entryDate = currentEntryDate(widget);
@@ -132,13 +144,18 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host) {
   auto options = std::make_shared<RenderOptions>();
   command->add_option("--kind", options->kind, "the widget's kind (see `list`)");
   command->add_option("--tree", options->tree,
-                      "draw a view tree from this JSON file instead (a bare tree, or what --format json prints)");
+                      "draw a view tree from this JSON file instead (a bare tree, or what --format json prints;\n"
+                      "a regular file of at most " + byteCountName(kTreeFileLimit) + ")");
   command->add_option("--family", options->family,
-                      "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)");
+                      "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)")
+      ->check(enumName<views::WidgetFamily>("widget family"));
   command->add_option("--format", options->format, "json, png, svg or pdf (default: json)");
   command->add_option("--output", options->output,
-                      "file to write (default: standard output for json, <kind>.<format> otherwise)");
-  command->add_option("--scale", options->scale, "pixels per point for PNG, 1 to 3 (default: 3)");
+                      "file to write, in an existing folder (default: standard output for json, <kind>.<format>\n"
+                      "otherwise)")
+      ->check(outputFilePath());
+  command->add_option("--scale", options->scale, "pixels per point for PNG, a decimal number from 1 to 3 (default: 3)")
+      ->transform(decimalNumberFrom(1, 3));
   command->add_option("--device", options->device, "device profile for the widget sizes (default: 393x852)");
   command->add_flag("--redacted", options->redacted, "draw privacy-sensitive content as placeholders");
   return [command, options, &host] {

@@ -13,7 +13,7 @@ Run addSampleJournalCommand(CLI::App& app, HostOptions& host) {
       "a streak of recent days, nothing yet today; relative to --now in --time-zone, reproducible with --seed");
   return [command, &host] {
     if (!command->parsed()) return -1;
-    if (!host.groupContainer) throw UsageError("sample-journal: --group-container DIR is required");
+    if (!host.groupContainer) throw UsageError("--group-container: sample-journal needs the folder to write into");
     const auto path = writeSampleJournal(*host.groupContainer, host);
     std::cout << "wrote " << path.string() << "\n";
     return 0;

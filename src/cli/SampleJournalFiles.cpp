@@ -1,7 +1,12 @@
 #include "cli/SampleJournalFiles.hpp"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <stdexcept>
 #include <string>
+
+#include "cli/QuotedValue.hpp"
 
 #include "fixtures/SampleJournal.hpp"
 #include "platform/Calendar.hpp"
@@ -18,7 +23,9 @@ constexpr const char* kStoreFileName = "Quillan.sqlite";
 
 std::filesystem::path makeTemporaryGroupContainer() {
   auto pattern = (std::filesystem::temp_directory_path() / "quillan-widgets-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw UsageError("cannot create a temporary folder in " + pattern);
+  if (mkdtemp(pattern.data()) == nullptr) {
+    throw std::runtime_error("cannot create a temporary folder " + quotedValue(pattern) + ": " + std::strerror(errno));
+  }
   const auto container = std::filesystem::path(pattern) / "group.com.tarvelo.Quillan";
   std::filesystem::create_directories(container);
   return container;
@@ -28,8 +35,8 @@ std::filesystem::path writeSampleJournal(const std::filesystem::path& container,
   for (const char* suffix : {"", "-wal", "-shm"}) {
     const auto existing = container / (std::string(kStoreFileName) + suffix);
     if (std::filesystem::exists(existing)) {
-      throw UsageError("--group-container: " + existing.string() +
-                       " already exists; not overwriting a journal (choose an empty folder)");
+      throw badOption("--group-container", "not overwriting a journal", existing.string(),
+                      "it already exists; choose an empty folder");
     }
   }
   return fixtures::SampleJournal::write(container, platform::Clock::now(), platform::Calendar::current(),

@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/OptionChecks.hpp"
 #include "cli/WidgetLookup.hpp"
 #include "render/HitTest.hpp"
 
@@ -16,8 +17,12 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
   };
   auto options = std::make_shared<Options>();
   command->add_option("--kind", options->kind, "the widget's kind (see `list`)")->required();
-  command->add_option("--x", options->x, "points from the left edge")->required();
-  command->add_option("--y", options->y, "points from the top edge")->required();
+  command->add_option("--x", options->x, "points from the left edge, a decimal number")
+      ->required()
+      ->transform(decimalNumber());
+  command->add_option("--y", options->y, "points from the top edge, a decimal number")
+      ->required()
+      ->transform(decimalNumber());
   command->add_option("--device", options->device, "device profile for the widget sizes (default: 393x852)");
   return [command, options, &host] {
     if (!command->parsed()) return -1;

@@ -11,7 +11,7 @@ widgets::TimelineRequest parseRequest(const std::string& text) {
   if (text == "timeline") return widgets::TimelineRequest::timeline;
   if (text == "snapshot") return widgets::TimelineRequest::snapshot;
   if (text == "placeholder") return widgets::TimelineRequest::placeholder;
-  throw UsageError("--request: unknown request \"" + text + "\" (expected timeline, snapshot or placeholder)");
+  throw badOption("--request", "unknown request", text, "expected timeline, snapshot or placeholder");
 }
 
 }  // namespace

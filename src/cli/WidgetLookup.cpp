@@ -13,7 +13,7 @@ const widgets::WidgetConfiguration& widgetOfKind(const std::string& kind) {
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
     known += (known.empty() ? "" : ", ") + widget.kind;
   }
-  throw UsageError("--kind: unknown widget kind \"" + kind + "\" (known: " + known + ")");
+  throw badOption("--kind", "unknown widget kind", kind, "known: " + known);
 }
 
 platform::Date currentEntryDate(const widgets::WidgetConfiguration& widget) {
@@ -32,7 +32,7 @@ render::DeviceProfile deviceNamed(const std::string& name) {
   if (auto device = render::DeviceProfile::named(name)) return *device;
   std::string known;
   for (const auto& profile : render::DeviceProfile::profileNames()) known += (known.empty() ? "" : ", ") + profile;
-  throw UsageError("--device: unknown device \"" + name + "\" (known: " + known + ")");
+  throw badOption("--device", "unknown device", name, "known: " + known);
 }
 
 }  // namespace quillan::cli

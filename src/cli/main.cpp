@@ -7,19 +7,23 @@
 
 #include "cli/Commands.hpp"
 #include "cli/HostOptions.hpp"
+#include "cli/QuotedValue.hpp"
 #include "platform/ExtensionLog.hpp"
-#include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace {
+
+// Messages may echo values, and values may hold anything: every line written is one line.
+void report(std::string_view message) { std::cerr << "quillan-widgets: " << quillan::cli::singleLine(message) << "\n"; }
 
 constexpr const char* kDescription =
     "The Quillan journal's widgets, off the phone: timelines, view trees, drawings and taps.\n"
     "Reads the journal Quillan.sqlite in the app group's container (never writes it).\n\n"
     "The extension's own log lines (a note whose text is not Markdown, a failed move of a legacy\n"
     "journal) go to standard error, as the phone sends them to the system log; standard output\n"
-    "carries only the command's result. A bad option value prints one line and exits with status 2;\n"
-    "what the extension treats as impossible stops it with \"<source>: Fatal error: <message>\".";
+    "carries only the command's result. A bad option value prints one line naming the option and exits\n"
+    "with status 2; numbers are decimal (\"2.5\", \"-3\"; not hexadecimal, exponents, inf or nan).\n"
+    "What the extension treats as impossible stops it with \"<source>: Fatal error: <message>\".";
 
 }  // namespace
 
@@ -49,11 +53,11 @@ int main(int argc, char** argv) {
     // An unknown subcommand is left over rather than reported by name.
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
-      std::cerr << "quillan-widgets: unknown subcommand \"" << leftover.front()
-                << "\" (expected list, timeline, render, tap, sample-journal or demo; see --help)\n";
+      report(cli::badValue("unknown subcommand", leftover.front(),
+                           "expected list, timeline, render, tap, sample-journal or demo; see --help"));
       return 2;
     }
-    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    report(error.what());
     return 2;
   }
 
@@ -67,13 +71,10 @@ int main(int argc, char** argv) {
       if (const int status = command(); status >= 0) return status;
     }
   } catch (const cli::UsageError& error) {
-    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    report(error.what());
     return 2;
-  } catch (const render::RenderError& error) {
-    std::cerr << "quillan-widgets: " << error.what() << "\n";
-    return 1;
   } catch (const std::exception& error) {
-    std::cerr << "quillan-widgets: " << error.what() << "\n";
+    report(error.what());
     return 1;
   }
   return 0;

@@ -148,7 +148,11 @@ std::string ISO8601::format(Date date, int offsetSeconds) {
   }
   const auto civil = civilFromDays(days);
   char buffer[64];
-  int length = std::snprintf(buffer, sizeof buffer, "%04lld-%02u-%02uT%02d:%02d:%02d",
+  // Years outside 0000-9999 take ISO 8601's expanded form, a sign and at least
+  // four digits ("-0001"), which parse() does not read.
+  const bool fourDigitYear = civil.year >= 0 && civil.year <= 9999;
+  int length = std::snprintf(buffer, sizeof buffer,
+                             fourDigitYear ? "%04lld-%02u-%02uT%02d:%02d:%02d" : "%+05lld-%02u-%02uT%02d:%02d:%02d",
                              static_cast<long long>(civil.year), civil.month, civil.day,
                              static_cast<int>(secondOfDay / 3600), static_cast<int>(secondOfDay / 60 % 60),
                              static_cast<int>(secondOfDay % 60));

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 namespace quillan::store {
 namespace {
@@ -10,10 +11,25 @@ namespace {
 constexpr std::uint8_t kInlineTag = 0x01;
 constexpr std::uint8_t kExternalFileTag = 0x02;
 
+// A folder or device where the file should be is absent data too. (Reading a
+// folder through a stream buffer would throw out of the iterator.)
 std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
   if (!file) return std::nullopt;
-  return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(file), {});
+  try {
+    return std::vector<std::uint8_t>(std::istreambuf_iterator<char>(file), {});
+  } catch (const std::ios_base::failure&) {
+    return std::nullopt;
+  }
+}
+
+// One name inside the external-data folder: anything else (a path, the folder
+// itself, a NUL that would cut the name short) is not a UUID.
+bool isPlainFileName(std::string_view name) {
+  constexpr std::string_view kSeparators("/\0", 2);
+  return !name.empty() && name != "." && name != ".." && name.find_first_of(kSeparators) == std::string_view::npos;
 }
 
 std::string externalFileName(const std::vector<std::uint8_t>& stored) {
@@ -38,8 +54,7 @@ std::optional<std::vector<std::uint8_t>> decodeExternalStorageValue(
   if (stored.front() == kInlineTag) return std::vector<std::uint8_t>(stored.begin() + 1, stored.end());
   if (stored.front() != kExternalFileTag) return stored;
   const auto name = externalFileName(stored);
-  // A name that could leave the folder is not a UUID; treat it as absent data.
-  if (name.empty() || name.find('/') != std::string::npos || name == "..") return std::nullopt;
+  if (!isPlainFileName(name)) return std::nullopt;
   return readFile(externalDataDirectory(storePath) / name);
 }
 

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -96,6 +97,8 @@ TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
       {{"timeline", "--kind", "StreakWidget", "--request", "later"}, "later"},
       {{"render", "--kind", "StreakWidget", "--format", "gif", "--group-container", folder.path().string()}, "gif"},
       {{"timeline"}, "--kind"},
+      {{"render", "--kind", ""}, "--kind"},
+      {{"sample-journal"}, "--group-container"},
       {{"frobnicate"}, "frobnicate"},
   };
   for (const auto& [arguments, named] : cases) {
@@ -105,6 +108,117 @@ TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
     EXPECT_TRUE(result.out.empty());
   }
+}
+
+// Exit status 2, nothing on standard output, and one line on standard error naming `option`.
+void expectRefused(const std::vector<std::string>& arguments, const std::string& option) {
+  std::string shown;
+  for (const auto& argument : arguments) shown += argument + " ";
+  const auto result = runCommand(arguments);
+  EXPECT_EQ(result.exitStatus, 2) << shown << result.err;
+  EXPECT_TRUE(result.out.empty()) << shown;
+  EXPECT_EQ(result.err.rfind("quillan-widgets: " + option + ": ", 0), 0u) << shown << result.err;
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << shown << result.err;
+}
+
+TEST(Command, NumbersAreFiniteDecimalsInRange) {
+  TemporaryFolder folder;
+  const auto container = folder.path().string();
+  const std::vector<std::string> notDecimal = {"", "NaN", "nan", "inf", "-inf", "Infinity", "0x10", "1e2", "2,5",
+                                               " 2", "2 ", "+", "-", ".", "1.2.3", "\xEF\xBC\x92"};
+  for (const auto& value : notDecimal) {
+    expectRefused({"render", "--kind", "StreakWidget", "--format", "png", "--scale", value}, "--scale");
+    expectRefused({"tap", "--kind", "StreakWidget", "--x", value, "--y", "1"}, "--x");
+    expectRefused({"tap", "--kind", "StreakWidget", "--x", "1", "--y", value}, "--y");
+    expectRefused({"timeline", "--kind", "StreakWidget", "--seed", value}, "--seed");
+    expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", value}, "--platform-version");
+  }
+  const std::string huge(400, '9');
+  for (const auto& value : {std::string("0.99"), std::string("3.01"), std::string("-2"), huge}) {
+    expectRefused({"render", "--kind", "StreakWidget", "--format", "png", "--scale", value}, "--scale");
+  }
+  expectRefused({"tap", "--kind", "StreakWidget", "--x", huge, "--y", "1"}, "--x");
+  for (const auto& value : {"-1", "1.5", "18446744073709551616", "0b1"}) {
+    expectRefused({"timeline", "--kind", "StreakWidget", "--seed", value}, "--seed");
+  }
+  // Within range, written any decimal way, a number is taken as decimal.
+  for (const auto& x : {"-5", ".5", "5.", "+0", "007"}) {
+    const auto result = runCommand({"tap", "--kind", "ComposeButtonWidget", "--x", x, "--y", "1",
+                                    "--group-container", container});
+    EXPECT_EQ(result.exitStatus, 0) << x << result.err;
+  }
+}
+
+TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
+  auto prompt = [](const std::string& seed) {
+    const auto result = runCommand({"render", "--kind", "ComposeButtonWidget", "--group-container",
+                                    container().string(), "--now", kNow, "--seed", seed});
+    EXPECT_EQ(result.exitStatus, 0) << seed << result.err;
+    return result.out;
+  };
+  EXPECT_EQ(prompt("011"), prompt("11"));
+  EXPECT_NE(prompt("11"), prompt("9"));  // 011 read as octal would be 9
+}
+
+TEST(Command, TreeFilesAreRegularFilesOfAtMostFourMebibytes) {
+  TemporaryFolder folder;
+  const auto fifo = folder.path() / "tree.fifo";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  // Valid trees padded with whitespace: the size alone decides.
+  auto paddedTree = [&](const std::string& name, std::size_t size) {
+    const std::string tree = R"({"type": "Text", "text": "padded"})";
+    std::ofstream(folder.path() / name) << tree << std::string(size - tree.size(), ' ');
+    return folder.path() / name;
+  };
+  const auto large = paddedTree("large.json", 4 * 1024 * 1024 + 1);
+  const auto atLimit = paddedTree("limit.json", 4 * 1024 * 1024);
+  // None of these may block or be read whole.
+  for (const auto& path : {fs::path("/dev/zero"), fifo, folder.path(), large, folder.path() / "missing.json"}) {
+    expectRefused({"render", "--tree", path.string()}, "--tree");
+    expectRefused({"render", "--tree", path.string(), "--format", "png"}, "--tree");
+  }
+  const auto result = runCommand({"render", "--tree", atLimit.string()});
+  EXPECT_EQ(result.exitStatus, 0) << result.err;
+  EXPECT_NE(result.out.find("padded"), std::string::npos);
+}
+
+TEST(Command, OutputGoesIntoAnExistingFolder) {
+  TemporaryFolder folder;
+  const auto container = folder.path().string();
+  const auto missing = (folder.path() / "no" / "such" / "streak").string();
+  for (const auto& format : {"json", "png", "svg", "pdf"}) {
+    expectRefused({"render", "--kind", "StreakWidget", "--format", format, "--output", missing + "." + format,
+                   "--group-container", container},
+                  "--output");
+    expectRefused({"render", "--kind", "StreakWidget", "--format", format, "--output", container,
+                   "--group-container", container},
+                  "--output");
+  }
+  expectRefused({"render", "--kind", "StreakWidget", "--output", "", "--group-container", container}, "--output");
+  EXPECT_FALSE(fs::exists(folder.path() / "no"));
+}
+
+TEST(Command, EchoedValuesStayOnOneLine) {
+  TemporaryFolder folder;
+  const std::string newline = "Streak\nWidget";
+  expectRefused({"timeline", "--kind", newline}, "--kind");
+  expectRefused({"render", "--kind", "StreakWidget", "--device", "393\r852", "--group-container",
+                 folder.path().string()},
+                "--device");
+  expectRefused({"timeline", "--kind", "StreakWidget", "--color-scheme", "dark\n"}, "--color-scheme");
+  expectRefused({"timeline", "--kind", "StreakWidget", "--time-zone", "Europe/\nBerlin"}, "--time-zone");
+  expectRefused({"timeline", "--kind", "StreakWidget", "--now", "2026-11-22\n08:00:00Z"}, "--now");
+  expectRefused({"render", "--tree", (folder.path() / "two\nlines.json").string()}, "--tree");
+  expectRefused({"render", "--kind", "StreakWidget", "--format", "p\x1Bng", "--group-container",
+                 folder.path().string()},
+                "--format");
+  std::ofstream(folder.path() / "tree.json") << R"({"type": "Bl\nob"})";
+  expectRefused({"render", "--tree", (folder.path() / "tree.json").string()}, "--tree");
+  const auto kind = runCommand({"timeline", "--kind", newline});
+  EXPECT_NE(kind.err.find(R"("Streak\nWidget")"), std::string::npos) << kind.err;
+  // A long value is cut, the line kept readable.
+  const auto longKind = runCommand({"timeline", "--kind", std::string(100000, 'k')});
+  EXPECT_LT(longKind.err.size(), 400u) << longKind.err;
 }
 
 TEST(Command, ListIsExactlyTheBundle) {

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "StoreTestSupport.hpp"
 #include "store/MemoryTag.hpp"
 #include "store/NoteImage.hpp"
+#include "store/ExternalStorage.hpp"
 #include "store/NoteRecording.hpp"
+#include "store/StoredValue.hpp"
 #include "store/TimelineTab.hpp"
 
 namespace quillan::store {
@@ -54,6 +58,27 @@ INSTANTIATE_TEST_SUITE_P(
                       DateCase{"BeforeReferenceDate", -31622400.0, false, -31622400.0},
                       DateCase{"Null", std::nullopt, false, std::nullopt}),
     [](const auto& info) { return std::string(info.param.name); });
+
+TEST(ValueDecoding, RealsWhereIntegersBelongConvertAsSqliteDoes) {
+  constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
+  constexpr auto kMin = std::numeric_limits<std::int64_t>::min();
+  const std::vector<std::pair<double, std::int64_t>> cases = {
+      {2.9, 2},
+      {-2.9, -2},
+      {9.2e18, 9200000000000000000},
+      {9.3e18, kMax},
+      {1e300, kMax},
+      {std::numeric_limits<double>::infinity(), kMax},
+      {-9223372036854775808.0, kMin},
+      {-1e300, kMin},
+      {-std::numeric_limits<double>::infinity(), kMin},
+      {std::numeric_limits<double>::quiet_NaN(), 0},
+  };
+  for (const auto& [real, integer] : cases) {
+    EXPECT_EQ(decodeInteger(StoredValue(real)), integer) << real;
+    EXPECT_EQ(decodeBool(StoredValue(real)), integer != 0) << real;
+  }
+}
 
 TEST(ValueDecoding, StringsUUIDsAndNonOptionalScalars) {
   TemporaryDirectory directory;
@@ -131,6 +156,23 @@ INSTANTIATE_TEST_SUITE_P(
                       BinaryCase{"Untagged", BinaryStorage::untagged, kPNGStart, false, kPNGStart},
                       BinaryCase{"InlineEmpty", BinaryStorage::inlineTagged, {}, false, fixtures::Bytes{}}),
     [](const auto& info) { return std::string(info.param.name); });
+
+TEST(ExternalStorage, ReferencesToAnythingButAFileInTheFolderAreAbsentData) {
+  TemporaryDirectory directory;
+  const auto store = directory / "Quillan.sqlite";
+  const auto folder = externalDataDirectory(store);
+  std::filesystem::create_directories(folder / "0B9E6A4C-0000-4000-8000-000000000001");
+  std::ofstream(directory / "outside") << "not in the folder";
+  auto reference = [](std::string_view name) {
+    const std::string stored = "\x02" + std::string(name);
+    return std::vector<std::uint8_t>(stored.begin(), stored.end());
+  };
+  using namespace std::string_view_literals;
+  for (const auto name : {"."sv, ".."sv, "../../outside"sv, "\0\0\0\0\x0c"sv, "\0"sv, ""sv,
+                          "0B9E6A4C-0000-4000-8000-000000000001"sv}) {
+    EXPECT_EQ(decodeExternalStorageValue(reference(name), store), std::nullopt) << name;
+  }
+}
 
 TEST(Identity, NoteAndMemoryTagAreThemselvesOthersTheirId) {
   TemporaryDirectory directory;
