@@ -1,10 +1,8 @@
 #include "platform/AttributedString.hpp"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
-#include <functional>
-#include <stdexcept>
+#include "support/SmallStack.hpp"
 
 namespace quillan::platform {
 namespace {
@@ -117,23 +115,6 @@ std::string nested(std::string_view open, std::string_view middle, std::string_v
   return repeated(open, depth) + std::string(middle) + repeated(close, depth);
 }
 
-// Runs `work` on a thread with a stack of `bytes`, as small as a phone's
-// secondary threads get; a recursion as deep as the input overflows it.
-void runOnStackOf(std::size_t bytes, const std::function<void()>& work) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, bytes), 0);
-  auto body = [](void* argument) -> void* {
-    (*static_cast<const std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  pthread_t thread;
-  const std::function<void()> task = work;
-  ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()>*>(&task)), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
 TEST(InlineMarkdown, DeeplyNestedSyntaxIsWalkedOnASmallStack) {
   constexpr std::size_t kDepth = 100'000;
   struct Case {
@@ -152,7 +133,7 @@ TEST(InlineMarkdown, DeeplyNestedSyntaxIsWalkedOnASmallStack) {
       {nested("~", "x", "~", kDepth), {plain(nested("~", "x", "~", kDepth))}},
   };
   std::vector<std::vector<TextRun>> results;
-  runOnStackOf(1 << 20, [&] {
+  testing::runOnStackOf(1 << 20, [&] {
     for (const auto& c : cases) results.push_back(runsOf(c.markdown));
   });
   ASSERT_EQ(results.size(), cases.size());
