@@ -158,10 +158,6 @@ TEST(ShownTextBound, LinesFollowTheTightestLimitAndTheTallestWidget) {
   EXPECT_EQ(shownTextBound({300, std::nullopt, 0}, 20, 17).lines, 20u);  // the tallest widget: 382 / 20
   EXPECT_EQ(shownTextBound({300, std::nullopt, -3}, 20, 17).lines, 20u);
   EXPECT_EQ(shownTextBound({300, std::nullopt, 1'000'000}, 20, 17).lines, 20u);
-  const auto row = shownTextBound({300, std::nullopt, 2}, 17.9, 15);
-  EXPECT_EQ(row.lineCodePoints, 321u);  // 300 pt over 15/16 pt
-  EXPECT_EQ(row.codePoints, 3 * 321u);
-  EXPECT_EQ(shownTextBound({std::nullopt, std::nullopt, 1}, 20, 16).lineCodePoints, 365u);  // the widest widget
   // Absurd proposals and fonts stay finite.
   EXPECT_EQ(shownTextBound({1e300, std::nullopt, std::nullopt}, 0, 0).codePoints, kMaxLaidOutCodePoints);
   EXPECT_EQ(shownTextBound({-5, std::nullopt, 1}, 20, 17).lineCodePoints, 1u);
