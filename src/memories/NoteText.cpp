@@ -7,7 +7,7 @@ namespace quillan::memories {
 platform::AttributedString noteText(const std::optional<std::string>& markdown) {
   const std::string source = markdown.value_or("");
   try {
-    return platform::AttributedString::fromInlineMarkdown(source);
+    return platform::AttributedString::fromInlineMarkdown(source, kNoteMarkdownBytes);
   } catch (const platform::MarkdownParseError& error) {
     platform::ExtensionLog::print(std::string("Couldn't parse: ") + error.what());
     return platform::AttributedString(source);

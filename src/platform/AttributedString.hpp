@@ -40,8 +40,12 @@ class AttributedString {
   AttributedString() = default;
   explicit AttributedString(std::string plain);
 
-  // Throws MarkdownParseError.
-  static AttributedString fromInlineMarkdown(std::string_view markdown);
+  // Throws MarkdownParseError. Markdown is read in the first `markdownBytes`
+  // only (cut back to a character boundary); the text after them is kept as
+  // typed, unstyled. A caller that shows only the start of a long text bounds
+  // the parser's work this way.
+  static AttributedString fromInlineMarkdown(std::string_view text,
+                                             std::size_t markdownBytes = std::string_view::npos);
 
   const std::vector<TextRun>& runs() const { return runs_; }
   std::string plainText() const;

@@ -1,16 +1,22 @@
 #include "platform/Utf8.hpp"
 
-#include <cstddef>
-
 namespace quillan::platform {
 namespace {
 
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
 bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
 
-// Length of the sequence starting at `i`, or 0 when it is malformed.
-std::size_t sequenceLength(std::string_view text, std::size_t i) {
+// The sequence starting at a byte: a whole well-formed one, or the maximal
+// subpart of a malformed one (at least the byte itself).
+struct Sequence {
+  std::size_t length;
+  bool wellFormed;
+};
+
+Sequence sequenceAt(std::string_view text, std::size_t i) {
   const auto lead = static_cast<unsigned char>(text[i]);
-  if (lead < 0x80) return 1;
+  if (lead < 0x80) return {1, true};
   std::size_t length = 0;
   unsigned char low = 0x80, high = 0xBF;  // allowed range of the second byte
   if (lead >= 0xC2 && lead <= 0xDF) {
@@ -24,26 +30,50 @@ std::size_t sequenceLength(std::string_view text, std::size_t i) {
     if (lead == 0xF0) low = 0x90;   // overlong
     if (lead == 0xF4) high = 0x8F;  // past U+10FFFF
   } else {
-    return 0;
+    return {1, false};
   }
-  if (i + length > text.size()) return 0;
-  const auto second = static_cast<unsigned char>(text[i + 1]);
-  if (second < low || second > high) return 0;
-  for (std::size_t k = 2; k < length; ++k) {
-    if (!isContinuation(static_cast<unsigned char>(text[i + k]))) return 0;
+  std::size_t matched = 1;
+  for (; matched < length && i + matched < text.size(); ++matched) {
+    const auto byte = static_cast<unsigned char>(text[i + matched]);
+    const bool fits = matched == 1 ? byte >= low && byte <= high : isContinuation(byte);
+    if (!fits) break;
   }
-  return length;
+  return {matched, matched == length};
 }
 
 }  // namespace
 
 bool isValidUtf8(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
-    const auto length = sequenceLength(text, i);
-    if (length == 0) return false;
-    i += length;
+    const Sequence sequence = sequenceAt(text, i);
+    if (!sequence.wellFormed) return false;
+    i += sequence.length;
   }
   return true;
+}
+
+std::size_t codePointBoundaryAtOrBefore(std::string_view text, std::size_t offset) {
+  if (offset >= text.size()) return text.size();
+  // A sequence is at most four bytes long, so its start lies at most three back.
+  for (std::size_t back = 1; back <= 3 && back <= offset; ++back) {
+    const std::size_t start = offset - back;
+    if (isContinuation(static_cast<unsigned char>(text[start]))) continue;
+    const Sequence sequence = sequenceAt(text, start);
+    return sequence.wellFormed && start + sequence.length > offset ? start : offset;
+  }
+  return offset;
+}
+
+std::string withReplacementCharacters(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const Sequence sequence = sequenceAt(text, i);
+    if (sequence.wellFormed) out.append(text.substr(i, sequence.length));
+    else out.append(kReplacementCharacter);
+    i += sequence.length;
+  }
+  return out;
 }
 
 }  // namespace quillan::platform

@@ -108,9 +108,12 @@ Size symbolSize(const LayoutNode& node) {
   return {height * constants::kSquarePencilAspect, height};
 }
 
+LayoutEngine::Key LayoutEngine::keyFor(const LayoutNode& node, ProposedSize proposal, int variant) const {
+  return {&node, proposal.width.value_or(kUnspecifiedKey), proposal.height.value_or(kUnspecifiedKey), variant};
+}
+
 Size LayoutEngine::sizeThatFits(const LayoutNode& node, ProposedSize proposal, std::optional<Axis> axis) {
-  const Key key{&node, proposal.width.value_or(kUnspecifiedKey), proposal.height.value_or(kUnspecifiedKey),
-                axis ? static_cast<int>(*axis) : -1};
+  const Key key = keyFor(node, proposal, axis ? static_cast<int>(*axis) : -1);
   if (auto found = cache_.find(key); found != cache_.end()) return found->second;
   const Size size = computeSize(node, proposal, axis);
   cache_.emplace(key, size);
@@ -191,17 +194,25 @@ const LayoutBox* textBox(const LayoutBox& box, Baseline which) {
 }  // namespace
 
 double LayoutEngine::baselineOf(const LayoutNode& node, ProposedSize proposal, Baseline which) {
+  const Key key = keyFor(node, proposal, static_cast<int>(which));
+  if (auto found = baselines_.find(key); found != baselines_.end()) return found->second;
   const Size size = sizeThatFits(node, proposal);
   const LayoutBox box = place(node, proposal, {0, 0, size.width, size.height}, std::nullopt);
   const LayoutBox* text = textBox(box, which);
-  if (!text) return size.height;
-  const auto& layout = *text->text;
-  const double lineIndex = which == Baseline::last ? static_cast<double>(layout.lines.size() - 1) : 0.0;
-  return text->frame.y + lineIndex * layout.lineHeight + layout.ascender;
+  double baseline = size.height;
+  if (text) {
+    const auto& layout = *text->text;
+    const double lineIndex = which == Baseline::last ? static_cast<double>(layout.lines.size() - 1) : 0.0;
+    baseline = text->frame.y + lineIndex * layout.lineHeight + layout.ascender;
+  }
+  baselines_.emplace(key, baseline);
+  return baseline;
 }
 
 LayoutBox LayoutEngine::layout(const LayoutNode& node, ProposedSize proposal, Point origin) {
-  cache_.clear();  // answers are keyed by node address, valid for one tree only
+  // Answers are keyed by node address, valid for one tree only.
+  cache_.clear();
+  baselines_.clear();
   const Size size = sizeThatFits(node, proposal);
   return place(node, proposal, {origin.x, origin.y, size.width, size.height}, std::nullopt);
 }

@@ -12,8 +12,8 @@ namespace quillan::render {
 
 // Lays out a node tree the way the phone's view toolkit does: sizes are
 // proposed down, each node chooses its own size, the parent places it.
-// Answers are memoised per (node, proposal), so nested stacks that ask their
-// children several times stay linear. One engine per tree and pass.
+// Answers (sizes and baselines) are memoised per (node, proposal), so nested
+// stacks that ask their children several times stay linear. One engine per tree and pass.
 class LayoutEngine {
  public:
   LayoutEngine(const TextMeasurer& measurer, double scale) : measurer_(measurer), scale_(scale) {}
@@ -42,7 +42,12 @@ class LayoutEngine {
   const TextMeasurer& measurer_;
   double scale_;
   using Key = std::tuple<const LayoutNode*, double, double, int>;
+  Key keyFor(const LayoutNode& node, ProposedSize proposal, int variant) const;
   std::map<Key, Size> cache_;
+  // Finding a baseline places the whole subtree; a row aligned on baselines
+  // inside another would otherwise place its subtree again for every level
+  // above it, doubling the work with each.
+  std::map<Key, double> baselines_;
 };
 
 // Ideal size of the text for `proposal`, rounded up to the pixel grid, and the

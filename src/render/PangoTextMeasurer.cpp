@@ -2,9 +2,11 @@
 
 #include <pango/pangocairo.h>
 
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 
+#include "platform/Utf8.hpp"
 #include "render/RenderingConstants.hpp"
 
 namespace quillan::render {
@@ -68,6 +70,11 @@ std::string cacheKey(const StyledText& runs) {
   return key;
 }
 
+StyledText withReplacementCharacters(StyledText runs) {
+  for (auto& run : runs) run.text = platform::withReplacementCharacters(run.text);
+  return runs;
+}
+
 }  // namespace
 
 struct PangoTextMeasurer::Impl {
@@ -86,6 +93,11 @@ struct PangoTextMeasurer::Impl {
   }
 
   GObjectPtr<PangoLayout> layoutFor(const StyledText& runs, const Rgba* linkColor) const {
+    // Pango takes UTF-8 only; malformed bytes become U+FFFD here, whoever made the runs.
+    const auto wellFormed = [](const StyledRun& run) { return platform::isValidUtf8(run.text); };
+    if (!std::all_of(runs.begin(), runs.end(), wellFormed)) {
+      return layoutFor(withReplacementCharacters(runs), linkColor);
+    }
     GObjectPtr<PangoLayout> layout(pango_layout_new(context.get()));
     std::string text;
     for (const auto& run : runs) text += run.text;

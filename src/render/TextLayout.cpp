@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/GraphemeBoundary.hpp"
 #include "render/Utf8.hpp"
 
 namespace quillan::render {
@@ -13,51 +14,81 @@ constexpr const char* kEllipsis = "\u2026";
 // Widths are compared with this slack so that a line measuring exactly the
 // proposal still fits despite floating-point noise.
 constexpr double kFitTolerance = 1e-9;
+// A code point is at most this many bytes long.
+constexpr std::size_t kMaxSequenceBytes = 4;
 
-// The text flattened to one string, with the run each byte belongs to.
+// The text flattened to one string, with the run each byte belongs to, cut at
+// a grapheme boundary after `maxCodePoints`: nothing past the cut is copied.
 class FlatText {
  public:
-  explicit FlatText(const StyledText& runs) : runs_(runs) {
+  FlatText(const StyledText& runs, std::size_t maxCodePoints) : runs_(runs) {
+    // Enough bytes for the kept code points and the one after, which decides
+    // whether the cut ends a grapheme cluster.
+    const std::size_t budget = (maxCodePoints + 1) * kMaxSequenceBytes;
+    std::size_t total = 0;
     for (const auto& run : runs) {
       runStarts_.push_back(text_.size());
-      text_ += run.text;
+      if (text_.size() < budget) text_.append(run.text, 0, budget - text_.size());
+      total += run.text.size();
     }
     runStarts_.push_back(text_.size());
     bounds_ = codePointBoundaries(text_);
+    if (codePoints() > maxCodePoints) cutAt(platform::graphemeBoundaryAtOrBefore(text_, bounds_[maxCodePoints]));
+    cut_ = text_.size() < total;
   }
 
   std::size_t codePoints() const { return bounds_.size() - 1; }
+  // Whether the text goes on past what was kept.
+  bool cut() const { return cut_; }
   char byteAt(std::size_t codePoint) const { return text_[bounds_[codePoint]]; }
   bool isSpace(std::size_t cp) const { return byteAt(cp) == ' ' || byteAt(cp) == '\t'; }
   bool isNewline(std::size_t cp) const { return byteAt(cp) == '\n'; }
+
+  // The end of the paragraph holding code point `cp`.
+  std::size_t paragraphEnd(std::size_t cp) const {
+    while (cp < codePoints() && !isNewline(cp)) ++cp;
+    return cp;
+  }
 
   // Runs covering code points [from, to).
   StyledText slice(std::size_t from, std::size_t to) const {
     StyledText out;
     const std::size_t begin = bounds_[from], end = bounds_[to];
-    for (std::size_t r = 0; r < runs_.size(); ++r) {
+    if (begin >= end) return out;
+    for (std::size_t r = runAt(begin); r < runs_.size() && runStarts_[r] < end; ++r) {
       const std::size_t lo = std::max(begin, runStarts_[r]), hi = std::min(end, runStarts_[r + 1]);
       if (lo >= hi) continue;
-      StyledRun piece = runs_[r];
-      piece.text = text_.substr(lo, hi - lo);
-      out.push_back(std::move(piece));
+      const StyledRun& run = runs_[r];
+      out.push_back({text_.substr(lo, hi - lo), run.font, run.strikethrough, run.link});
     }
     return out;
   }
 
-  // The style of the run at code point `cp` (the last run when past the end).
-  StyledRun styleAt(std::size_t cp) const {
-    const std::size_t byte = bounds_[std::min(cp, codePoints() - 1)];
-    for (std::size_t r = 0; r + 1 < runStarts_.size(); ++r)
-      if (byte < runStarts_[r + 1]) return runs_[r];
-    return runs_.back();
+  // The run at code point `cp` (the last run when past the end).
+  const StyledRun& runAtCodePoint(std::size_t cp) const {
+    if (codePoints() == 0) return runs_.back();
+    return runs_[runAt(bounds_[std::min(cp, codePoints() - 1)])];
   }
 
  private:
+  // The run holding byte `byte` of the kept text: the last one starting at or
+  // before it (runs that are empty start where the next one does).
+  std::size_t runAt(std::size_t byte) const {
+    const auto after = std::upper_bound(runStarts_.begin(), runStarts_.end() - 1, byte);
+    return static_cast<std::size_t>(after - runStarts_.begin()) - 1;
+  }
+
+  void cutAt(std::size_t byte) {
+    text_.resize(byte);
+    for (auto& start : runStarts_) start = std::min(start, byte);
+    bounds_ = codePointBoundaries(text_);
+  }
+
   const StyledText& runs_;
   std::string text_;
   std::vector<std::size_t> runStarts_;
   std::vector<std::size_t> bounds_;
+  bool cut_ = false;
 };
 
 struct LineSpan {
@@ -67,17 +98,17 @@ struct LineSpan {
 
 class Wrapper {
  public:
-  Wrapper(const FlatText& flat, const TextMeasurer& measurer, std::optional<double> width)
-      : flat_(flat), measurer_(measurer), width_(width) {}
+  Wrapper(const FlatText& flat, const TextMeasurer& measurer, std::optional<double> width,
+          std::size_t lineCodePoints)
+      : flat_(flat), measurer_(measurer), width_(width), lineCodePoints_(lineCodePoints) {}
 
-  std::vector<LineSpan> wrapAll() const {
+  // The first `maxLines` lines of the text.
+  std::vector<LineSpan> wrap(std::size_t maxLines) const {
     std::vector<LineSpan> lines;
-    std::size_t start = 0;
     const std::size_t n = flat_.codePoints();
-    while (start <= n) {
-      std::size_t end = start;
-      while (end < n && !flat_.isNewline(end)) ++end;
-      wrapParagraph(start, end, lines);
+    for (std::size_t start = 0; start <= n && lines.size() < maxLines;) {
+      const std::size_t end = flat_.paragraphEnd(start);
+      wrapParagraph(start, end, maxLines, lines);
       start = end + 1;
     }
     return lines;
@@ -89,6 +120,9 @@ class Wrapper {
   bool fits(std::size_t from, std::size_t to) const {
     return !width_ || widthOf(from, to) <= *width_ + kFitTolerance;
   }
+  // How far a line starting at `from` can reach before `end`: no line holds
+  // more than lineCodePoints, so no search for its break looks further.
+  std::size_t reach(std::size_t from, std::size_t end) const { return std::min(end, from + lineCodePoints_); }
 
  private:
   std::size_t trimSpaces(std::size_t from, std::size_t to) const {
@@ -96,14 +130,14 @@ class Wrapper {
     return to;
   }
 
-  void wrapParagraph(std::size_t from, std::size_t end, std::vector<LineSpan>& lines) const {
+  void wrapParagraph(std::size_t from, std::size_t end, std::size_t maxLines, std::vector<LineSpan>& lines) const {
     if (!width_ || from == end) {
-      lines.push_back({from, trimSpaces(from, end)});
+      lines.push_back({from, trimSpaces(from, reach(from, end))});
       return;
     }
     std::size_t lineStart = from;
-    while (lineStart < end) {
-      const std::size_t lineEnd = longestFittingWords(lineStart, end);
+    while (lineStart < end && lines.size() < maxLines) {
+      const std::size_t lineEnd = longestFittingWords(lineStart, reach(lineStart, end));
       lines.push_back({lineStart, trimSpaces(lineStart, lineEnd)});
       lineStart = lineEnd;
       while (lineStart < end && flat_.isSpace(lineStart)) ++lineStart;
@@ -126,7 +160,6 @@ class Wrapper {
     return longestFittingPrefix(from, end);
   }
 
- public:
   std::size_t longestFittingPrefix(std::size_t from, std::size_t end) const {
     std::size_t lo = from + 1, hi = end;  // lo always accepted
     while (lo < hi) {
@@ -136,21 +169,19 @@ class Wrapper {
     return lo;
   }
 
- private:
   const FlatText& flat_;
   const TextMeasurer& measurer_;
   std::optional<double> width_;
+  std::size_t lineCodePoints_;
 };
 
 // The last visible line, re-set from its start to the end of its paragraph,
 // cut to fit with "…" after it.
-TextLine truncatedLine(const FlatText& flat, const TextMeasurer& measurer, std::optional<double> width,
-                       std::size_t from) {
-  std::size_t end = from;
-  while (end < flat.codePoints() && !flat.isNewline(end)) ++end;
-  StyledRun ellipsis = flat.styleAt(end > from ? end - 1 : from);
-  ellipsis.text = kEllipsis;
-  ellipsis.link.reset();
+TextLine truncatedLine(const FlatText& flat, const Wrapper& wrapper, const TextMeasurer& measurer,
+                       std::optional<double> width, std::size_t from) {
+  const std::size_t end = wrapper.reach(from, flat.paragraphEnd(from));
+  const StyledRun& last = flat.runAtCodePoint(end > from ? end - 1 : from);
+  const StyledRun ellipsis{kEllipsis, last.font, last.strikethrough, std::nullopt};
   auto withEllipsis = [&](std::size_t to) {
     while (to > from && flat.isSpace(to - 1)) --to;
     StyledText runs = flat.slice(from, to);
@@ -179,35 +210,33 @@ FontMetrics combinedMetrics(const StyledText& text, const TextMeasurer& measurer
   return result;
 }
 
-std::size_t visibleLineCount(std::size_t total, double lineHeight, const TextLimits& limits) {
-  std::size_t count = total;
-  if (limits.lineLimit && *limits.lineLimit > 0)
-    count = std::min(count, static_cast<std::size_t>(*limits.lineLimit));
-  if (limits.height && lineHeight > 0) {
-    const auto fitting = static_cast<std::size_t>(std::floor(*limits.height / lineHeight + kFitTolerance));
-    count = std::min(count, std::max<std::size_t>(1, fitting));
-  }
-  return std::max<std::size_t>(1, count);
+double smallestFontSize(const StyledText& text) {
+  if (text.empty()) return FontDescription{}.size;
+  double smallest = text.front().font.size;
+  for (const auto& run : text) smallest = std::min(smallest, run.font.size);
+  return smallest;
 }
 
 }  // namespace
 
 TextLayout layoutText(const StyledText& text, const TextMeasurer& measurer, const TextLimits& limits) {
-  const FlatText flat(text);
   const FontMetrics metrics = combinedMetrics(text, measurer);
+  const ShownTextBound bound = shownTextBound(limits, metrics.lineHeight, smallestFontSize(text));
+  const FlatText flat(text, bound.codePoints);
   TextLayout layout;
   layout.lineHeight = metrics.lineHeight;
   layout.ascender = metrics.ascender;
-  const Wrapper wrapper(flat, measurer, limits.width);
-  const std::vector<LineSpan> spans = wrapper.wrapAll();
-  const std::size_t visible = visibleLineCount(spans.size(), metrics.lineHeight, limits);
+  const Wrapper wrapper(flat, measurer, limits.width, bound.lineCodePoints);
+  // One line past the bound tells whether the text goes on.
+  const std::vector<LineSpan> spans = wrapper.wrap(bound.lines + 1);
+  const std::size_t visible = std::min(spans.size(), bound.lines);
   for (std::size_t i = 0; i < visible; ++i) {
     const LineSpan span = spans[i];
     layout.lines.push_back({flat.slice(span.from, span.to), wrapper.widthOf(span.from, span.to)});
   }
-  if (visible < spans.size()) {
+  if (visible < spans.size() || flat.cut()) {
     layout.truncated = true;
-    layout.lines.back() = truncatedLine(flat, measurer, limits.width, spans[visible - 1].from);
+    layout.lines.back() = truncatedLine(flat, wrapper, measurer, limits.width, spans[visible - 1].from);
   }
   for (const auto& line : layout.lines) layout.size.width = std::max(layout.size.width, line.width);
   layout.size.height = static_cast<double>(layout.lines.size()) * metrics.lineHeight;

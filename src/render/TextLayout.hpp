@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "render/Geometry.hpp"
+#include "render/ShownTextBound.hpp"
 #include "render/StyledRun.hpp"
 #include "render/TextMeasurer.hpp"
 
@@ -24,15 +25,10 @@ struct TextLayout {
   bool truncated = false;
 };
 
-struct TextLimits {
-  std::optional<double> width;   // nothing: one line per paragraph (ideal size)
-  std::optional<double> height;  // only whole lines that fit, at least one
-  std::optional<int> lineLimit;
-};
-
 // Greedy word wrap at `limits.width` (a word longer than the width breaks
 // between characters), hard breaks at newlines, then tail truncation with "…"
-// when the line limit or the height cuts the text.
+// when the line limit or the height cuts the text. Only as much of the text is
+// looked at as the limits can show (ShownTextBound).
 TextLayout layoutText(const StyledText& text, const TextMeasurer& measurer, const TextLimits& limits);
 
 }  // namespace quillan::render

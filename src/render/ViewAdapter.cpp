@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+#include "platform/Utf8.hpp"
 #include "render/RenderingConstants.hpp"
 #include "views/Overload.hpp"
 
@@ -105,16 +106,20 @@ class Adapter {
     return base < FontWeight::bold ? FontWeight::bold : base;
   }
 
+  // A note's text is whatever was synced: bytes that are not UTF-8 are laid
+  // out, measured and drawn as U+FFFD, never handed on raw.
   StyledText styledText(const views::Text& text, const Inherited& in) const {
     const FontDescription base = fontDescription(in);
-    if (!text.isAttributed()) return {StyledRun{text.text, base, false, std::nullopt}};
+    if (!text.isAttributed()) {
+      return {StyledRun{platform::withReplacementCharacters(text.text), base, false, std::nullopt}};
+    }
     StyledText runs;
     for (const auto& run : text.runs) {
       FontDescription font = base;
       if (run.bold) font.weight = emphasized(in, base.weight);
       font.italic = run.italic;
       font.monospaced = font.monospaced || run.code;
-      runs.push_back({run.text, font, run.strikethrough, run.link});
+      runs.push_back({platform::withReplacementCharacters(run.text), font, run.strikethrough, run.link});
     }
     return runs;
   }

@@ -1,11 +1,14 @@
 #include "views/ViewTreeJson.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
+#include <sstream>
 #include <type_traits>
 #include <utility>
 
 #include "views/Overload.hpp"
+#include "views/ViewTreeLimits.hpp"
 
 namespace quillan::views {
 namespace {
@@ -262,12 +265,20 @@ struct ModifierEncoder {
 
 std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
+std::string decimal(double value) {
+  std::ostringstream out;
+  out << value;
+  return out.str();
+}
+
 class ObjectReader;
 
-// A JSON value and where it sits in the document (a JSON pointer).
+// A JSON value, where it sits in the document (a JSON pointer), and how many
+// levels of views and modifiers lie above it, its own node's included.
 struct Value {
   const Json& json;
   std::string path;
+  std::size_t depth = 0;
 
   std::string string() const {
     if (!json.is_string()) fail(path, "expected a string");
@@ -278,9 +289,27 @@ struct Value {
     if (!json.is_number()) fail(path, allowInfinity ? "expected a number or \"infinity\"" : "expected a number");
     return json.get<double>();
   }
-  int integer() const {
+  // NaN and infinities (which only a JSON value built in code can hold) are
+  // out of every range.
+  double numberWithin(double low, double high, std::string_view what, bool allowInfinity = false) const {
+    const double value = number(allowInfinity);
+    if (allowInfinity && json.is_string()) return value;
+    if (!(value >= low && value <= high)) {
+      fail(path, std::string(what) + " " + json.dump() + " out of range (expected " + decimal(low) + " to " +
+                     decimal(high) + ")");
+    }
+    return value;
+  }
+  // A position or distance that may be negative: an offset, padding, spacing.
+  double length() const { return numberWithin(-limits::kMaxLength, limits::kMaxLength, "length"); }
+  // A size: a frame, a minimum length, a stroke's width.
+  double size(bool allowInfinity = false) const {
+    return numberWithin(0, limits::kMaxLength, "size", allowInfinity);
+  }
+  double fraction(std::string_view what) const { return numberWithin(0, 1, what); }
+  int integerWithin(int low, int high, std::string_view what) const {
     if (!json.is_number_integer()) fail(path, "expected an integer");
-    return json.get<int>();
+    return static_cast<int>(numberWithin(low, high, what));
   }
   bool boolean() const {
     if (!json.is_boolean()) fail(path, "expected true or false");
@@ -295,7 +324,7 @@ struct Value {
   std::vector<Value> array() const {
     if (!json.is_array()) fail(path, "expected an array");
     std::vector<Value> items;
-    for (std::size_t i = 0; i < json.size(); ++i) items.push_back({json[i], path + "/" + std::to_string(i)});
+    for (std::size_t i = 0; i < json.size(); ++i) items.push_back({json[i], path + "/" + std::to_string(i), depth});
     return items;
   }
   ObjectReader object() const;
@@ -314,7 +343,7 @@ class ObjectReader {
   std::optional<Value> optional(const std::string& key) {
     if (!has(key)) return std::nullopt;
     read_.insert(key);
-    return Value{value_.json.at(key), value_.path + "/" + key};
+    return Value{value_.json.at(key), value_.path + "/" + key, value_.depth};
   }
 
   Value required(const std::string& key) {
@@ -347,7 +376,7 @@ Node decodeNode(const Value& value);
 
 Color readColor(ObjectReader& reader) {
   Color color = Color::named(reader.required("color").enumeration<ColorName>("color"));
-  if (auto opacity = reader.optional("opacity")) color.opacity = opacity->number();
+  if (auto opacity = reader.optional("opacity")) color.opacity = opacity->fraction("opacity");
   return color;
 }
 
@@ -360,7 +389,7 @@ UnitPoint decodeUnitPoint(const Value& value) {
     fail(value.path, "unknown unit point " + inQuotes(name));
   }
   ObjectReader reader = value.object();
-  const UnitPoint point{reader.required("x").number(), reader.required("y").number()};
+  const UnitPoint point{reader.required("x").length(), reader.required("y").length()};
   reader.finish();
   return point;
 }
@@ -384,7 +413,7 @@ LinearGradient readGradient(ObjectReader& reader) {
   for (const auto& item : reader.required("stops").array()) {
     ObjectReader stop = item.object();
     const Color color = readColor(stop);
-    gradient.stops.push_back({color, stop.required("location").number()});
+    gradient.stops.push_back({color, stop.required("location").fraction("location")});
     stop.finish();
   }
   gradient.startPoint = decodeUnitPoint(reader.required("startPoint"));
@@ -413,7 +442,8 @@ ShapeStyle decodeStyle(const Value& value) {
 Font decodeFont(const Value& value) {
   ObjectReader reader = value.object();
   Font font;
-  font.size = reader.optional<double>("size", [](const Value& v) { return v.number(); });
+  font.size = reader.optional<double>(
+      "size", [](const Value& v) { return v.numberWithin(limits::kMinFontSize, limits::kMaxFontSize, "font size"); });
   font.textStyle =
       reader.optional<TextStyle>("textStyle", [](const Value& v) { return v.enumeration<TextStyle>("text style"); });
   if (font.size.has_value() == font.textStyle.has_value()) {
@@ -430,14 +460,17 @@ Font decodeFont(const Value& value) {
 StrokeStyle decodeStrokeStyle(const Value& value) {
   ObjectReader reader = value.object();
   StrokeStyle stroke;
-  if (auto v = reader.optional("lineWidth")) stroke.lineWidth = v->number();
+  if (auto v = reader.optional("lineWidth")) stroke.lineWidth = v->size();
   if (auto v = reader.optional("lineCap")) stroke.lineCap = v->enumeration<LineCap>("line cap");
   if (auto v = reader.optional("lineJoin")) stroke.lineJoin = v->enumeration<LineJoin>("line join");
-  if (auto v = reader.optional("miterLimit")) stroke.miterLimit = v->number();
+  if (auto v = reader.optional("miterLimit")) stroke.miterLimit = v->size();
   if (auto v = reader.optional("dash")) {
-    for (const auto& item : v->array()) stroke.dash.push_back(item.number());
+    for (const auto& item : v->array()) stroke.dash.push_back(item.size());
+    // Cairo refuses such a pattern and then draws nothing more at all.
+    const bool allZero = std::all_of(stroke.dash.begin(), stroke.dash.end(), [](double d) { return d == 0; });
+    if (!stroke.dash.empty() && allZero) fail(v->path, "a dash pattern needs a length above 0");
   }
-  if (auto v = reader.optional("dashPhase")) stroke.dashPhase = v->number();
+  if (auto v = reader.optional("dashPhase")) stroke.dashPhase = v->length();
   reader.finish();
   return stroke;
 }
@@ -480,7 +513,7 @@ Node decodeModifiedContent(ObjectReader& reader) { return decodeNode(reader.requ
 VStack decodeKind(ObjectReader& reader, std::type_identity<VStack>) {
   VStack stack;
   if (auto v = reader.optional("alignment")) stack.alignment = v->enumeration<HorizontalAlignment>("alignment");
-  if (auto v = reader.optional("spacing")) stack.spacing = v->number();
+  if (auto v = reader.optional("spacing")) stack.spacing = v->length();
   stack.children = readChildren(reader);
   return stack;
 }
@@ -488,7 +521,7 @@ VStack decodeKind(ObjectReader& reader, std::type_identity<VStack>) {
 HStack decodeKind(ObjectReader& reader, std::type_identity<HStack>) {
   HStack stack;
   if (auto v = reader.optional("alignment")) stack.alignment = v->enumeration<VerticalAlignment>("alignment");
-  if (auto v = reader.optional("spacing")) stack.spacing = v->number();
+  if (auto v = reader.optional("spacing")) stack.spacing = v->length();
   stack.children = readChildren(reader);
   return stack;
 }
@@ -535,7 +568,7 @@ Color decodeKind(ObjectReader& reader, std::type_identity<Color>) { return readC
 
 Spacer decodeKind(ObjectReader& reader, std::type_identity<Spacer>) {
   Spacer spacer;
-  if (auto v = reader.optional("minLength")) spacer.minLength = v->number();
+  if (auto v = reader.optional("minLength")) spacer.minLength = v->size();
   return spacer;
 }
 
@@ -586,25 +619,25 @@ modifiers::ForegroundStyle decodeModifier(ObjectReader& r, std::type_identity<mo
 modifiers::Padding decodeModifier(ObjectReader& r, std::type_identity<modifiers::Padding>) {
   modifiers::Padding padding;
   if (auto v = r.optional("edges")) padding.edges = decodeEdgeSet(*v);
-  if (auto v = r.optional("length")) padding.length = v->number();
+  if (auto v = r.optional("length")) padding.length = v->length();
   return padding;
 }
 
 modifiers::Offset decodeModifier(ObjectReader& r, std::type_identity<modifiers::Offset>) {
-  return {r.required("x").number(), r.required("y").number()};
+  return {r.required("x").length(), r.required("y").length()};
 }
 
 modifiers::Frame decodeModifier(ObjectReader& r, std::type_identity<modifiers::Frame>) {
   modifiers::Frame frame;
-  if (auto v = r.optional("width")) frame.width = v->number();
-  if (auto v = r.optional("height")) frame.height = v->number();
+  if (auto v = r.optional("width")) frame.width = v->size();
+  if (auto v = r.optional("height")) frame.height = v->size();
   frame.alignment = readAlignment(r);
   return frame;
 }
 
 modifiers::FlexFrame decodeModifier(ObjectReader& r, std::type_identity<modifiers::FlexFrame>) {
   const auto bound = [&r](const char* key) {
-    return r.optional<double>(key, [](const Value& v) { return v.number(true); });
+    return r.optional<double>(key, [](const Value& v) { return v.size(true); });
   };
   FlexibleFrame frame;
   frame.minWidth = bound("minWidth");
@@ -650,7 +683,9 @@ modifiers::PrivacySensitive decodeModifier(ObjectReader& r, std::type_identity<m
 }
 
 modifiers::LineLimit decodeModifier(ObjectReader& r, std::type_identity<modifiers::LineLimit>) {
-  return {r.optional<int>("lines", [](const Value& v) { return v.integer(); })};
+  return {r.optional<int>("lines", [](const Value& v) {
+    return v.integerWithin(1, limits::kMaxLineLimit, "line limit");
+  })};
 }
 
 modifiers::ImageScale decodeModifier(ObjectReader& r, std::type_identity<modifiers::ImageScale>) {
@@ -665,8 +700,8 @@ modifiers::Resizable decodeModifier(ObjectReader& r, std::type_identity<modifier
   modifiers::Resizable resizable;
   if (auto v = r.optional("capInsets")) {
     ObjectReader insets = v->object();
-    resizable.capInsets = {insets.required("top").number(), insets.required("leading").number(),
-                           insets.required("bottom").number(), insets.required("trailing").number()};
+    resizable.capInsets = {insets.required("top").size(), insets.required("leading").size(),
+                           insets.required("bottom").size(), insets.required("trailing").size()};
     insets.finish();
   }
   if (auto v = r.optional("resizingMode")) resizable.resizingMode = v->enumeration<ResizingMode>("resizing mode");
@@ -684,7 +719,7 @@ modifiers::StrokeBorder decodeModifier(ObjectReader& r, std::type_identity<modif
 }
 
 modifiers::Opacity decodeModifier(ObjectReader& r, std::type_identity<modifiers::Opacity>) {
-  return {r.required("opacity").number()};
+  return {r.required("opacity").fraction("opacity")};
 }
 
 template <std::size_t I = 0>
@@ -705,8 +740,22 @@ Modifier decodeModifierValue(const Value& value) {
   return modifier;
 }
 
+std::size_t modifierCount(const Json& node) {
+  if (!node.is_object()) return 0;
+  const auto modifiers = node.find("modifiers");
+  return modifiers != node.end() && modifiers->is_array() ? modifiers->size() : 0;
+}
+
+// The depth is checked before anything below the node is decoded: the
+// decoder, the host's layout and drawing, and freeing a tree all recurse as
+// deep as it nests.
 Node decodeNode(const Value& value) {
-  ObjectReader reader = value.object();
+  const std::size_t depth = value.depth + 1 + modifierCount(value.json);
+  if (depth > limits::kMaxDepth) {
+    fail(value.path, "views nest more than " + std::to_string(limits::kMaxDepth) +
+                         " levels deep (each modifier counts as a level)");
+  }
+  ObjectReader reader = Value{value.json, value.path, depth}.object();
   Node node;
   node.kind = decodeKindNamed(reader.required("type"), reader);
   if (auto list = reader.optional("modifiers")) {
@@ -742,7 +791,7 @@ nlohmann::ordered_json toJson(const Node& node) {
   return json;
 }
 
-Node nodeFromJson(const nlohmann::ordered_json& json) { return decodeNode(Value{json, ""}); }
+Node nodeFromJson(const nlohmann::ordered_json& json) { return decodeNode(Value{json, "", 0}); }
 
 std::string encodeViewTree(const Node& node) { return toJson(node).dump(2) + "\n"; }
 
@@ -750,7 +799,8 @@ Node decodeViewTree(std::string_view text) {
   Json json;
   try {
     json = Json::parse(text);
-  } catch (const nlohmann::json::parse_error& error) {
+  } catch (const nlohmann::json::exception& error) {
+    // A syntax error, or a number too large for a double (1e999).
     throw ViewTreeJsonError(std::string("view tree: malformed JSON: ") + error.what());
   }
   return nodeFromJson(json);

@@ -8,7 +8,8 @@
 //
 // with keys in a fixed order and only the arguments that differ from their
 // defaults (required arguments always). Decoding is strict: an unknown type,
-// modifier, key or enum name is an error naming where it was found.
+// modifier, key or enum name, a number out of its range or a tree nested too
+// deep (views/ViewTreeLimits.hpp) is an error naming where it was found.
 
 #include <stdexcept>
 #include <string>

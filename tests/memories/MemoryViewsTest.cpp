@@ -138,6 +138,19 @@ TEST_F(MemoryViews, TextThatIsNotUtf8IsLoggedAndDrawnPlain) {
   EXPECT_EQ(log.front(), "Couldn't parse: " + std::string(platform::kMarkdownParseErrorDescription));
 }
 
+TEST_F(MemoryViews, AHugeNoteIsStyledOnlyAtItsStartAndKeptWhole) {
+  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
+  // Whole, these stars would make the "x" bold; read only at the start they
+  // stay as typed, and nothing of the note is lost.
+  const std::string stars(500'000, '*');
+  const std::string tail = " day " + stars + "x" + stars;
+  journal.addNote("2025-11-16T09:00:00Z", "**Long**" + tail);
+
+  const auto panel = smallPanel(drawSmall());
+  const auto& note = textOf(noteTextNode(panel));
+  EXPECT_EQ(note.runs, (std::vector<platform::TextRun>{run("Long", true), run(tail)}));
+}
+
 TEST_F(MemoryViews, AbsentTextDrawsEmptyAndAbsentDateIsNotReached) {
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
   std::vector<std::string> log;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/SmallStack.hpp"
+
 namespace quillan::platform {
 namespace {
 
@@ -100,6 +102,55 @@ TEST(InlineMarkdown, TextThatIsNotUtf8IsAParseError) {
       EXPECT_EQ(std::string(error.what()), kMarkdownParseErrorDescription);
     }
   }
+}
+
+std::string repeated(std::string_view unit, std::size_t count) {
+  std::string text;
+  text.reserve(unit.size() * count);
+  for (std::size_t i = 0; i < count; ++i) text += unit;
+  return text;
+}
+
+std::string nested(std::string_view open, std::string_view middle, std::string_view close, std::size_t depth) {
+  return repeated(open, depth) + std::string(middle) + repeated(close, depth);
+}
+
+TEST(InlineMarkdown, DeeplyNestedSyntaxIsWalkedOnASmallStack) {
+  constexpr std::size_t kDepth = 100'000;
+  struct Case {
+    std::string markdown;
+    std::vector<TextRun> runs;
+  };
+  const std::vector<Case> cases = {
+      {nested("*", "x", "*", kDepth), {styled("x", true, false)}},
+      {nested("_", "x", "_", kDepth), {styled("x", true, false)}},
+      {nested("*", "x", "*", kDepth + 1), {styled("x", true, true)}},
+      {nested("![", "x", "](u)", kDepth), {plain("x")}},
+      {nested("*![", "x", "](u)*", kDepth), {styled("x", false, true)}},
+      {nested("[", "x", "](u)", kDepth),
+       {plain(repeated("[", kDepth - 1)), link("x", "u"), plain(repeated("](u)", kDepth - 1))}},
+      {nested("~~", "x", "~~", kDepth), {plain(nested("~~", "x", "~~", kDepth))}},
+      {nested("~", "x", "~", kDepth), {plain(nested("~", "x", "~", kDepth))}},
+  };
+  std::vector<std::vector<TextRun>> results;
+  testing::runOnStackOf(1 << 20, [&] {
+    for (const auto& c : cases) results.push_back(runsOf(c.markdown));
+  });
+  ASSERT_EQ(results.size(), cases.size());
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    EXPECT_EQ(results[i], cases[i].runs) << "case " << i << ": " << cases[i].markdown.substr(0, 8) << "...";
+  }
+}
+
+TEST(InlineMarkdown, MarkdownIsReadOnlyWithinTheGivenBytesAndTheRestKeptAsTyped) {
+  EXPECT_EQ(AttributedString::fromInlineMarkdown("**a** *b* **c**", 9).runs(),
+            (std::vector<TextRun>{styled("a", true, false), plain(" "), styled("b", false, true), plain(" **c**")}));
+  // Emphasis that closes past the bound stays literal.
+  EXPECT_EQ(AttributedString::fromInlineMarkdown("*ab*", 3).runs(), std::vector<TextRun>{plain("*ab*")});
+  // A bound inside a character moves back before it.
+  EXPECT_EQ(AttributedString::fromInlineMarkdown("*é*", 2).runs(), std::vector<TextRun>{plain("*é*")});
+  EXPECT_EQ(AttributedString::fromInlineMarkdown("a\n**b**", 0).runs(), std::vector<TextRun>{plain("a\n**b**")});
+  EXPECT_THROW(AttributedString::fromInlineMarkdown("**a** \xff", 5), MarkdownParseError);
 }
 
 TEST(AttributedString, PlainTextIsOneUnstyledRun) {

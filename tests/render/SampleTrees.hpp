@@ -38,14 +38,14 @@ inline Node streakMedium() {
 }
 
 // The memory panel beside the compose button, two links.
-inline Node memoriesAndCompose() {
+inline Node memoriesAndCompose(std::string_view noteMarkdown = "A **long** walk by the _river_ with the dog, then tea") {
   Node panel = vstack(HorizontalAlignment::leading, {
       hstack({vstack({text("May 17").font(Font::system(18, Weight::heavy)).foregroundColor(Color::red()).offset(0, 2.5)}),
               spacer(0)}),
       localizedText("On This Day").font(Font::system(20, Weight::heavy)).foregroundColor(Color::primary()),
       vstack(HorizontalAlignment::leading, {
           hstack({text("2021").font(Font::system(12)).foregroundColor(Color::systemGray()),
-                  text(platform::AttributedString::fromInlineMarkdown("A **long** walk by the _river_ with the dog, then tea"))
+                  text(platform::AttributedString::fromInlineMarkdown(noteMarkdown))
                       .font(Font::system(15)).lineLimit(2)}),
       }).foregroundColor(Color::primary()),
       hstack({spacer(2.5),

@@ -2,10 +2,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include "CountingMeasurer.hpp"
 #include "SampleTrees.hpp"
 #include "render/FakeTextMeasurer.hpp"
 #include "render/HitTest.hpp"
 #include "render/LayoutJson.hpp"
+#include "render/PangoTextMeasurer.hpp"
 #include "render/Renderer.hpp"
 #include "render/ShapePath.hpp"
 #include "render/WidgetLayout.hpp"
@@ -37,6 +39,17 @@ TEST(DeviceProfile, FamilySizesPerScreenClass) {
   }
   EXPECT_EQ(DeviceProfile::defaultProfile().name, "393x852");
   EXPECT_FALSE(DeviceProfile::named("393x853"));
+}
+
+TEST(DeviceProfile, NoWidgetIsLargerThanTheTextBoundAssumes) {
+  for (const auto& name : DeviceProfile::profileNames()) {
+    const auto profile = DeviceProfile::named(name);
+    for (const Size size : {profile->small, profile->medium, profile->large, profile->circular,
+                            profile->rectangular, profile->inlineFamily}) {
+      EXPECT_LE(size.width, kLargestWidgetWidth) << name;
+      EXPECT_LE(size.height, kLargestWidgetHeight) << name;
+    }
+  }
 }
 
 TEST(WidgetLayout, MarginsAndBackgroundsDependOnPlatformAndFamily) {
@@ -159,6 +172,20 @@ TEST(LayoutJson, StreakRowGolden) {
   const double bottom0 = row["children"][0]["frame"][1].get<double>() + row["children"][0]["frame"][3].get<double>();
   const double bottom4 = row["children"][4]["frame"][1].get<double>() + row["children"][4]["frame"][3].get<double>();
   EXPECT_DOUBLE_EQ(bottom0, bottom4);
+}
+
+TEST(WidgetLayout, AMegabyteNoteDrawsTheSameTwoLinesAsItsStart) {
+  std::string note;
+  while (note.size() < (1u << 20)) note += "Walked by the river with the dog, then tea at the old mill. ";
+  const std::string start = note.substr(0, 400);  // more than the row's two lines hold
+  const RenderContext context = contextFor(WidgetFamily::systemMedium);
+  testing::CountingMeasurer counting(PangoTextMeasurer::shared());
+  const auto hugeLayout = layoutJSON(testing::memoriesAndCompose(note), context, counting);
+  EXPECT_LT(counting.bytesMeasured(), 64u * 1024);
+  EXPECT_EQ(hugeLayout, layoutJSON(testing::memoriesAndCompose(start), context));
+  EXPECT_NE(hugeLayout.find("\u2026"), std::string::npos);
+  EXPECT_EQ(renderToPNGBytes(testing::memoriesAndCompose(note), context),
+            renderToPNGBytes(testing::memoriesAndCompose(start), context));
 }
 
 }  // namespace

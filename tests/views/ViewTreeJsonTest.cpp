@@ -5,6 +5,7 @@
 #include <set>
 
 #include "views/Builders.hpp"
+#include "views/ViewTreeLimits.hpp"
 
 namespace quillan::views {
 namespace {
@@ -209,6 +210,126 @@ TEST(ViewTreeJson, RejectsMalformedTreesSayingWhereAndWhat) {
         EXPECT_EQ(message.rfind("view tree: ", 0), 0u) << message;
       }
     }
+  }
+}
+
+std::string repeated(std::string_view unit, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += unit;
+  return text;
+}
+
+// `depth` stacks nested in one another around a spacer.
+std::string nestedStacks(std::size_t depth) {
+  const std::string stack = R"({"type": "VStack", "children": [)";
+  return repeated(stack, depth - 1) + R"({"type": "Spacer"})" + repeated("]}", depth - 1);
+}
+
+std::string textWith(const std::string& modifiers) {
+  return R"({"type": "Text", "text": "x", "modifiers": [)" + modifiers + "]}";
+}
+
+std::string textWithModifiers(std::size_t count) {
+  const std::string opacity = R"({"modifier": "opacity", "opacity": 1})";
+  std::string modifiers = opacity;
+  for (std::size_t i = 1; i < count; ++i) modifiers += ", " + opacity;
+  return textWith(modifiers);
+}
+
+std::string decodeError(const std::string& json) {
+  try {
+    decodeViewTree(json);
+  } catch (const ViewTreeJsonError& error) {
+    return error.what();
+  }
+  return "accepted";
+}
+
+TEST(ViewTreeJson, NestingIsLimitedCountingEveryModifierAsALevel) {
+  const std::string tooDeep = "views nest more than 64 levels deep (each modifier counts as a level)";
+  EXPECT_NO_THROW(decodeViewTree(nestedStacks(limits::kMaxDepth)));
+  EXPECT_NO_THROW(decodeViewTree(textWithModifiers(limits::kMaxDepth - 1)));
+  EXPECT_EQ(decodeError(textWithModifiers(limits::kMaxDepth)), "view tree: at /: " + tooDeep);
+  // A modifier's content sits below all of its view's modifiers.
+  const std::string background = R"({"type": "Color", "color": "red", "modifiers": [{"modifier": "background",
+      "content": )" + textWithModifiers(limits::kMaxDepth - 2) + "}]}";
+  EXPECT_EQ(decodeError(background), "view tree: at /modifiers/0/content: " + tooDeep);
+  for (const std::size_t depth : {limits::kMaxDepth + 1, std::size_t{100'000}}) {
+    const std::string message = decodeError(nestedStacks(depth));
+    EXPECT_EQ(message, "view tree: at " + repeated("/children/0", limits::kMaxDepth) + ": " + tooDeep) << depth;
+  }
+}
+
+TEST(ViewTreeJson, DeepJsonOutsideTheViewsIsRefusedWithoutRecursing) {
+  const std::size_t depth = 1'000'000;
+  EXPECT_EQ(decodeError(repeated("[", depth) + repeated("]", depth)), "view tree: at /: expected an object");
+  EXPECT_EQ(decodeError(R"({"type": "Text", "text": )" + repeated("[", depth) + repeated("]", depth) + "}"),
+            "view tree: at /text: expected a string");
+}
+
+TEST(ViewTreeJson, RejectsNumbersThatWouldPoisonLayoutAndDrawing) {
+  const auto font = [](const std::string& size) {
+    return textWith(R"({"modifier": "font", "font": {"size": )" + size + "}}");
+  };
+  const auto stroke = [](const std::string& style) {
+    return R"({"type": "Circle", "modifiers": [{"modifier": "strokeBorder", "style": {"color": "red"},
+               "strokeStyle": )" + style + "}]}";
+  };
+  const auto gradient = [](const std::string& stops, const std::string& start) {
+    return R"({"type": "LinearGradient", "stops": )" + stops + R"(, "startPoint": )" + start +
+           R"(, "endPoint": "bottom"})";
+  };
+  // Each refusal is one line starting "view tree: at " and this.
+  const std::pair<std::string, std::string> refused[] = {
+      {font("1e9"), "/modifiers/0/font/size: font size 1000000000.0 out of range (expected 1 to 400)"},
+      {font("-50"), "/modifiers/0/font/size: font size -50 out of range (expected 1 to 400)"},
+      {font("0.5"), "/modifiers/0/font/size: font size 0.5 out of range"},
+      {textWith(R"({"modifier": "frame", "width": -1})"),
+       "/modifiers/0/width: size -1 out of range (expected 0 to 10000)"},
+      {textWith(R"({"modifier": "frame", "height": 1e6})"), "/modifiers/0/height: size 1000000.0 out of range"},
+      {textWith(R"({"modifier": "flexFrame", "minWidth": -5})"), "/modifiers/0/minWidth: size -5"},
+      {textWith(R"({"modifier": "flexFrame", "maxWidth": "-infinity"})"),
+       "/modifiers/0/maxWidth: expected a number or \"infinity\""},
+      {textWith(R"({"modifier": "padding", "length": 20000})"),
+       "/modifiers/0/length: length 20000 out of range (expected -10000 to 10000)"},
+      {textWith(R"({"modifier": "offset", "x": 0, "y": -1e300})"), "/modifiers/0/y: length"},
+      {textWith(R"({"modifier": "lineLimit", "lines": 0})"),
+       "/modifiers/0/lines: line limit 0 out of range (expected 1 to 1000)"},
+      {textWith(R"({"modifier": "lineLimit", "lines": -2})"), "/modifiers/0/lines: line limit -2"},
+      {textWith(R"({"modifier": "lineLimit", "lines": 10000000000000})"),
+       "/modifiers/0/lines: line limit 10000000000000"},
+      {textWith(R"({"modifier": "opacity", "opacity": 1.5})"),
+       "/modifiers/0/opacity: opacity 1.5 out of range (expected 0 to 1)"},
+      {textWith(R"({"modifier": "foregroundColor", "color": "red", "opacity": -0.1})"),
+       "/modifiers/0/opacity: opacity -0.1"},
+      {R"({"type": "Spacer", "minLength": -8})", "/minLength: size -8"},
+      {R"({"type": "HStack", "spacing": 1e5})", "/spacing: length 100000.0"},
+      {gradient(R"([{"color": "red", "location": 2}])", R"("top")"),
+       "/stops/0/location: location 2 out of range (expected 0 to 1)"},
+      {gradient("[]", R"({"x": 0, "y": 1e20})"), "/startPoint/y: length"},
+      {stroke(R"({"lineWidth": -3})"), "/modifiers/0/strokeStyle/lineWidth: size -3"},
+      {stroke(R"({"dash": [0, 0]})"), "/modifiers/0/strokeStyle/dash: a dash pattern needs a length above 0"},
+      {stroke(R"({"dash": [4, -1]})"), "/modifiers/0/strokeStyle/dash/1: size -1"},
+      {R"({"type": "Image", "systemName": "x", "modifiers": [{"modifier": "resizable",
+          "capInsets": {"top": -1, "leading": 0, "bottom": 0, "trailing": 0}}]})",
+       "/modifiers/0/capInsets/top: size -1"},
+  };
+  for (const auto& [json, start] : refused) {
+    const std::string message = decodeError(json);
+    EXPECT_EQ(message.rfind("view tree: at " + start, 0), 0u) << message;
+    EXPECT_EQ(message.find('\n'), std::string::npos) << message;
+  }
+  EXPECT_EQ(decodeError(font("1e999")).rfind("view tree: malformed JSON: ", 0), 0u);
+
+  // The ends of every range, negative lengths and an unbounded flexible frame are fine.
+  for (const std::string& accepted :
+       {font("1"), font("400"), textWith(R"({"modifier": "lineLimit", "lines": 1})"),
+        textWith(R"({"modifier": "lineLimit", "lines": 1000})"),
+        textWith(R"({"modifier": "padding", "length": -10000})"),
+        textWith(R"({"modifier": "offset", "x": -4.5, "y": 10000})"),
+        textWith(R"({"modifier": "flexFrame", "minWidth": 0, "maxWidth": "infinity"})"),
+        textWith(R"({"modifier": "opacity", "opacity": 0})"), std::string(R"({"type": "HStack", "spacing": -20})")}) {
+    EXPECT_EQ(decodeError(accepted), "accepted") << accepted;
   }
 }
 

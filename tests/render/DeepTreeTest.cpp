@@ -1,0 +1,69 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "CountingMeasurer.hpp"
+#include "render/FakeTextMeasurer.hpp"
+#include "render/HitTest.hpp"
+#include "render/LayoutJson.hpp"
+#include "render/Renderer.hpp"
+#include "render/WidgetLayout.hpp"
+#include "support/SmallStack.hpp"
+#include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeLimits.hpp"
+
+namespace quillan::render {
+namespace {
+
+// `levels` rows, each holding the next row and a text, the innermost a link;
+// every row is aligned on its texts' first baselines and padded, so it counts
+// two levels towards the decoder's limit.
+std::string nestedRows(std::size_t levels) {
+  std::string json =
+      R"({"type": "Link", "destination": "widget-deeplink://Deep", "children": [{"type": "Text", "text": "in"}]})";
+  for (std::size_t i = 1; i < levels; ++i) {
+    json = R"({"type": "HStack", "alignment": "firstTextBaseline", "spacing": 0, "children": [)" + json +
+           R"(, {"type": "Text", "text": "x"}], "modifiers": [{"modifier": "padding", "length": 0.5}]})";
+  }
+  return json;
+}
+
+RenderContext mediumContext() {
+  RenderContext context;
+  context.env.family = views::WidgetFamily::systemMedium;
+  return context;
+}
+
+TEST(DeepTree, TheDeepestTreeTheDecoderAcceptsIsDrawnOnASmallStack) {
+  const std::size_t levels = views::limits::kMaxDepth / 2;
+  const views::Node tree = views::decodeViewTree(nestedRows(levels));
+  ASSERT_THROW(views::decodeViewTree(nestedRows(levels + 1)), views::ViewTreeJsonError);
+  const RenderContext context = mediumContext();
+  std::size_t pngBytes = 0;
+  std::vector<HitRegion> regions;
+  std::string layout, encoded;
+  quillan::testing::runOnStackOf(1 << 20, [&] {
+    pngBytes = renderToPNGBytes(tree, context).size();
+    regions = hitRegions(tree, context);
+    layout = layoutJSON(tree, context);
+    encoded = views::encodeViewTree(tree);
+  });
+  EXPECT_GT(pngBytes, 0u);
+  ASSERT_EQ(regions.size(), 1u);
+  EXPECT_EQ(regions.front().url, "widget-deeplink://Deep");
+  EXPECT_NE(layout.find("widget-deeplink://Deep"), std::string::npos);
+  EXPECT_EQ(views::decodeViewTree(encoded), tree);
+}
+
+TEST(DeepTree, RowsAlignedOnBaselinesInsideEachOtherCostLinearWork) {
+  // Finding a row's baseline places its subtree; done again at every level
+  // above, the work would double with each row.
+  const views::Node tree = views::decodeViewTree(nestedRows(views::limits::kMaxDepth / 2));
+  const FakeTextMeasurer fake;
+  testing::CountingMeasurer counting(fake);
+  layoutWidget(tree, mediumContext(), counting);
+  EXPECT_LT(counting.bytesMeasured(), 100'000u);
+}
+
+}  // namespace
+}  // namespace quillan::render
