@@ -8,10 +8,12 @@
 #include <thread>
 
 #include "WorkerFixture.hpp"
+#include "host/Scheduler.hpp"
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
 #include "widgets/TimelineWidgetBundle.hpp"
 #include "worker/WidgetWorker.hpp"
+#include "worker/WorkerTimelineSource.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -148,6 +150,19 @@ TEST_F(EvaluationLimitsTest, TheWarmWorkerOutlivesEveryFailure) {
   }
   EXPECT_EQ(worker_->warmWorkerPid(), pid);
   EXPECT_TRUE(worker_->timeline(ask("Quiet")).log.size() == 1) << "no restart was needed";
+}
+
+TEST_F(EvaluationLimitsTest, AWidgetThatStopsFailsInTheSchedulerWhileTheOthersCarryOn) {
+  std::vector<std::string> logged;
+  host::Scheduler scheduler(at("2026-11-22T09:00:00Z"),
+                            workerTimelineSource(*worker_, {}, [&](std::string_view kind, std::string_view line) {
+                              logged.push_back(std::string(kind) + ": " + std::string(line));
+                            }));
+  scheduler.place("Fatal");
+  scheduler.place("Quiet");
+  EXPECT_EQ(scheduler.widget("Fatal")->failure, "Test/Fatal: Fatal error: the reason, on one line");
+  EXPECT_TRUE(scheduler.widget("Quiet")->ok());
+  EXPECT_EQ(logged, (std::vector<std::string>{"Fatal: about to misbehave", "Quiet: about to misbehave"}));
 }
 
 TEST(WorkerOptionsTest, LimitsThatAreNotPositiveAreRefused) {

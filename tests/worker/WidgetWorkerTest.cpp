@@ -9,7 +9,17 @@
 
 #include "WorkerFixture.hpp"
 #include "fixtures/JournalWriter.hpp"
+#include "fixtures/SampleJournal.hpp"
+#include "host/Scheduler.hpp"
+#include "platform/Clock.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/Locale.hpp"
+#include "platform/RandomSource.hpp"
+#include "platform/TimeZone.hpp"
+#include "views/ViewTreeJson.hpp"
 #include "widgets/TimelineWidgetBundle.hpp"
+#include "worker/EvaluationJson.hpp"
+#include "worker/WorkerTimelineSource.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -43,6 +53,8 @@ class WidgetWorkerTest : public ::testing::Test {
       writer.addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("caf\xE9 au lait")});
       writer.addNote({.date = at("2026-11-21T10:00:00+01:00"), .info = std::string("yesterday")});
     }
+    const platform::Calendar berlin(*platform::Locale::named("en_US"), *platform::TimeZone::named("Europe/Berlin"));
+    fixtures::SampleJournal::write(folders_->makeContainer("sample"), at(kNow), berlin, 11);
     worker_ = new WidgetWorker();
   }
   static void TearDownTestSuite() {
@@ -140,6 +152,84 @@ TEST_F(WidgetWorkerTest, BadRequestsAreRefusedBeforeEvaluating) {
   views::Environment small;
   small.family = views::WidgetFamily::systemSmall;
   EXPECT_THROW(worker_->view({"OTDComposeWidget", at(kNow), at(kNow), small, settings}), std::invalid_argument);
+}
+
+// Runs `evaluate` in a forked copy of this process, so that this process never
+// opens a journal itself (its worker's keeper was forked from it), and
+// returns what it printed.
+std::string inForkedProcess(const std::function<std::string()>& evaluate) {
+  int pipeFds[2];
+  if (pipe(pipeFds) != 0) return "no pipe";
+  const pid_t child = fork();
+  if (child == 0) {
+    close(pipeFds[0]);
+    const auto text = evaluate();
+    for (std::size_t done = 0; done < text.size();) {
+      const auto written = write(pipeFds[1], text.data() + done, text.size() - done);
+      if (written <= 0) break;
+      done += static_cast<std::size_t>(written);
+    }
+    _exit(0);
+  }
+  close(pipeFds[1]);
+  std::string text;
+  char buffer[4096];
+  ssize_t got;
+  while ((got = read(pipeFds[0], buffer, sizeof buffer)) > 0) text.append(buffer, static_cast<std::size_t>(got));
+  close(pipeFds[0]);
+  waitpid(child, nullptr, 0);
+  return text;
+}
+
+// The settings applied the way the command applies its options.
+void applyInProcess(const ProcessSettings& settings, platform::Date now) {
+  platform::FileManager::setGroupContainerDirectory(*settings.groupContainer);
+  platform::FileManager::setApplicationSupportDirectory(*settings.appSupport);
+  platform::TimeZone::setCurrent(*platform::TimeZone::named(*settings.timeZone));
+  platform::Locale::setCurrent(*platform::Locale::named(*settings.locale));
+  platform::RandomSource::seed(*settings.seed);
+  platform::Clock::pin(now);
+}
+
+TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInProcess) {
+  const auto settings = folders_->settings("sample");
+  const auto now = at(kNow);
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+    views::Environment environment;
+    environment.family = widget.supportedFamilies.front();
+    environment.colorScheme = views::ColorScheme::dark;
+    const auto expected = inForkedProcess([&] {
+      applyInProcess(settings, now);
+      const auto answer = widget.provider(widgets::TimelineRequest::timeline, {});
+      const auto tree = widget.content(answer.entryDates.front(), environment);
+      return toJson(answer).dump() + "\n" +
+             views::toJson(tree).dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    });
+    const auto timeline = worker_->timeline({widget.kind, now, widgets::TimelineRequest::timeline, settings});
+    ASSERT_TRUE(timeline.value()) << widget.kind << ": " << timeline.failure()->reason;
+    const auto view = worker_->view({widget.kind, timeline.value()->entryDates.front(), now, environment, settings});
+    ASSERT_TRUE(view.value()) << widget.kind << ": " << view.failure()->reason;
+    EXPECT_EQ(toJson(*timeline.value()).dump() + "\n" + *view.value(), expected) << widget.kind;
+  }
+}
+
+TEST_F(WidgetWorkerTest, TheSchedulerFollowsTimelinesAskedOfTheWorker) {
+  const auto settings = folders_->settings("sample");
+  host::Scheduler scheduler(at(kNow), workerTimelineSource(*worker_, settings));
+  for (const auto& kind : bundleKinds()) scheduler.place(kind);
+  for (const auto& state : scheduler.widgets()) {
+    EXPECT_TRUE(state.ok()) << state.kind << ": " << *state.failure;
+    const auto direct = worker_->timeline({state.kind, at(kNow), widgets::TimelineRequest::timeline, settings});
+    ASSERT_TRUE(direct.value());
+    EXPECT_EQ(state.entryDates, direct.value()->entryDates) << state.kind;
+    EXPECT_EQ(state.policy, direct.value()->policy) << state.kind;
+  }
+  // The next reload of a daily widget is the next local midnight, answered afresh.
+  const auto next = scheduler.nextEventTime();
+  ASSERT_TRUE(next);
+  EXPECT_EQ(*next, at("2026-11-23T00:00:00+01:00"));
+  scheduler.advanceTo(*next);
+  EXPECT_EQ(scheduler.widget("StreakWidget")->entry, at("2026-11-23T00:00:00+01:00"));
 }
 
 }  // namespace
