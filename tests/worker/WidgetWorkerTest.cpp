@@ -55,7 +55,7 @@ class WidgetWorkerTest : public ::testing::Test {
     }
     const platform::Calendar berlin(*platform::Locale::named("en_US"), *platform::TimeZone::named("Europe/Berlin"));
     fixtures::SampleJournal::write(folders_->makeContainer("sample"), at(kNow), berlin, 11);
-    worker_ = new WidgetWorker();
+    worker_ = new WidgetWorker(testing::answeringOptions());
   }
   static void TearDownTestSuite() {
     delete worker_;
