@@ -1,0 +1,23 @@
+#include "worker/ExtensionPreload.hpp"
+
+#include "platform/Calendar.hpp"
+#include "platform/DateFormatter.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/TimeZone.hpp"
+#include "widgets/TimelineWidgetBundle.hpp"
+
+namespace quillan::worker {
+
+void preloadExtension() {
+  const auto now = platform::Date::fromReferenceSeconds(0);
+  const auto calendar = platform::Calendar::current();
+  calendar.startOfDay(now);
+  calendar.dateByAdding(platform::CalendarComponent::day, 1, now);
+  platform::ISO8601::format(now, platform::TimeZone::current());
+  platform::DateFormatter formatter;
+  formatter.setDateStyle(platform::DateFormatterStyle::full);
+  formatter.string(now);
+  widgets::TimelineWidgetBundle::body();
+}
+
+}  // namespace quillan::worker

@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+#include "WorkerFixture.hpp"
+#include "host/Scheduler.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "platform/Fatal.hpp"
+#include "widgets/TimelineWidgetBundle.hpp"
+#include "worker/WidgetWorker.hpp"
+#include "worker/WorkerTimelineSource.hpp"
+
+namespace quillan::worker {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using testing::at;
+
+constexpr std::int64_t kMebibyte = 1024 * 1024;
+
+// Touches every page of a fresh block of `bytes`, so it counts as resident.
+void allocateResident(std::size_t bytes) {
+  auto* block = static_cast<volatile char*>(std::malloc(bytes));
+  for (std::size_t offset = 0; offset < bytes; offset += 4096) block[offset] = 1;
+}
+
+// Widgets that misbehave, served beside the bundle's by the workers of this
+// test only.
+widgets::WidgetConfiguration misbehaving(std::string kind, std::function<void()> behaviour) {
+  widgets::WidgetConfiguration widget;
+  widget.kind = std::move(kind);
+  widget.supportedFamilies = {views::WidgetFamily::systemSmall};
+  widget.provider = [behaviour](widgets::TimelineRequest, const widgets::TimelineProviderContext&) {
+    platform::ExtensionLog::print("about to misbehave");
+    behaviour();
+    return widgets::TimelineAnswer{{platform::Date::fromReferenceSeconds(0)}, widgets::TimelineReloadPolicy::never()};
+  };
+  widget.content = [](platform::Date, const views::Environment&) { return views::Node{}; };
+  return widget;
+}
+
+std::vector<widgets::WidgetConfiguration> testWidgets(std::size_t hungryBytes) {
+  auto widgets = widgets::TimelineWidgetBundle::body();
+  widgets.push_back(misbehaving("Quiet", [] {}));
+  widgets.push_back(misbehaving("Sleeping", [] { std::this_thread::sleep_for(std::chrono::seconds(60)); }));
+  widgets.push_back(misbehaving("Spinning", [] {
+    volatile std::uint64_t spins = 0;
+    while (true) spins = spins + 1;
+  }));
+  widgets.push_back(misbehaving("Hungry", [hungryBytes] { allocateResident(hungryBytes); }));
+  widgets.push_back(misbehaving("Terminated", [] { raise(SIGTERM); }));
+  widgets.push_back(misbehaving("Silent", [] { platform::silentStop(); }));
+  widgets.push_back(misbehaving("Fatal", [] { platform::fatalError("Test/Fatal", "the reason, on one line"); }));
+  widgets.push_back(misbehaving("Throwing", [] { throw std::runtime_error("out of range"); }));
+  widgets.push_back(misbehaving("Exiting", [] {
+    std::fputs("something went wrong\n", stderr);
+    std::fflush(stderr);
+    _exit(3);
+  }));
+  return widgets;
+}
+
+// The ceiling sits a margin above what a quiet evaluation needs (far more in
+// sanitizer builds), and the hungry widget takes far more than the margin.
+class EvaluationLimitsTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    WorkerOptions probeOptions;
+    probeOptions.memoryCeilingBytes = std::int64_t{4096} * kMebibyte;
+    probeOptions.widgets = testWidgets(0);
+    {
+      WidgetWorker probe(probeOptions);
+      quietPeakKilobytes_ = probe.timeline(ask("Quiet")).cost.peakKilobytes;
+    }
+    WorkerOptions options;
+    options.deadline = std::chrono::milliseconds(1000);
+    options.memoryCeilingBytes = quietPeakKilobytes_ * 1024 + 48 * kMebibyte;
+    options.widgets = testWidgets(static_cast<std::size_t>(128 * kMebibyte));
+    worker_ = new WidgetWorker(options);
+  }
+  static void TearDownTestSuite() { delete worker_; }
+
+  static TimelineEvaluation ask(const std::string& kind) {
+    ProcessSettings settings;
+    settings.timeZone = "UTC";
+    return {kind, at("2026-11-22T09:00:00Z"), widgets::TimelineRequest::timeline, settings};
+  }
+  static std::string reasonOf(const std::string& kind) {
+    const auto answer = worker_->timeline(ask(kind));
+    return answer.failure() ? answer.failure()->reason : "answered";
+  }
+
+  static std::int64_t quietPeakKilobytes_;
+  static WidgetWorker* worker_;
+};
+
+std::int64_t EvaluationLimitsTest::quietPeakKilobytes_ = 0;
+WidgetWorker* EvaluationLimitsTest::worker_ = nullptr;
+
+TEST_F(EvaluationLimitsTest, AQuietWidgetAnswersWithItsLogAndCost) {
+  const auto answer = worker_->timeline(ask("Quiet"));
+  ASSERT_TRUE(answer.value()) << answer.failure()->reason;
+  EXPECT_EQ(answer.value()->entryDates.size(), 1u);
+  EXPECT_EQ(answer.log, std::vector<std::string>{"about to misbehave"});
+  EXPECT_GT(answer.cost.peakKilobytes, 0);
+  EXPECT_GT(answer.cost.seconds, 0);
+}
+
+TEST_F(EvaluationLimitsTest, RunningPastTheDeadlineFailsThatEvaluationOnly) {
+  for (const auto* kind : {"Sleeping", "Spinning"}) {
+    const auto started = std::chrono::steady_clock::now();
+    const auto answer = worker_->timeline(ask(kind));
+    ASSERT_TRUE(answer.failure()) << kind;
+    EXPECT_EQ(answer.failure()->reason, "exceeded the deadline of 1 s") << kind;
+    // Only catches a watch that waits for the child instead of the clock.
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20)) << kind;
+    EXPECT_EQ(answer.log, std::vector<std::string>{"about to misbehave"}) << "lines before the kill still arrive";
+  }
+  EXPECT_EQ(reasonOf("Quiet"), "answered");
+}
+
+TEST_F(EvaluationLimitsTest, PassingTheMemoryCeilingFailsThatEvaluationOnly) {
+  const auto answer = worker_->timeline(ask("Hungry"));
+  ASSERT_TRUE(answer.failure());
+  EXPECT_THAT(answer.failure()->reason,
+              MatchesRegex("exceeded the memory ceiling of [0-9.]+ MB \\(peak [0-9.]+ MB\\)"));
+  EXPECT_GT(answer.cost.peakKilobytes * 1024, worker_->options().memoryCeilingBytes);
+  EXPECT_EQ(reasonOf("Quiet"), "answered");
+}
+
+TEST_F(EvaluationLimitsTest, EachWayOfStoppingHasItsOwnReason) {
+  EXPECT_EQ(reasonOf("Terminated"), "killed by signal " + std::to_string(SIGTERM));
+  EXPECT_EQ(reasonOf("Silent"), "stopped without a message");
+  EXPECT_EQ(reasonOf("Fatal"), "Test/Fatal: Fatal error: the reason, on one line");
+  EXPECT_EQ(reasonOf("Throwing"), "stopped by an uncaught error: out of range");
+  EXPECT_EQ(reasonOf("Exiting"), "exited with status 3: something went wrong");
+  EXPECT_EQ(reasonOf("Quiet"), "answered");
+}
+
+TEST_F(EvaluationLimitsTest, TheWarmWorkerOutlivesEveryFailure) {
+  const auto pid = worker_->warmWorkerPid();
+  for (const auto* kind : {"Terminated", "Silent", "Fatal", "Hungry", "Sleeping"}) {
+    EXPECT_NE(reasonOf(kind), "answered") << kind;
+  }
+  EXPECT_EQ(worker_->warmWorkerPid(), pid);
+  EXPECT_TRUE(worker_->timeline(ask("Quiet")).log.size() == 1) << "no restart was needed";
+}
+
+TEST_F(EvaluationLimitsTest, AWidgetThatStopsFailsInTheSchedulerWhileTheOthersCarryOn) {
+  std::vector<std::string> logged;
+  host::Scheduler scheduler(at("2026-11-22T09:00:00Z"),
+                            workerTimelineSource(*worker_, {}, [&](std::string_view kind, std::string_view line) {
+                              logged.push_back(std::string(kind) + ": " + std::string(line));
+                            }));
+  scheduler.place("Fatal");
+  scheduler.place("Quiet");
+  EXPECT_EQ(scheduler.widget("Fatal")->failure, "Test/Fatal: Fatal error: the reason, on one line");
+  EXPECT_TRUE(scheduler.widget("Quiet")->ok());
+  EXPECT_EQ(logged, (std::vector<std::string>{"Fatal: about to misbehave", "Quiet: about to misbehave"}));
+}
+
+TEST(WorkerOptionsTest, LimitsThatAreNotPositiveAreRefused) {
+  WorkerOptions noDeadline;
+  noDeadline.deadline = std::chrono::milliseconds(0);
+  EXPECT_THROW(WidgetWorker{noDeadline}, std::invalid_argument);
+  WorkerOptions noMemory;
+  noMemory.memoryCeilingBytes = -1;
+  EXPECT_THROW(WidgetWorker{noMemory}, std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace quillan::worker

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/ISO8601.hpp"
+#include "worker/WidgetWorker.hpp"
+
+namespace quillan::testing {
+
+// A temporary folder holding group containers (each with an empty
+// "Application Support" beside it, so no legacy move happens), removed at the end.
+class JournalFolders {
+ public:
+  JournalFolders() {
+    auto pattern = (std::filesystem::temp_directory_path() / "quillan-worker-XXXXXX").string();
+    root_ = mkdtemp(pattern.data());
+  }
+  ~JournalFolders() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+  }
+  JournalFolders(const JournalFolders&) = delete;
+  JournalFolders& operator=(const JournalFolders&) = delete;
+
+  // Settings that point an evaluation at the group container `name`.
+  worker::ProcessSettings settings(const std::string& name, const std::string& zone = "Europe/Berlin") const {
+    worker::ProcessSettings settings;
+    settings.groupContainer = root_ / name / "group";
+    settings.appSupport = root_ / name / "Application Support";
+    settings.timeZone = zone;
+    settings.locale = "en_US";
+    settings.seed = 7;
+    return settings;
+  }
+  std::filesystem::path makeContainer(const std::string& name) const {
+    std::filesystem::create_directories(root_ / name / "group");
+    std::filesystem::create_directories(root_ / name / "Application Support");
+    return root_ / name / "group";
+  }
+  const std::filesystem::path& root() const { return root_; }
+
+ private:
+  std::filesystem::path root_;
+};
+
+// The worker options of suites that test answers rather than limits. The
+// address sanitizer's shadow memory triples a child's resident set, which is
+// no part of the extension's footprint; the ceiling itself is tested against
+// a measured baseline.
+inline worker::WorkerOptions answeringOptions() {
+  worker::WorkerOptions options;
+#if defined(__SANITIZE_ADDRESS__)
+  options.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
+#endif
+  return options;
+}
+
+inline platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
+
+// Waits (at most 10 s) until the process `pid` no longer exists.
+inline bool waitUntilGone(pid_t pid) {
+  for (int attempt = 0; attempt < 1000; ++attempt) {
+    if (kill(pid, 0) != 0 && errno == ESRCH) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
+
+}  // namespace quillan::testing

@@ -1,0 +1,122 @@
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "worker/EvaluationJson.hpp"
+#include "worker/MessageFraming.hpp"
+
+namespace quillan::worker {
+namespace {
+
+using namespace std::chrono_literals;
+using widgets::TimelineReloadPolicy;
+
+class SocketPair {
+ public:
+  SocketPair() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, fds_), 0); }
+  ~SocketPair() {
+    closeEnd(0);
+    closeEnd(1);
+  }
+  int operator[](int end) const { return fds_[end]; }
+  void closeEnd(int end) {
+    if (fds_[end] >= 0) close(fds_[end]);
+    fds_[end] = -1;
+  }
+
+ private:
+  int fds_[2] = {-1, -1};
+};
+
+std::chrono::steady_clock::time_point soon() { return std::chrono::steady_clock::now() + 50ms; }
+
+TEST(MessageFraming, MessagesArriveWholeAndInOrder) {
+  SocketPair pair;
+  ASSERT_TRUE(writeMessage(pair[0], {{"a", 1}}));
+  ASSERT_TRUE(writeMessage(pair[0], {{"log", "caf\xE9"}}));
+  EXPECT_EQ(std::get<nlohmann::json>(readMessage(pair[1], soon())), (nlohmann::json{{"a", 1}}));
+  EXPECT_EQ(std::get<nlohmann::json>(readMessage(pair[1], soon()))["log"], "caf\xEF\xBF\xBD")
+      << "bytes that are not UTF-8 are replaced, not refused";
+}
+
+TEST(MessageFraming, ASilentPeerTimesOutAndAClosedOneIsClosed) {
+  SocketPair pair;
+  EXPECT_EQ(std::get<ReadFailure>(readMessage(pair[1], soon())), ReadFailure::timedOut);
+  ASSERT_EQ(write(pair[0], "\0\0", 2), 2);
+  pair.closeEnd(0);
+  EXPECT_EQ(std::get<ReadFailure>(readMessage(pair[1], soon())), ReadFailure::closed) << "a header cut short";
+  EXPECT_FALSE(writeMessage(pair[1], {{"a", 1}})) << "no SIGPIPE, just false";
+}
+
+TEST(MessageFraming, OversizedOrBrokenMessagesAreMalformed) {
+  SocketPair pair;
+  const std::array<char, 4> huge{'\x7f', '\xff', '\xff', '\xff'};
+  ASSERT_EQ(write(pair[0], huge.data(), huge.size()), 4);
+  EXPECT_EQ(std::get<ReadFailure>(readMessage(pair[1], soon())), ReadFailure::malformed);
+  const char broken[] = "\0\0\0\x03{x}";
+  ASSERT_EQ(write(pair[0], broken, 7), 7);
+  EXPECT_EQ(std::get<ReadFailure>(readMessage(pair[1], soon())), ReadFailure::malformed);
+}
+
+TEST(EvaluationJson, DatesAndPoliciesSurviveTheTripBitForBit) {
+  for (const auto& policy : {std::optional(TimelineReloadPolicy::atEnd()), std::optional(TimelineReloadPolicy::never()),
+                             std::optional(TimelineReloadPolicy::after(platform::Date::fromReferenceSeconds(1e9 / 3))),
+                             std::optional<TimelineReloadPolicy>()}) {
+    widgets::TimelineAnswer answer{{platform::Date::fromReferenceSeconds(0.1), platform::Date::fromReferenceSeconds(-1.0 / 7)},
+                                   policy};
+    const auto text = toJson(answer).dump();
+    const auto back = timelineAnswerFromJson(nlohmann::json::parse(text));
+    EXPECT_EQ(back.entryDates, answer.entryDates);
+    EXPECT_EQ(back.policy, answer.policy);
+  }
+}
+
+TEST(EvaluationJson, RequestsSurviveTheTrip) {
+  ViewEvaluation view{"StreakWidget", platform::Date::fromReferenceSeconds(1.5), platform::Date::fromReferenceSeconds(2.25),
+                      {views::ColorScheme::dark, views::WidgetRenderingMode::vibrant, {16, 4},
+                       views::WidgetFamily::systemMedium},
+                      {"Asia/Tokyo", "ja_JP@calendar=japanese", 18446744073709551615ull, "/g", "/s"}};
+  const auto back = viewEvaluationFromJson(nlohmann::json::parse(toJson(view).dump()));
+  EXPECT_EQ(back.kind, view.kind);
+  EXPECT_EQ(back.entryDate, view.entryDate);
+  EXPECT_EQ(back.at, view.at);
+  EXPECT_EQ(back.environment, view.environment);
+  EXPECT_EQ(back.settings.seed, view.settings.seed);
+  EXPECT_EQ(back.settings.locale, view.settings.locale);
+  EXPECT_EQ(back.settings.appSupport, view.settings.appSupport);
+
+  TimelineEvaluation timeline{"OnThisDayWidget", platform::Date::fromReferenceSeconds(3), widgets::TimelineRequest::placeholder, {}};
+  const auto timelineBack = timelineEvaluationFromJson(toJson(timeline));
+  EXPECT_EQ(timelineBack.request, widgets::TimelineRequest::placeholder);
+  EXPECT_FALSE(timelineBack.settings.timeZone);
+  EXPECT_FALSE(timelineBack.settings.seed);
+}
+
+TEST(EvaluationJson, MalformedMessagesNameWhatWasWrong) {
+  const auto error = [](const nlohmann::json& json) {
+    try {
+      timelineAnswerFromJson(json);
+    } catch (const EvaluationJsonError& caught) {
+      return std::string(caught.what());
+    }
+    return std::string("accepted");
+  };
+  EXPECT_EQ(error({{"entries", {nullptr}}}), "worker message: \"entries\" is not a finite number")
+      << "a NaN date is written as null";
+  EXPECT_EQ(error(nlohmann::json::object()), "worker message: missing \"entries\"");
+  EXPECT_EQ(error({{"entries", nlohmann::json::array()}, {"policy", {{"type", "sometimes"}}}}),
+            "worker message: unknown reload policy \"sometimes\"");
+  EXPECT_EQ(error({{"entries", nlohmann::json::array()}, {"policy", {{"type", "after"}}}}),
+            "worker message: missing \"date\"");
+  EXPECT_THROW(processSettingsFromJson({{"seed", -1}}), EvaluationJsonError);
+  EXPECT_THROW(viewEvaluationFromJson({{"kind", "K"}, {"entryDate", 0}, {"at", 0}, {"settings", nlohmann::json::object()},
+                                       {"environment", {{"colorScheme", "mauve"}}}}),
+               EvaluationJsonError);
+}
+
+}  // namespace
+}  // namespace quillan::worker
