@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
       cli::addTapCommand(app, host),
       cli::addSampleJournalCommand(app, host),
       cli::addDemoCommand(app, host),
+      cli::addServeCommand(app, host),
   };
 
   try {
@@ -54,7 +55,7 @@ int main(int argc, char** argv) {
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
       report(cli::badValue("unknown subcommand", leftover.front(),
-                           "expected list, timeline, render, tap, sample-journal or demo; see --help"));
+                           "expected list, timeline, render, tap, sample-journal, demo or serve; see --help"));
       return 2;
     }
     report(error.what());

@@ -1,0 +1,102 @@
+#include "server/JournalWatcher.hpp"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+
+namespace quillan::server {
+namespace {
+
+constexpr std::uint32_t kWatchedEvents = IN_MODIFY | IN_CLOSE_WRITE | IN_CREATE | IN_MOVED_TO | IN_DELETE;
+
+enum class Ready { changes, stop, timeout };
+
+Ready waitFor(int inotify, int stop, std::optional<std::chrono::milliseconds> timeout) {
+  pollfd fds[2] = {{inotify, POLLIN, 0}, {stop, POLLIN, 0}};
+  const int waited = timeout ? static_cast<int>(timeout->count()) : -1;
+  while (true) {
+    const int ready = poll(fds, 2, waited);
+    if (ready < 0 && errno == EINTR) continue;
+    if (ready <= 0) return Ready::timeout;
+    if (fds[1].revents != 0) return Ready::stop;
+    return Ready::changes;
+  }
+}
+
+}  // namespace
+
+JournalWatcher::JournalWatcher(const std::filesystem::path& journal, std::function<void()> committed, Timing timing)
+    : journalName_(journal.filename().string()),
+      walName_(journalName_ + "-wal"),
+      committed_(std::move(committed)),
+      timing_(timing) {
+  inotify_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  stop_ = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+  const auto folder = journal.parent_path().empty() ? std::filesystem::path(".") : journal.parent_path();
+  if (inotify_ < 0 || stop_ < 0 || inotify_add_watch(inotify_, folder.c_str(), kWatchedEvents) < 0) {
+    const std::string reason = std::strerror(errno);
+    if (inotify_ >= 0) close(inotify_);
+    if (stop_ >= 0) close(stop_);
+    throw std::runtime_error("cannot watch " + folder.string() + ": " + reason);
+  }
+  thread_ = std::thread([this] { run(); });
+}
+
+JournalWatcher::~JournalWatcher() {
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const auto written = write(stop_, &one, sizeof one);
+  thread_.join();
+  close(inotify_);
+  close(stop_);
+}
+
+void JournalWatcher::run() {
+  using Clock = std::chrono::steady_clock;
+  std::optional<Clock::time_point> firstChange;
+  std::optional<Clock::time_point> lastChange;
+  while (true) {
+    std::optional<std::chrono::milliseconds> timeout;
+    if (firstChange) {
+      const auto now = Clock::now();
+      const auto untilQuiet = *lastChange + timing_.quiet - now;
+      const auto untilLongest = *firstChange + timing_.longest - now;
+      timeout = std::max(std::chrono::milliseconds(0),
+                         std::chrono::duration_cast<std::chrono::milliseconds>(std::min(untilQuiet, untilLongest)));
+    }
+    const auto ready = waitFor(inotify_, stop_, timeout);
+    if (ready == Ready::stop) return;
+    if (ready == Ready::changes && readChanges()) {
+      lastChange = Clock::now();
+      if (!firstChange) firstChange = lastChange;
+      continue;
+    }
+    if (ready == Ready::timeout && firstChange) {
+      firstChange.reset();
+      lastChange.reset();
+      committed_();
+    }
+  }
+}
+
+bool JournalWatcher::readChanges() {
+  alignas(inotify_event) char buffer[8192];
+  bool journalChanged = false;
+  while (true) {
+    const auto length = read(inotify_, buffer, sizeof buffer);
+    if (length <= 0) return journalChanged;
+    for (char* at = buffer; at < buffer + length;) {
+      const auto* event = reinterpret_cast<const inotify_event*>(at);
+      const std::string name = event->len > 0 ? event->name : "";
+      if (name == journalName_ || name == walName_) journalChanged = true;
+      at += sizeof(inotify_event) + event->len;
+    }
+  }
+}
+
+}  // namespace quillan::server

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+namespace quillan::server {
+
+// Watches the journal's folder (inotify) for the app's commits: a write to
+// the journal file or its write-ahead log, or either being created or
+// replaced. Writes come in bursts (a commit touches the WAL several times), so
+// the watcher waits until the files have been quiet for `quiet`, or at most
+// `longest` after the first write, then calls `committed` once, on its own
+// thread. Readers touch only the -shm index, which is ignored, so the host's
+// own reads never look like a commit.
+class JournalWatcher {
+ public:
+  struct Timing {
+    std::chrono::milliseconds quiet{50};
+    std::chrono::milliseconds longest{300};
+  };
+
+  // Throws std::runtime_error when the folder cannot be watched.
+  JournalWatcher(const std::filesystem::path& journal, std::function<void()> committed, Timing timing);
+  JournalWatcher(const std::filesystem::path& journal, std::function<void()> committed)
+      : JournalWatcher(journal, std::move(committed), Timing{}) {}
+  ~JournalWatcher();
+  JournalWatcher(const JournalWatcher&) = delete;
+  JournalWatcher& operator=(const JournalWatcher&) = delete;
+
+ private:
+  void run();
+  // Reads what inotify has; true when the journal or its WAL changed.
+  bool readChanges();
+
+  std::string journalName_;
+  std::string walName_;
+  std::function<void()> committed_;
+  Timing timing_;
+  int inotify_ = -1;
+  int stop_ = -1;  // an eventfd the destructor signals
+  std::thread thread_;
+};
+
+}  // namespace quillan::server

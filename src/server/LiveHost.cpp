@@ -1,0 +1,173 @@
+#include "server/LiveHost.hpp"
+
+#include <algorithm>
+#include <chrono>
+
+#include "widgets/TimelineWidgetBundle.hpp"
+#include "worker/WorkerTimelineSource.hpp"
+
+namespace quillan::server {
+namespace {
+
+// A sleeping host wakes at least this often (seconds of real time), so a
+// clock that drifts from the one it computed its sleep with is caught up.
+constexpr double kLongestSleep = 30;
+
+views::WidgetFamily familyOf(const std::string& kind) {
+  return widgets::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
+}
+
+}  // namespace
+
+LiveHost::LiveHost(worker::WidgetWorker& timelines, PageSettings settings, host::SchedulerOptions options,
+                   host::HostClock clock, PictureListener listener)
+    : timelines_(timelines),
+      options_(options),
+      listener_(std::move(listener)),
+      clock_(std::move(clock)),
+      settings_(std::move(settings)),
+      publishedAt_(clock_.now()) {
+  host::checkSchedulerOptions(options_);
+}
+
+LiveHost::~LiveHost() { stop(); }
+
+void LiveHost::start() {
+  if (thread_.joinable()) return;
+  thread_ = std::thread([this] { run(); });
+}
+
+void LiveHost::stop() {
+  {
+    std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  wake_.notify_all();
+  if (thread_.joinable()) thread_.join();
+}
+
+std::vector<PlacedWidgetView> LiveHost::widgets() const {
+  std::lock_guard lock(mutex_);
+  return published_;
+}
+
+std::optional<PlacedWidgetView> LiveHost::widget(const std::string& kind) const {
+  std::lock_guard lock(mutex_);
+  for (const auto& widget : published_) {
+    if (widget.state.kind == kind) return widget;
+  }
+  return std::nullopt;
+}
+
+platform::Date LiveHost::now() const {
+  std::lock_guard lock(mutex_);
+  return clock_.now();
+}
+
+platform::Date LiveHost::publishedAt() const {
+  std::lock_guard lock(mutex_);
+  return publishedAt_;
+}
+
+PageSettings LiveHost::settings() const {
+  std::lock_guard lock(mutex_);
+  return settings_;
+}
+
+void LiveHost::changeClock(const ClockChange& change) {
+  {
+    std::lock_guard lock(mutex_);
+    applyClockChange(clock_, change);
+    pending_.clockSet = pending_.clockSet || std::holds_alternative<PinClock>(change);
+  }
+  wake_.notify_all();
+}
+
+void LiveHost::changeSettings(const PageSettings& settings) {
+  {
+    std::lock_guard lock(mutex_);
+    if (settings == settings_) return;
+    settings_ = settings;
+    pending_.environmentChanged = true;
+  }
+  wake_.notify_all();
+}
+
+void LiveHost::appWrote() {
+  {
+    std::lock_guard lock(mutex_);
+    pending_.appWrote = true;
+  }
+  wake_.notify_all();
+}
+
+void LiveHost::run() {
+  // The source reads the page's zone and locale at each ask, so an ask made
+  // after the environment changed already uses the new one.
+  auto source = [this](std::string_view kind, platform::Date at) -> host::TimelineOutcome {
+    auto settings = processSettings(this->settings());
+    return worker::workerTimelineSource(timelines_, std::move(settings))(kind, at);
+  };
+  std::unique_lock lock(mutex_);
+  const auto start = clock_.now();
+  lock.unlock();
+  host::Scheduler scheduler(start, source, {}, options_);
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) scheduler.place(widget.kind);
+  lock.lock();
+  while (!stopping_) {
+    const Pending pending = std::exchange(pending_, {});
+    const auto target = clock_.now();
+    lock.unlock();
+    step(scheduler, pending, target);
+    const auto next = scheduler.nextEventTime();
+    lock.lock();
+    const bool idle = !pending_.appWrote && !pending_.environmentChanged && !pending_.clockSet;
+    if (stopping_ || !idle) continue;
+    const auto seconds = std::min(secondsUntilNextEvent(next).value_or(kLongestSleep), kLongestSleep);
+    if (seconds > 0) wake_.wait_for(lock, std::chrono::duration<double>(seconds));
+  }
+}
+
+void LiveHost::step(host::Scheduler& scheduler, const Pending& pending, platform::Date target) {
+  const double ahead = target.timeIntervalSinceReferenceDate() - scheduler.now().timeIntervalSinceReferenceDate();
+  if (pending.clockSet && ahead > kLivedThroughSeconds) scheduler.jumpTo(target);
+  else scheduler.advanceTo(target);
+  if (pending.environmentChanged) scheduler.reloadAll(scheduler.now(), host::ReloadReason::environment);
+  if (pending.appWrote) scheduler.reloadAll(scheduler.now(), host::ReloadReason::app);
+  std::vector<PlacedWidgetView> widgets;
+  for (auto& state : scheduler.widgets()) {
+    const auto family = familyOf(state.kind);
+    widgets.push_back({std::move(state), family});
+  }
+  publish(widgets, scheduler.now());
+}
+
+void LiveHost::publish(const std::vector<PlacedWidgetView>& widgets, platform::Date at) {
+  std::vector<std::pair<std::string, std::uint64_t>> changed;
+  {
+    std::lock_guard lock(mutex_);
+    for (const auto& widget : widgets) {
+      const auto before = std::find_if(published_.begin(), published_.end(),
+                                       [&](const auto& old) { return old.state.kind == widget.state.kind; });
+      if (before == published_.end() || before->state.version != widget.state.version) {
+        changed.emplace_back(widget.state.kind, widget.state.version);
+      }
+    }
+    published_ = widgets;
+    publishedAt_ = at;
+  }
+  if (listener_) {
+    for (const auto& [kind, version] : changed) listener_(kind, version);
+  }
+}
+
+// Called with the lock held.
+std::optional<double> LiveHost::secondsUntilNextEvent(const std::optional<platform::Date>& next) const {
+  if (!next) return std::nullopt;
+  const auto real = clock_.realTimeOf(*next);
+  if (!real) return std::nullopt;
+  return std::max(0.0, real->timeIntervalSinceReferenceDate() -
+                           host::HostClock::systemTime().timeIntervalSinceReferenceDate());
+}
+
+}  // namespace quillan::server

@@ -1,0 +1,154 @@
+#include "server/PageSettings.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "platform/Locale.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/DeviceProfile.hpp"
+#include "server/RequestError.hpp"
+
+namespace quillan::server {
+namespace {
+
+// No name the API accepts is longer; a longer value is refused before any
+// library is asked to look it up.
+constexpr std::size_t kMaxValueBytes = 100;
+
+template <views::NamedEnum E>
+std::string checkedName(const std::string& key, const std::string& text) {
+  if (!views::fromString<E>(text)) {
+    throw badValue(key, "unknown value", text, "expected " + views::acceptedNames<E>());
+  }
+  return text;
+}
+
+// Plain decimals only ("2", "2.5"), as on the command line.
+double scaleFrom(const std::string& text) {
+  double value = 0;
+  const auto* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value, std::chars_format::fixed);
+  if (text.empty() || error != std::errc() || stop != end || !std::isfinite(value) || value < 1 || value > 3) {
+    throw badValue("scale", "expected a decimal number from 1 to 3, got", text);
+  }
+  return value;
+}
+
+void checkScale(double value) {
+  if (!std::isfinite(value) || value < 1 || value > 3) {
+    throw RequestError("scale: expected a number from 1 to 3");
+  }
+}
+
+// null: back to the default (the process's zone and locale, the family's scheme and mode).
+void unsetSetting(PageSettings& settings, const std::string& key) {
+  if (key == "colorScheme") settings.colorScheme.reset();
+  else if (key == "renderingMode") settings.renderingMode.reset();
+  else if (key == "locale") settings.locale.reset();
+  else if (key == "timeZone") settings.timeZone.reset();
+  else throw RequestError(key + ": has no default to go back to; expected a value");
+}
+
+}  // namespace
+
+bool isSettingKey(const std::string& key) {
+  return std::find(std::begin(kSettingKeys), std::end(kSettingKeys), key) != std::end(kSettingKeys);
+}
+
+void applySettingText(PageSettings& settings, const std::string& key, const std::string& text) {
+  if (!isSettingKey(key)) throw badValue("environment", "unknown key", key);
+  if (text.size() > kMaxValueBytes) throw badValue(key, "value too long", text);
+  if (key == "colorScheme") {
+    settings.colorScheme = checkedName<views::ColorScheme>(key, text);
+  } else if (key == "renderingMode") {
+    settings.renderingMode = checkedName<views::WidgetRenderingMode>(key, text);
+  } else if (key == "platformVersion") {
+    try {
+      settings.platformVersion = views::parsePlatformVersion(text).toString();
+    } catch (const views::EnvironmentParseError&) {
+      throw badValue(key, "expected MAJOR.MINOR, got", text);
+    }
+  } else if (key == "locale") {
+    if (!platform::Locale::named(text)) throw badValue(key, "unknown locale", text);
+    settings.locale = text;
+  } else if (key == "timeZone") {
+    if (!platform::TimeZone::named(text)) throw badValue(key, "unknown time zone", text);
+    settings.timeZone = text;
+  } else if (key == "device") {
+    if (!render::DeviceProfile::named(text)) throw badValue(key, "unknown device", text);
+    settings.device = text;
+  } else if (key == "scale") {
+    settings.scale = scaleFrom(text);
+  } else if (text == "true" || text == "false") {
+    settings.redacted = text == "true";
+  } else {
+    throw badValue(key, "expected true or false, got", text);
+  }
+}
+
+void applySettingsJson(PageSettings& settings, const nlohmann::json& object) {
+  if (!object.is_object()) throw RequestError("environment: expected a JSON object");
+  PageSettings changed = settings;
+  for (const auto& [key, value] : object.items()) {
+    if (!isSettingKey(key)) throw badValue("environment", "unknown key", key);
+    if (key == "scale") {
+      if (!value.is_number()) throw RequestError("scale: expected a number from 1 to 3");
+      checkScale(value.get<double>());
+      changed.scale = value.get<double>();
+    } else if (key == "redacted") {
+      if (!value.is_boolean()) throw RequestError("redacted: expected true or false");
+      changed.redacted = value.get<bool>();
+    } else if (value.is_null()) {
+      unsetSetting(changed, key);
+    } else {
+      if (!value.is_string()) throw RequestError(key + ": expected a string");
+      applySettingText(changed, key, value.get<std::string>());
+    }
+  }
+  settings = changed;
+}
+
+nlohmann::json toJson(const PageSettings& settings) {
+  nlohmann::json json;
+  json["colorScheme"] = settings.colorScheme ? nlohmann::json(*settings.colorScheme) : nlohmann::json();
+  json["renderingMode"] = settings.renderingMode ? nlohmann::json(*settings.renderingMode) : nlohmann::json();
+  json["platformVersion"] = settings.platformVersion;
+  json["locale"] = settings.locale ? nlohmann::json(*settings.locale) : nlohmann::json();
+  json["timeZone"] = settings.timeZone ? nlohmann::json(*settings.timeZone) : nlohmann::json();
+  json["device"] = settings.device;
+  json["scale"] = settings.scale;
+  json["redacted"] = settings.redacted;
+  return json;
+}
+
+views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFamily family) {
+  views::Environment environment;
+  environment.family = family;
+  const bool lockScreen = family == views::WidgetFamily::accessoryCircular;
+  environment.renderingMode = settings.renderingMode ? views::parseRenderingMode(*settings.renderingMode)
+                              : lockScreen           ? views::WidgetRenderingMode::vibrant
+                                                     : views::WidgetRenderingMode::fullColor;
+  const bool vibrant = environment.renderingMode == views::WidgetRenderingMode::vibrant;
+  environment.colorScheme = views::parseColorScheme(settings.colorScheme.value_or(vibrant ? "dark" : "light"));
+  environment.platformVersion = views::parsePlatformVersion(settings.platformVersion);
+  return environment;
+}
+
+render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family) {
+  render::RenderContext context;
+  context.env = viewEnvironment(settings, family);
+  context.device = *render::DeviceProfile::named(settings.device);
+  context.scale = settings.scale;
+  context.redacted = settings.redacted;
+  return context;
+}
+
+worker::ProcessSettings processSettings(const PageSettings& settings) {
+  worker::ProcessSettings process;
+  process.timeZone = settings.timeZone;
+  process.locale = settings.locale;
+  return process;
+}
+
+}  // namespace quillan::server

@@ -1,0 +1,252 @@
+#include "server/Server.hpp"
+
+#include <httplib.h>
+
+#include <stdexcept>
+
+#include "platform/ISO8601.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/HitTest.hpp"
+#include "render/Renderer.hpp"
+#include "server/ApiRequests.hpp"
+#include "server/Page.hpp"
+#include "server/RequestError.hpp"
+
+namespace quillan::server {
+namespace {
+
+// Every body the API accepts is a small JSON object.
+constexpr std::size_t kMaxBodyBytes = 16 * 1024;
+// Event streams each hold one of the HTTP threads while open.
+constexpr int kMaxOpenStreams = 8;
+constexpr int kHttpThreads = 24;
+// An idle stream still sends a comment this often, so a closed page is noticed.
+constexpr std::chrono::seconds kStreamHeartbeat{10};
+
+// The extension's texts may hold bytes that are not UTF-8; JSON must stay valid.
+std::string dump(const nlohmann::json& json) {
+  return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+void answerJson(httplib::Response& response, const nlohmann::json& json, int status = 200) {
+  response.status = status;
+  response.set_content(dump(json), "application/json");
+}
+
+void answerError(httplib::Response& response, int status, const std::string& message) {
+  answerJson(response, {{"error", message}}, status);
+}
+
+platform::TimeZone zoneOf(const PageSettings& settings) {
+  if (settings.timeZone) {
+    if (auto zone = platform::TimeZone::named(*settings.timeZone)) return *zone;
+  }
+  return platform::TimeZone::current();
+}
+
+nlohmann::json clockJson(const LiveHost& host) {
+  return {{"now", platform::ISO8601::format(host.now(), zoneOf(host.settings()))}};
+}
+
+nlohmann::json parseBody(const std::string& body, const std::string& what) {
+  const auto json = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
+  if (json.is_discarded()) throw RequestError(what + ": the body is not JSON");
+  return json;
+}
+
+// Runs `handle`, answering a RequestError with 400 and its one line.
+template <typename Handle>
+httplib::Server::Handler guarded(Handle handle) {
+  return [handle](const httplib::Request& request, httplib::Response& response) {
+    try {
+      handle(request, response);
+    } catch (const RequestError& error) {
+      answerError(response, 400, error.what());
+    }
+  };
+}
+
+// The view tree and where its taps go, in points, as `tap` resolves them.
+nlohmann::json pictureJson(const PlacedWidgetView& widget, const EntryView& view,
+                           const render::RenderContext& context) {
+  nlohmann::json regions = nlohmann::json::array();
+  for (const auto& region : render::hitRegions(view.tree, context)) {
+    regions.push_back({{"x", region.rect.x}, {"y", region.rect.y}, {"width", region.rect.width},
+                       {"height", region.rect.height}, {"url", region.url}});
+  }
+  return {{"kind", widget.state.kind},
+          {"family", std::string(views::toString(widget.family))},
+          {"version", widget.state.version},
+          {"view", nlohmann::json::parse(view.json)},
+          {"regions", regions}};
+}
+
+}  // namespace
+
+Server::Server(ServerOptions options) : options_(std::move(options)) {
+  if (options_.viewWorkers < 1) throw std::invalid_argument("at least one view worker is needed");
+  timelines_ = std::make_unique<worker::WidgetWorker>(options_.worker);
+  std::vector<std::unique_ptr<worker::WidgetWorker>> viewWorkers;
+  for (int index = 0; index < options_.viewWorkers; ++index) {
+    viewWorkers.push_back(std::make_unique<worker::WidgetWorker>(options_.worker));
+  }
+  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers));
+  host::HostClock clock;
+  if (options_.pinnedAt) clock.pin(*options_.pinnedAt);
+  host_ = std::make_unique<LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
+                                     [this](const std::string& kind, std::uint64_t version) {
+                                       publishPicture(kind, version);
+                                     });
+  http_ = std::make_unique<httplib::Server>();
+}
+
+Server::~Server() { stop(); }
+
+int Server::start() {
+  if (started_) throw std::logic_error("the server is already started");
+  route();
+  const int port = options_.port == 0 ? http_->bind_to_any_port(options_.bind)
+                                      : (http_->bind_to_port(options_.bind, options_.port) ? options_.port : -1);
+  if (port <= 0) {
+    throw std::runtime_error("cannot listen on " + options_.bind + ":" + std::to_string(options_.port));
+  }
+  started_ = true;
+  host_->start();
+  watcher_ = std::make_unique<JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
+  listener_ = std::thread([this] { http_->listen_after_bind(); });
+  return port;
+}
+
+void Server::stop() {
+  if (!started_) return;
+  started_ = false;
+  events_.close();
+  http_->stop();
+  if (listener_.joinable()) listener_.join();
+  watcher_.reset();
+  host_->stop();
+}
+
+// As the phone renders an entry's view when it is shown, the view is built
+// before the page hears of the new picture: a failing view then shows as a
+// failed widget, and the page's request for the picture finds it ready.
+void Server::publishPicture(const std::string& kind, std::uint64_t version) {
+  if (const auto widget = host_->widget(kind)) pictures_->view(*widget, host_->settings(), host_->publishedAt());
+  events_.publish("widget", dump({{"kind", kind}, {"version", version}}));
+}
+
+void Server::route() {
+  auto& http = *http_;
+  http.new_task_queue = [] { return new httplib::ThreadPool(kHttpThreads); };
+  http.set_payload_max_length(kMaxBodyBytes);
+  http.set_error_handler([](const httplib::Request& request, httplib::Response& response) {
+    if (!response.body.empty()) return;
+    if (response.status == 404) answerError(response, 404, "no such path: " + request.path);
+    else if (response.status == 413) answerError(response, 413, "request body larger than 16 KiB");
+    else answerError(response, response.status, "request refused");
+  });
+  http.set_exception_handler([](const httplib::Request&, httplib::Response& response, std::exception_ptr error) {
+    std::string message = "internal error";
+    try {
+      std::rethrow_exception(error);
+    } catch (const std::exception& thrown) {
+      message += ": " + std::string(thrown.what());
+    } catch (...) {
+    }
+    answerError(response, 500, message);
+  });
+  http.set_default_headers({{"X-Content-Type-Options", "nosniff"},
+                            {"Cache-Control", "no-store"},
+                            {"Content-Security-Policy", "default-src 'self'; img-src 'self' blob:"}});
+
+  http.Get("/", [](const httplib::Request&, httplib::Response& response) {
+    response.set_content(std::string(pageHtml()), "text/html; charset=utf-8");
+  });
+  http.Get("/page.js", [](const httplib::Request&, httplib::Response& response) {
+    response.set_content(std::string(pageScript()), "text/javascript; charset=utf-8");
+  });
+  http.Get("/page.css", [](const httplib::Request&, httplib::Response& response) {
+    response.set_content(std::string(pageStyle()), "text/css; charset=utf-8");
+  });
+
+  http.Get("/api/widgets", [this](const httplib::Request&, httplib::Response& response) {
+    const auto settings = host_->settings();
+    auto widgets = host_->widgets();
+    for (auto& widget : widgets) {
+      if (widget.state.ok()) widget.state.failure = pictures_->knownFailure(widget, settings);
+    }
+    answerJson(response, widgetsJson(host_->now(), widgets, zoneOf(settings)));
+  });
+  http.Get("/api/clock", [this](const httplib::Request&, httplib::Response& response) {
+    answerJson(response, clockJson(*host_));
+  });
+  http.Post("/api/clock", guarded([this](const httplib::Request& request, httplib::Response& response) {
+              host_->changeClock(parseClockChange(request.body));
+              answerJson(response, clockJson(*host_));
+            }));
+  http.Get("/api/environment", [this](const httplib::Request&, httplib::Response& response) {
+    auto json = toJson(host_->settings());
+    json["devices"] = render::DeviceProfile::profileNames();
+    answerJson(response, json);
+  });
+  http.Post("/api/environment", guarded([this](const httplib::Request& request, httplib::Response& response) {
+              auto settings = host_->settings();
+              applySettingsJson(settings, parseBody(request.body, "environment"));
+              host_->changeSettings(settings);
+              answerJson(response, toJson(settings));
+            }));
+
+  http.Get("/api/render", guarded([this](const httplib::Request& request, httplib::Response& response) {
+             const auto parsed = parseRenderRequest(request.params, host_->settings());
+             const auto widget = host_->widget(parsed.kind);
+             if (!widget) return answerError(response, 503, parsed.kind + ": no timeline yet");
+             const auto outcome = pictures_->view(*widget, parsed.settings, host_->publishedAt());
+             if (const auto* reason = std::get_if<std::string>(&outcome)) {
+               return answerError(response, 503, parsed.kind + " failed: " + *reason);
+             }
+             const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
+             const auto context = renderContext(parsed.settings, widget->family);
+             if (parsed.format == PictureFormat::png) {
+               const auto bytes = render::renderToPNGBytes(view.tree, context);
+               response.set_content(reinterpret_cast<const char*>(bytes.data()), bytes.size(), "image/png");
+             } else if (parsed.format == PictureFormat::svg) {
+               response.set_content(render::renderToSVG(view.tree, context), "image/svg+xml");
+             } else {
+               answerJson(response, pictureJson(*widget, view, context));
+             }
+           }));
+
+  http.Get("/api/tap", guarded([this](const httplib::Request& request, httplib::Response& response) {
+             const auto parsed = parseTapRequest(request.params, host_->settings());
+             const auto widget = host_->widget(parsed.kind);
+             if (!widget) return answerError(response, 503, parsed.kind + ": no timeline yet");
+             const auto outcome = pictures_->view(*widget, parsed.settings, host_->publishedAt());
+             if (const auto* reason = std::get_if<std::string>(&outcome)) {
+               return answerError(response, 503, parsed.kind + " failed: " + *reason);
+             }
+             const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
+             const auto url = render::hitTest(view.tree, renderContext(parsed.settings, widget->family),
+                                              {parsed.x, parsed.y});
+             answerJson(response, {{"url", url ? nlohmann::json(*url) : nlohmann::json()}});
+           }));
+
+  http.Get("/api/events", [this](const httplib::Request&, httplib::Response& response) {
+    if (++openStreams_ > kMaxOpenStreams) {
+      --openStreams_;
+      return answerError(response, 503, "too many open event streams");
+    }
+    auto sequence = std::make_shared<std::uint64_t>(events_.nextSequence());
+    response.set_chunked_content_provider(
+        "text/event-stream",
+        [this, sequence](std::size_t, httplib::DataSink& sink) {
+          const auto event = events_.next(*sequence, kStreamHeartbeat);
+          if (events_.closed()) return false;
+          const std::string text = event ? event->text : std::string(": heartbeat\n\n");
+          if (event) *sequence = event->sequence + 1;
+          return sink.write(text.data(), text.size());
+        },
+        [this](bool) { --openStreams_; });
+  });
+}
+
+}  // namespace quillan::server

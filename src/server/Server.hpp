@@ -1,0 +1,56 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+#include "server/EventHub.hpp"
+#include "server/JournalWatcher.hpp"
+#include "server/LiveHost.hpp"
+#include "server/ServerOptions.hpp"
+#include "server/WidgetPictures.hpp"
+
+namespace httplib {
+class Server;
+}
+
+namespace quillan::server {
+
+// `serve`: the live host and its page over HTTP (routes in the README).
+//
+// Construct it before the process starts any thread: the constructor starts
+// the extension's worker processes, which must be forked from a
+// single-threaded process. start() then binds and starts the host, the
+// journal watcher and the HTTP threads.
+class Server {
+ public:
+  explicit Server(ServerOptions options);
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  // Binds options.bind:options.port and serves in the background; returns
+  // the port. Throws std::runtime_error when the address cannot be bound.
+  int start();
+  // Ends open event streams, stops answering and joins every thread.
+  void stop();
+
+  LiveHost& host() { return *host_; }
+
+ private:
+  void route();
+  void publishPicture(const std::string& kind, std::uint64_t version);
+
+  ServerOptions options_;
+  std::unique_ptr<worker::WidgetWorker> timelines_;
+  std::unique_ptr<WidgetPictures> pictures_;
+  EventHub events_;
+  std::atomic<int> openStreams_{0};
+  std::unique_ptr<LiveHost> host_;
+  std::unique_ptr<JournalWatcher> watcher_;
+  std::unique_ptr<httplib::Server> http_;
+  std::thread listener_;
+  bool started_ = false;
+};
+
+}  // namespace quillan::server

@@ -1,0 +1,123 @@
+#include "server/WidgetPictures.hpp"
+
+#include <stdexcept>
+
+#include "views/ViewTreeJson.hpp"
+
+namespace quillan::server {
+namespace {
+
+std::string viewKey(const PlacedWidgetView& widget, platform::Date entry, const views::Environment& environment,
+                    const worker::ProcessSettings& process) {
+  nlohmann::json key = {widget.state.kind,
+                        widget.state.version,
+                        entry.timeIntervalSinceReferenceDate(),
+                        views::toString(environment.colorScheme),
+                        views::toString(environment.renderingMode),
+                        environment.platformVersion.toString(),
+                        views::toString(environment.family),
+                        process.timeZone.value_or(""),
+                        process.locale.value_or("")};
+  return key.dump();
+}
+
+// The entry on screen; before any has come, the first of the timeline (the
+// widget's placeholder on the phone), or, with no timeline, the instant itself.
+platform::Date entryShown(const host::WidgetState& state, platform::Date at) {
+  if (state.entry) return *state.entry;
+  if (!state.entryDates.empty()) return state.entryDates.front();
+  return at;
+}
+
+}  // namespace
+
+WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers)
+    : workers_(std::move(workers)) {
+  if (workers_.empty()) throw std::invalid_argument("WidgetPictures needs at least one worker");
+  for (const auto& worker : workers_) idle_.push_back(worker.get());
+}
+
+worker::ViewEvaluation WidgetPictures::evaluationOf(const PlacedWidgetView& widget, const PageSettings& settings,
+                                                   platform::Date at) {
+  return {widget.state.kind, entryShown(widget.state, at), at, viewEnvironment(settings, widget.family),
+          processSettings(settings)};
+}
+
+std::optional<std::string> WidgetPictures::knownFailure(const PlacedWidgetView& widget,
+                                                        const PageSettings& settings) {
+  // The entry shown is known once a timeline arrived; the instant only stands in when there is none.
+  const auto evaluation = evaluationOf(widget, settings, platform::Date());
+  const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
+  std::lock_guard lock(viewsMutex_);
+  const auto known = views_.find(key);
+  if (known == views_.end() || known->second.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+    return std::nullopt;
+  }
+  const auto& outcome = known->second.get();
+  if (const auto* reason = std::get_if<std::string>(&outcome)) return *reason;
+  return std::nullopt;
+}
+
+ViewOutcome WidgetPictures::view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at) {
+  const auto evaluation = evaluationOf(widget, settings, at);
+  const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
+  std::promise<ViewOutcome> promise;
+  std::shared_future<ViewOutcome> future;
+  bool evaluates = false;
+  {
+    std::lock_guard lock(viewsMutex_);
+    if (const auto known = views_.find(key); known != views_.end()) {
+      future = known->second;
+    } else {
+      future = promise.get_future().share();
+      evaluates = true;
+      views_.emplace(key, future);
+      order_.push_back(key);
+      if (order_.size() > kRememberedViews) {
+        views_.erase(order_.front());
+        order_.pop_front();
+      }
+    }
+  }
+  // The request that made the entry evaluates; the others wait for its answer.
+  if (evaluates) promise.set_value(evaluate(evaluation));
+  return future.get();
+}
+
+ViewOutcome WidgetPictures::evaluate(const worker::ViewEvaluation& evaluation) {
+  auto& worker = acquire();
+  struct Release {
+    WidgetPictures& pictures;
+    worker::WidgetWorker& worker;
+    ~Release() { pictures.release(worker); }
+  } release{*this, worker};
+  try {
+    const auto answer = worker.view(evaluation);
+    if (const auto* failure = answer.failure()) return failure->reason;
+    auto view = std::make_shared<EntryView>();
+    view->json = *answer.value();
+    view->tree = views::decodeViewTree(view->json);
+    return view;
+  } catch (const std::exception& error) {
+    // A view the decoder refuses fails like an extension that stopped.
+    return std::string(error.what());
+  }
+}
+
+worker::WidgetWorker& WidgetPictures::acquire() {
+  std::unique_lock lock(workersMutex_);
+  workerFree_.wait(lock, [this] { return !idle_.empty(); });
+  auto* worker = idle_.back();
+  idle_.pop_back();
+  return *worker;
+}
+
+void WidgetPictures::release(worker::WidgetWorker& worker) {
+  {
+    std::lock_guard lock(workersMutex_);
+    idle_.push_back(&worker);
+  }
+  workerFree_.notify_one();
+}
+
+}  // namespace quillan::server

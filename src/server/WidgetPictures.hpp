@@ -1,0 +1,70 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <future>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/Date.hpp"
+#include "server/PageSettings.hpp"
+#include "server/WidgetsJson.hpp"
+#include "views/Node.hpp"
+#include "worker/WidgetWorker.hpp"
+
+namespace quillan::server {
+
+// A widget's view of one entry, as the extension built it.
+struct EntryView {
+  std::string json;  // the view tree as the worker answered it
+  views::Node tree;
+};
+
+// Either the view, or why the extension gave none.
+using ViewOutcome = std::variant<std::shared_ptr<const EntryView>, std::string>;
+
+// The views the page draws, built by the extension in worker processes. As on
+// the phone, an entry's view is built once and kept while the widget shows
+// that entry: a view is remembered by the widget's picture version, the
+// entry, and the environment it was built for, so the many requests of one
+// picture (PNG, SVG, taps, several pages) cost one evaluation, and requests
+// for the same view made at once wait for the same evaluation. At most
+// kRememberedViews are kept, the oldest forgotten first.
+class WidgetPictures {
+ public:
+  static constexpr std::size_t kRememberedViews = 64;
+
+  // The workers are made by the caller before any thread starts; evaluations
+  // run on as many at once as there are workers.
+  explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers);
+
+  // The view `widget` shows, built at `at` (the host's instant) under `settings`.
+  ViewOutcome view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at);
+  // Why the view `widget` shows under `settings` failed, if it has been built
+  // and failed; never waits nor evaluates.
+  std::optional<std::string> knownFailure(const PlacedWidgetView& widget, const PageSettings& settings);
+
+ private:
+  ViewOutcome evaluate(const worker::ViewEvaluation& evaluation);
+  static worker::ViewEvaluation evaluationOf(const PlacedWidgetView& widget, const PageSettings& settings,
+                                             platform::Date at);
+  worker::WidgetWorker& acquire();
+  void release(worker::WidgetWorker& worker);
+
+  std::mutex workersMutex_;
+  std::condition_variable workerFree_;
+  std::vector<std::unique_ptr<worker::WidgetWorker>> workers_;
+  std::vector<worker::WidgetWorker*> idle_;
+
+  std::mutex viewsMutex_;
+  std::map<std::string, std::shared_future<ViewOutcome>> views_;
+  std::deque<std::string> order_;
+};
+
+}  // namespace quillan::server

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "host/WidgetState.hpp"
+#include "platform/Date.hpp"
+#include "platform/TimeZone.hpp"
+#include "views/Environment.hpp"
+
+namespace quillan::server {
+
+struct PlacedWidgetView {
+  host::WidgetState state;
+  views::WidgetFamily family;
+};
+
+// GET /api/widgets: {"now", "widgets": [{"kind", "family", "state", "reason"?,
+// "entry": {"date"}, "policy", "nextReload", "reloads": {"policy", "app",
+// "budget"}, "version"}]}, dates in ISO-8601 in `zone`, null where unknown.
+nlohmann::json widgetsJson(platform::Date now, const std::vector<PlacedWidgetView>& widgets,
+                           const platform::TimeZone& zone);
+
+}  // namespace quillan::server

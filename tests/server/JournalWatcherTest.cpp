@@ -1,0 +1,68 @@
+#include "server/JournalWatcher.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <fstream>
+
+#include "ServerFixture.hpp"
+
+namespace quillan::server {
+namespace {
+
+using namespace std::chrono_literals;
+using quillan::testing::eventually;
+
+class JournalWatcherTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    auto pattern = (std::filesystem::temp_directory_path() / "quillan-watch-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  void append(const std::string& name) {
+    std::ofstream file(folder_ / name, std::ios::app);
+    file << "x";
+  }
+
+  std::filesystem::path folder_;
+  std::atomic<int> commits_{0};
+};
+
+TEST_F(JournalWatcherTest, ABurstOfWritesIsOneCommit) {
+  JournalWatcher watcher(folder_ / "Quillan.sqlite", [this] { ++commits_; }, {50ms, 1000ms});
+  for (int write = 0; write < 5; ++write) append("Quillan.sqlite-wal");
+  append("Quillan.sqlite");
+  EXPECT_TRUE(eventually([&] { return commits_ == 1; }, 5s));
+  std::this_thread::sleep_for(200ms);
+  EXPECT_EQ(commits_, 1);
+  append("Quillan.sqlite-wal");
+  EXPECT_TRUE(eventually([&] { return commits_ == 2; }, 5s));
+}
+
+TEST_F(JournalWatcherTest, ReadersAndOtherFilesAreNotCommits) {
+  JournalWatcher watcher(folder_ / "Quillan.sqlite", [this] { ++commits_; }, {20ms, 100ms});
+  append("Quillan.sqlite-shm");
+  append("Other.sqlite-wal");
+  append("Quillan.sqlite.bak");
+  std::this_thread::sleep_for(300ms);
+  EXPECT_EQ(commits_, 0);
+}
+
+TEST_F(JournalWatcherTest, ASteadyTrickleStillReportsWithinTheLongestWait) {
+  JournalWatcher watcher(folder_ / "Quillan.sqlite", [this] { ++commits_; }, {100ms, 300ms});
+  const auto start = std::chrono::steady_clock::now();
+  while (commits_ == 0 && std::chrono::steady_clock::now() - start < 5s) {
+    append("Quillan.sqlite-wal");
+    std::this_thread::sleep_for(20ms);
+  }
+  EXPECT_GE(commits_, 1);
+}
+
+TEST_F(JournalWatcherTest, AMissingFolderIsAnError) {
+  EXPECT_THROW(JournalWatcher(folder_ / "gone" / "Quillan.sqlite", [] {}), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace quillan::server
