@@ -13,7 +13,11 @@
 namespace quillan::server {
 namespace {
 
-constexpr std::uint32_t kWatchedEvents = IN_MODIFY | IN_CLOSE_WRITE | IN_CREATE | IN_MOVED_TO | IN_DELETE;
+// Only writes count: a connection of the extension that opens the journal for
+// writing (the legacy move's check) creates an empty WAL and deletes it again
+// on close, which is no commit; a commit always writes the WAL or, after a
+// checkpoint, the journal itself. A journal moved into place is a new one.
+constexpr std::uint32_t kWatchedEvents = IN_MODIFY | IN_MOVED_TO;
 
 enum class Ready { changes, stop, timeout };
 

@@ -8,8 +8,7 @@
 namespace quillan::server {
 
 // Watches the journal's folder (inotify) for the app's commits: a write to
-// the journal file or its write-ahead log, or either being created or
-// replaced. Writes come in bursts (a commit touches the WAL several times), so
+// the journal file or its write-ahead log, or a journal moved into place. Writes come in bursts (a commit touches the WAL several times), so
 // the watcher waits until the files have been quiet for `quiet`, or at most
 // `longest` after the first write, then calls `committed` once, on its own
 // thread. Readers touch only the -shm index, which is ignored, so the host's

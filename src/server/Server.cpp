@@ -206,6 +206,7 @@ void Server::route() {
              }
              const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
              const auto context = renderContext(parsed.settings, widget->family);
+             std::lock_guard drawing(drawing_);
              if (parsed.format == PictureFormat::png) {
                const auto bytes = render::renderToPNGBytes(view.tree, context);
                response.set_content(reinterpret_cast<const char*>(bytes.data()), bytes.size(), "image/png");
@@ -225,6 +226,7 @@ void Server::route() {
                return answerError(response, 503, parsed.kind + " failed: " + *reason);
              }
              const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
+             std::lock_guard drawing(drawing_);
              const auto url = render::hitTest(view.tree, renderContext(parsed.settings, widget->family),
                                               {parsed.x, parsed.y});
              answerJson(response, {{"url", url ? nlohmann::json(*url) : nlohmann::json()}});

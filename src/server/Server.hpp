@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 #include "server/EventHub.hpp"
@@ -46,6 +47,9 @@ class Server {
   std::unique_ptr<WidgetPictures> pictures_;
   EventHub events_;
   std::atomic<int> openStreams_{0};
+  // Layout and drawing go through Pango and fontconfig, whose shared font data
+  // crashes when several threads lay out text at once: one picture at a time.
+  std::mutex drawing_;
   std::unique_ptr<LiveHost> host_;
   std::unique_ptr<JournalWatcher> watcher_;
   std::unique_ptr<httplib::Server> http_;
