@@ -231,7 +231,7 @@ TEST_F(ServerTest, TheAppsCommitRedrawsTheComposeButtonWithinTwoSeconds) {
   const auto committed = std::chrono::steady_clock::now();
   writer_->addNote({.date = at(kServerNow), .info = std::string("written today")});
   const bool heard = eventually([&] { return announcedVersion(events.text(), "ComposeButtonWidget") > before; },
-                                std::chrono::seconds(10));
+                                std::chrono::seconds(60));
   const auto elapsed = std::chrono::steady_clock::now() - committed;
   ASSERT_TRUE(heard) << events.text();
 #if !defined(__SANITIZE_ADDRESS__)
@@ -256,12 +256,20 @@ TEST_F(ServerTest, ManyConcurrentPicturesAreAllAnsweredWithBoundedMemory) {
       auto client = clientOf(port_);
       const auto result = client->Get("/api/render?kind=" + kinds[index % kinds.size()] + "&format=png");
       if (result && result->status == 200 && result->body.rfind("\x89PNG", 0) == 0) ++answered;
+      else if (result) ADD_FAILURE() << result->status << " " << result->body.substr(0, 200);
+      else ADD_FAILURE() << httplib::to_string(result.error());
     });
   }
   for (auto& client : clients) client.join();
   EXPECT_EQ(answered.load(), kRequests);
-  // Each picture is about 100 KB and lives only while it is sent.
-  EXPECT_LT(residentKilobytes() - residentBefore, 200 * 1024);
+  // Each picture is about 100 KB and lives only while it is sent; the address
+  // sanitizer holds freed memory back in its quarantine.
+#if defined(__SANITIZE_ADDRESS__)
+  constexpr std::int64_t kGrowthKilobytes = 1024 * 1024;
+#else
+  constexpr std::int64_t kGrowthKilobytes = 200 * 1024;
+#endif
+  EXPECT_LT(residentKilobytes() - residentBefore, kGrowthKilobytes);
 }
 
 }  // namespace
