@@ -7,6 +7,7 @@ include(CMakePackageConfigHelpers)
 
 set(QUILLAN_INCLUDE_SUBDIR quillan-widgets)
 set(QUILLAN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QuillanWidgets)
+set(QUILLAN_HEADERS_DIR ${CMAKE_INSTALL_INCLUDEDIR}/${QUILLAN_INCLUDE_SUBDIR})
 
 # Headers that speak a third-party library's types (ICU, SQLite, Cairo, Pango,
 # JSON values) serve the library's own sources and stay in the tree, so that a
@@ -56,7 +57,8 @@ function(quillan_install_package)
   install(EXPORT QuillanWidgetsTargets NAMESPACE QuillanWidgets:: COMPONENT development
           DESTINATION ${QUILLAN_CMAKE_DIR})
   configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/QuillanWidgetsConfig.cmake.in
-    ${PROJECT_BINARY_DIR}/QuillanWidgetsConfig.cmake INSTALL_DESTINATION ${QUILLAN_CMAKE_DIR})
+    ${PROJECT_BINARY_DIR}/QuillanWidgetsConfig.cmake INSTALL_DESTINATION ${QUILLAN_CMAKE_DIR}
+    PATH_VARS QUILLAN_HEADERS_DIR)
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/QuillanWidgetsConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
   install(FILES ${PROJECT_BINARY_DIR}/QuillanWidgetsConfig.cmake
@@ -68,4 +70,23 @@ function(quillan_install_package)
                  ${PROJECT_BINARY_DIR}/quillan-widgets.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/quillan-widgets.pc COMPONENT development
           DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+# The command's man page, made at build time from its own help by help2man, and
+# its bash completion from dist/. Both go with the command.
+function(quillan_install_command_docs target)
+  find_program(HELP2MAN help2man REQUIRED)
+  set(page ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
+  set(subcommands list timeline render tap sample-journal demo)
+  string(REPLACE ";" "|" subcommands "${subcommands}")
+  add_custom_command(OUTPUT ${page}
+    COMMAND ${CMAKE_COMMAND} -DCOMMAND=$<TARGET_FILE:${target}> -DVERSION=${PROJECT_VERSION}
+            -DOUTPUT=${page} -DWORK=${CMAKE_CURRENT_BINARY_DIR} -DSUBCOMMANDS=${subcommands}
+            -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
+    DEPENDS ${target} ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
+    COMMENT "Writing the man page of ${target}")
+  add_custom_target(${target}-man ALL DEPENDS ${page})
+  install(FILES ${page} COMPONENT command DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES ${PROJECT_SOURCE_DIR}/dist/${target}.bash-completion COMPONENT command
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${target})
 endfunction()

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
+#include "cli/FirstRunHint.hpp"
 #include "cli/HostOptions.hpp"
 #include "cli/QuotedValue.hpp"
 #include "platform/ExtensionLog.hpp"
@@ -45,6 +46,8 @@ int main(int argc, char** argv) {
       cli::addSampleJournalCommand(app, host),
       cli::addDemoCommand(app, host),
   };
+  const auto environment = cli::environmentHelp(app);
+  for (CLI::App* subcommand : app.get_subcommands({})) subcommand->footer(environment);
 
   try {
     app.parse(argc, argv);
@@ -67,6 +70,7 @@ int main(int argc, char** argv) {
       std::filesystem::create_directories(*host.groupContainer);
     }
     host.apply();
+    if (const auto hint = cli::missingJournalHint(app, host)) report(*hint);
     for (const auto& command : commands) {
       if (const int status = command(); status >= 0) return status;
     }
