@@ -78,13 +78,13 @@ function(quillan_install_command_docs target)
   find_program(HELP2MAN help2man REQUIRED)
   set(page ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
   set(subcommands list timeline render tap sample-journal demo)
-  string(REPLACE ";" "|" subcommands "${subcommands}")
+  string(REPLACE ";" "," subcommands "${subcommands}")
   add_custom_command(OUTPUT ${page}
     COMMAND ${CMAKE_COMMAND} -DCOMMAND=$<TARGET_FILE:${target}> -DVERSION=${PROJECT_VERSION}
             -DOUTPUT=${page} -DWORK=${CMAKE_CURRENT_BINARY_DIR} -DSUBCOMMANDS=${subcommands}
             -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
     DEPENDS ${target} ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
-    COMMENT "Writing the man page of ${target}")
+    COMMENT "Writing the man page of ${target}" VERBATIM)
   add_custom_target(${target}-man ALL DEPENDS ${page})
   install(FILES ${page} COMPONENT command DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES ${PROJECT_SOURCE_DIR}/dist/${target}.bash-completion COMPONENT command

@@ -1,8 +1,8 @@
 # cmake -P script: writes the command's man page from its own --help, each
 # subcommand's help becoming a section of its own.
 #   -DCOMMAND=<the built command> -DVERSION=<x.y.z> -DOUTPUT=<page.1> -DWORK=<folder>
-#   -DSUBCOMMANDS=<a;b;...> (semicolons escaped as |)
-string(REPLACE "|" ";" subcommands "${SUBCOMMANDS}")
+#   -DSUBCOMMANDS=<a;b;...> (separated by commas)
+string(REPLACE "," ";" subcommands "${SUBCOMMANDS}")
 set(include_text "[SUBCOMMANDS]\n")
 foreach(subcommand ${subcommands})
   execute_process(COMMAND ${COMMAND} ${subcommand} --help OUTPUT_VARIABLE help RESULT_VARIABLE status)

@@ -6,19 +6,9 @@
 #include "platform/FileManager.hpp"
 
 namespace quillan::cli {
-namespace {
 
-bool readsJournal(const CLI::App& app) {
-  if (app.got_subcommand("timeline") || app.got_subcommand("tap")) return true;
-  if (!app.got_subcommand("render")) return false;
-  return app.get_subcommand("render")->count("--tree") == 0;
-}
-
-}  // namespace
-
-std::optional<std::string> missingJournalHint(const CLI::App& app, const HostOptions& host) {
-  // A named container that is missing is a bad option value, reported as such.
-  if (host.groupContainer || !readsJournal(app)) return std::nullopt;
+std::optional<std::string> missingJournalHint(const HostOptions& host) {
+  if (host.groupContainer) return std::nullopt;
   const auto folder = platform::FileManager::defaultGroupContainerDirectory();
   std::error_code error;
   if (std::filesystem::is_directory(folder, error)) return std::nullopt;

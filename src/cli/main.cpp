@@ -10,6 +10,7 @@
 #include "cli/HostOptions.hpp"
 #include "cli/QuotedValue.hpp"
 #include "platform/ExtensionLog.hpp"
+#include "platform/Fatal.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace {
@@ -70,7 +71,10 @@ int main(int argc, char** argv) {
       std::filesystem::create_directories(*host.groupContainer);
     }
     host.apply();
-    if (const auto hint = cli::missingJournalHint(app, host)) report(*hint);
+    static const auto hint = cli::missingJournalHint(host);
+    platform::setSilentStopNotice([] {
+      if (hint) report(*hint);
+    });
     for (const auto& command : commands) {
       if (const int status = command(); status >= 0) return status;
     }
