@@ -10,6 +10,7 @@
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -21,21 +22,7 @@ namespace fs = std::filesystem;
 const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
                                          "StreakWidget", "ComposeButtonLockScreen"};
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    auto pattern = (fs::temp_directory_path() / "quillan-cli-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
+using testing::TemporaryFolder;
 
 // A group container holding a sample journal written for `now` in Berlin.
 class SampleJournalCommand : public ::testing::Test {

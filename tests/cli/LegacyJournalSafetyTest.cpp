@@ -7,6 +7,7 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -25,23 +26,17 @@ std::string contents(const fs::path& path) {
 class LegacyJournalSafety : public ::testing::Test {
  protected:
   LegacyJournalSafety() {
-    auto pattern = (fs::temp_directory_path() / "quillan-legacy-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
     fs::create_directories(legacy().parent_path());
     fixtures::JournalWriter writer(legacy());
     // 2026-11-21T12:00:00Z: a note of yesterday, so today's compose button is orange.
     writer.addNote({.date = platform::Date::fromReferenceSeconds(816955200), .info = "a year of my life"});
   }
-  ~LegacyJournalSafety() override {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
-
   fs::path dataHome() const { return root_ / "data"; }
   fs::path legacy() const { return dataHome() / "quillan-widgets" / "Application Support" / "Quillan.sqlite"; }
   std::vector<std::string> userEnvironment() const { return {"XDG_DATA_HOME=" + dataHome().string()}; }
 
-  fs::path root_;
+  testing::TemporaryFolder folder_{"quillan-legacy"};
+  const fs::path& root_ = folder_.path();
 };
 
 TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
