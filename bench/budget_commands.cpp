@@ -30,7 +30,7 @@
 #include "store/CoreDataStack.hpp"
 #include "store/NoteDateFilter.hpp"
 #include "widgets/AllNotes.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
 #include "render/Renderer.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
 namespace {

@@ -29,7 +29,9 @@ void HostOptions::addTo(CLI::App& command) {
   command.add_option("--app-support", appSupport,
                      "the extension's application-support folder, where a legacy journal is looked for\n"
                      "(default: \"Application Support\" beside the group container, so\n"
-                     "$XDG_DATA_HOME/quillan-widgets/Application Support when neither is given)")
+                     "$XDG_DATA_HOME/quillan-widgets/Application Support when neither is given).\n"
+                     "The first read of a journal moves a legacy journal found here into the group\n"
+                     "container and deletes the old file, as the app's extension does.")
       ->group("Environment");
   command.add_option("--now", now, "pin the clock: ISO-8601 with offset or Z, e.g. 2026-11-22T08:30:00+01:00")
       ->group("Environment");
@@ -44,8 +46,9 @@ void HostOptions::addTo(CLI::App& command) {
   command.add_option("--rendering-mode", renderingMode, "fullColor, accented or vibrant (default: fullColor)")
       ->check(enumName<views::WidgetRenderingMode>("rendering mode"))
       ->group("Environment");
-  command.add_option("--platform-version", platformVersion, "the phone's OS version X.Y (default: 17.0)")
-      ->check(cli::platformVersion())
+  command.add_option("--platform-version", platformVersion,
+                     "the phone's OS version as it reports it, e.g. 17.0.1 or 18 (default: 17.0)")
+      ->transform(cli::platformVersion())
       ->group("Environment");
   command.add_option("--seed", seed,
                      "seed the random source (writing prompts) for reproducible output: a whole decimal number")
@@ -70,6 +73,10 @@ void HostOptions::apply() const {
   if (locale) {
     const auto named = platform::Locale::named(*locale);
     if (!named) throw badOption("--locale", "unknown locale", *locale, "expected an ICU name, e.g. de_DE");
+    if (const auto calendar = named->calendarKeyword(); calendar && !platform::Locale::knowsCalendar(*calendar)) {
+      throw badOption("--locale", "unknown calendar keyword", "calendar=" + *calendar,
+                      "expected one ICU knows, e.g. gregorian, japanese, buddhist");
+    }
     platform::Locale::setCurrent(*named);
   }
   if (now) {

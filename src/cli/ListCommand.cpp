@@ -4,7 +4,7 @@
 
 #include "cli/Commands.hpp"
 #include "cli/WidgetLookup.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
 namespace {

@@ -98,12 +98,26 @@ CLI::Validator wholeNumber() {
 CLI::Validator platformVersion() {
   return CLI::Validator(
       [](std::string& value) -> std::string {
-        try {
-          views::parsePlatformVersion(value);
-          return {};
-        } catch (const views::EnvironmentParseError&) {
-          return badValue("not a version MAJOR.MINOR", value, "e.g. 17.0");
+        const std::string hint = "expected MAJOR, MAJOR.MINOR or MAJOR.MINOR.PATCH, e.g. 17.0.1";
+        // Phones report a patch level too; widgets only ever tell versions apart
+        // by major and minor.
+        std::string majorMinor = value;
+        if (const auto first = value.find('.'); first != std::string::npos) {
+          if (const auto second = value.find('.', first + 1); second != std::string::npos) {
+            const auto patch = std::string_view(value).substr(second + 1);
+            if (patch.empty() || patch.size() > 4 || patch.find_first_not_of("0123456789") != std::string_view::npos) {
+              return badValue("not a version", value, hint);
+            }
+            majorMinor = value.substr(0, second);
+          }
         }
+        try {
+          views::parsePlatformVersion(majorMinor);
+        } catch (const views::EnvironmentParseError&) {
+          return badValue("not a version", value, hint);
+        }
+        value = majorMinor;
+        return {};
       },
       "", "platform version");
 }

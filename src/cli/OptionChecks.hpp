@@ -25,7 +25,8 @@ CLI::Validator decimalNumber();
 CLI::Validator decimalNumberFrom(double min, double max);
 // A whole decimal number from 0 to 2^64 - 1.
 CLI::Validator wholeNumber();
-// The phone's OS version, MAJOR.MINOR (or MAJOR).
+// The phone's OS version, MAJOR[.MINOR[.PATCH]], rewritten as MAJOR[.MINOR]
+// (meant for ->transform()).
 CLI::Validator platformVersion();
 // One of the names of the view model's enum E; `what` names its kind ("color scheme").
 template <views::NamedEnum E>

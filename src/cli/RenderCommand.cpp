@@ -11,6 +11,7 @@
 #include "platform/TimeZone.hpp"
 #include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 
 namespace quillan::cli {
 namespace {

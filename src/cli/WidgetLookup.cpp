@@ -3,7 +3,7 @@
 #include "cli/HostOptions.hpp"
 #include "platform/Clock.hpp"
 #include "views/EnumNames.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
 

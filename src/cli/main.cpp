@@ -6,9 +6,11 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
+#include "cli/FirstRunHint.hpp"
 #include "cli/HostOptions.hpp"
 #include "cli/QuotedValue.hpp"
 #include "platform/ExtensionLog.hpp"
+#include "platform/Fatal.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace {
@@ -46,6 +48,8 @@ int main(int argc, char** argv) {
       cli::addDemoCommand(app, host),
       cli::addServeCommand(app, host),
   };
+  const auto environment = cli::environmentHelp(app);
+  for (CLI::App* subcommand : app.get_subcommands({})) subcommand->footer(environment);
 
   try {
     app.parse(argc, argv);
@@ -68,6 +72,10 @@ int main(int argc, char** argv) {
       std::filesystem::create_directories(*host.groupContainer);
     }
     host.apply();
+    static const auto hint = cli::missingJournalHint(host);
+    platform::setSilentStopNotice([] {
+      if (hint) report(*hint);
+    });
     for (const auto& command : commands) {
       if (const int status = command(); status >= 0) return status;
     }

@@ -1,5 +1,6 @@
 #include "platform/Fatal.hpp"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -14,8 +15,15 @@ void fatalError(std::string_view source, std::string_view message) {
   std::abort();
 }
 
+namespace {
+std::atomic<void (*)()> silentStopNotice = nullptr;
+}  // namespace
+
+void setSilentStopNotice(void (*notice)()) { silentStopNotice = notice; }
+
 void silentStop() {
   std::fflush(stdout);
+  if (const auto notice = silentStopNotice.load()) notice();
   std::abort();
 }
 

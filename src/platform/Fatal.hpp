@@ -14,6 +14,10 @@ namespace quillan::platform {
 // missing app-group container).
 [[noreturn]] void silentStop();
 
+// What the host says just before a silent stop (the command explains where it
+// looked for the journal); the extension itself still says nothing.
+void setSilentStopNotice(void (*notice)());
+
 // The report of a force-unwrapped empty optional.
 inline constexpr std::string_view kUnexpectedlyFoundNil =
     "Unexpectedly found nil while unwrapping an Optional value";

@@ -94,6 +94,26 @@ void Locale::resetCurrent() {
 
 const std::string& Locale::identifier() const { return impl_->identifier; }
 
+std::optional<std::string> Locale::calendarKeyword() const {
+  UErrorCode status = U_ZERO_ERROR;
+  char value[ULOC_KEYWORDS_CAPACITY] = {};
+  const int32_t length = impl_->locale.getKeywordValue("calendar", value, sizeof value, status);
+  if (U_FAILURE(status) || length <= 0 || length >= static_cast<int32_t>(sizeof value)) return std::nullopt;
+  return std::string(value, static_cast<std::size_t>(length));
+}
+
+bool Locale::knowsCalendar(std::string_view name) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::StringEnumeration> known(
+      icu::Calendar::getKeywordValuesForLocale("calendar", icu::Locale::getRoot(), false, status));
+  if (U_FAILURE(status) || !known) return false;
+  while (const char* value = known->next(nullptr, status)) {
+    if (U_FAILURE(status)) return false;
+    if (name == value) return true;
+  }
+  return false;
+}
+
 std::string Locale::calendarIdentifier() const {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(impl_->locale, status));

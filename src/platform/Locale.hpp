@@ -21,6 +21,11 @@ class Locale {
   const std::string& identifier() const;
   // The calendar the locale asks for ("gregorian", "japanese", "buddhist", ...).
   std::string calendarIdentifier() const;
+  // The value of the identifier's calendar keyword, as written, if it has one.
+  // ICU quietly falls back to the Gregorian calendar for a name it does not
+  // know, so callers that take a locale from a user check it with knowsCalendar.
+  std::optional<std::string> calendarKeyword() const;
+  static bool knowsCalendar(std::string_view name);
 
   bool operator==(const Locale& other) const { return identifier() == other.identifier(); }
 

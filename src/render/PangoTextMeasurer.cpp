@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "platform/Utf8.hpp"
+#include "render/PangoLineDrawing.hpp"
 #include "render/RenderingConstants.hpp"
 
 namespace quillan::render {
@@ -129,9 +130,9 @@ FontMetrics PangoTextMeasurer::metrics(const FontDescription& font) const {
           constants::kDescenderPerPoint * size, constants::kCapHeightPerPoint * size};
 }
 
-void PangoTextMeasurer::drawLine(cairo_t* cr, const StyledText& runs, Point baseline, Rgba color,
-                                 Rgba linkColor) const {
-  auto layout = impl_->layoutFor(runs, &linkColor);
+void PangoLineDrawing::drawLine(cairo_t* cr, const PangoTextMeasurer& text, const StyledText& runs,
+                                Point baseline, Rgba color, Rgba linkColor) {
+  auto layout = text.impl_->layoutFor(runs, &linkColor);
   const double layoutBaseline = static_cast<double>(pango_layout_get_baseline(layout.get())) / PANGO_SCALE;
   cairo_save(cr);
   cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha);

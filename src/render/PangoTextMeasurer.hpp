@@ -6,8 +6,6 @@
 #include "render/Rgba.hpp"
 #include "render/TextMeasurer.hpp"
 
-typedef struct _cairo cairo_t;
-
 namespace quillan::render {
 
 // Measures and draws text with Pango and the Inter fonts standing in for the
@@ -29,10 +27,10 @@ class PangoTextMeasurer final : public TextMeasurer {
   double width(const StyledText& runs) const override;
   FontMetrics metrics(const FontDescription& font) const override;
 
-  // Draws one line with its baseline at `baseline`; link runs take `linkColor`.
-  void drawLine(cairo_t* cr, const StyledText& runs, Point baseline, Rgba color, Rgba linkColor) const;
 
  private:
+  // Drawing speaks Cairo, which stays out of this header.
+  friend struct PangoLineDrawing;
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "render/PangoLineDrawing.hpp"
 #include "render/RenderingConstants.hpp"
 #include "render/ShapePath.hpp"
 #include "render/SymbolDrawing.hpp"
@@ -173,8 +174,8 @@ class Painter {
       if (redact) {
         paintRedactionBar({box.frame.x, top, layout.lines[i].width, layout.lineHeight}, color);
       } else {
-        text_.drawLine(cr_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
-                       tone(linkColor(), accent));
+        PangoLineDrawing::drawLine(cr_, text_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
+                                   tone(linkColor(), accent));
       }
     }
   }

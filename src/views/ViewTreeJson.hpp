@@ -15,8 +15,6 @@
 #include <string>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
 #include "views/Node.hpp"
 
 namespace quillan::views {
@@ -28,9 +26,6 @@ class ViewTreeJsonError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
-
-nlohmann::ordered_json toJson(const Node& node);
-Node nodeFromJson(const nlohmann::ordered_json& json);
 
 // Pretty-printed (two-space indent), ending in a newline.
 std::string encodeViewTree(const Node& node);

@@ -13,6 +13,7 @@
 #include "platform/RandomSource.hpp"
 #include "platform/TimeZone.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 #include "worker/EvaluationJson.hpp"
 
 namespace quillan::worker {

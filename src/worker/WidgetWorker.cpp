@@ -15,7 +15,7 @@
 #include "platform/Locale.hpp"
 #include "platform/TimeZone.hpp"
 #include "views/EnumNames.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
 #include "worker/FailureReason.hpp"
 #include "worker/MessageFraming.hpp"

@@ -34,22 +34,33 @@ int keepOnlyControl(int control) {
   return kControlFd;
 }
 
-bool sendHandle(int control, int socket, pid_t pid) {
-  char payload[sizeof(pid_t)];
-  std::memcpy(payload, &pid, sizeof pid);
+// One socket and the warm worker's pid, the message the keeper hands over.
+// It points into itself, so it is never copied.
+struct HandleMessage {
+  HandleMessage() {
+    message.msg_iov = &data;
+    message.msg_iovlen = 1;
+    message.msg_control = space;
+    message.msg_controllen = sizeof space;
+  }
+  HandleMessage(const HandleMessage&) = delete;
+  HandleMessage& operator=(const HandleMessage&) = delete;
+
+  char payload[sizeof(pid_t)] = {};
   iovec data{payload, sizeof payload};
   alignas(cmsghdr) char space[CMSG_SPACE(sizeof(int))] = {};
   msghdr message{};
-  message.msg_iov = &data;
-  message.msg_iovlen = 1;
-  message.msg_control = space;
-  message.msg_controllen = sizeof space;
-  cmsghdr* header = CMSG_FIRSTHDR(&message);
+};
+
+bool sendHandle(int control, int socket, pid_t pid) {
+  HandleMessage handle;
+  std::memcpy(handle.payload, &pid, sizeof pid);
+  cmsghdr* header = CMSG_FIRSTHDR(&handle.message);
   header->cmsg_level = SOL_SOCKET;
   header->cmsg_type = SCM_RIGHTS;
   header->cmsg_len = CMSG_LEN(sizeof(int));
   std::memcpy(CMSG_DATA(header), &socket, sizeof socket);
-  return sendmsg(control, &message, MSG_NOSIGNAL) == static_cast<ssize_t>(sizeof payload);
+  return sendmsg(control, &handle.message, MSG_NOSIGNAL) == static_cast<ssize_t>(sizeof handle.payload);
 }
 
 void startWarmWorker(int control, const WorkerOptions& options) {
@@ -91,20 +102,15 @@ std::optional<WarmWorkerHandle> requestWarmWorker(int control, std::chrono::mill
   if (send(control, &ask, 1, MSG_NOSIGNAL) != 1) return std::nullopt;
   pollfd waiting{control, POLLIN, 0};
   if (poll(&waiting, 1, static_cast<int>(timeout.count())) <= 0) return std::nullopt;
-  char payload[sizeof(pid_t)];
-  iovec data{payload, sizeof payload};
-  alignas(cmsghdr) char space[CMSG_SPACE(sizeof(int))] = {};
-  msghdr message{};
-  message.msg_iov = &data;
-  message.msg_iovlen = 1;
-  message.msg_control = space;
-  message.msg_controllen = sizeof space;
-  if (recvmsg(control, &message, MSG_CMSG_CLOEXEC) != static_cast<ssize_t>(sizeof payload)) return std::nullopt;
-  const cmsghdr* header = CMSG_FIRSTHDR(&message);
+  HandleMessage received;
+  if (recvmsg(control, &received.message, MSG_CMSG_CLOEXEC) != static_cast<ssize_t>(sizeof received.payload)) {
+    return std::nullopt;
+  }
+  const cmsghdr* header = CMSG_FIRSTHDR(&received.message);
   if (!header || header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) return std::nullopt;
   WarmWorkerHandle handle;
   std::memcpy(&handle.socket, CMSG_DATA(header), sizeof handle.socket);
-  std::memcpy(&handle.pid, payload, sizeof handle.pid);
+  std::memcpy(&handle.pid, received.payload, sizeof handle.pid);
   return handle;
 }
 

@@ -10,6 +10,7 @@
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -21,21 +22,7 @@ namespace fs = std::filesystem;
 const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
                                          "StreakWidget", "ComposeButtonLockScreen"};
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    auto pattern = (fs::temp_directory_path() / "quillan-cli-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
+using testing::TemporaryFolder;
 
 // A group container holding a sample journal written for `now` in Berlin.
 class SampleJournalCommand : public ::testing::Test {
@@ -131,7 +118,10 @@ TEST(Command, NumbersAreFiniteDecimalsInRange) {
     expectRefused({"tap", "--kind", "StreakWidget", "--x", value, "--y", "1"}, "--x");
     expectRefused({"tap", "--kind", "StreakWidget", "--x", "1", "--y", value}, "--y");
     expectRefused({"timeline", "--kind", "StreakWidget", "--seed", value}, "--seed");
-    expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", value}, "--platform-version");
+    // A version as phones report it has up to three parts.
+    if (value != "1.2.3") {
+      expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", value}, "--platform-version");
+    }
   }
   const std::string huge(400, '9');
   for (const auto& value : {std::string("0.99"), std::string("3.01"), std::string("-2"), huge}) {
@@ -158,6 +148,64 @@ TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   };
   EXPECT_EQ(prompt("011"), prompt("11"));
   EXPECT_NE(prompt("11"), prompt("9"));  // 011 read as octal would be 9
+}
+
+TEST(Command, PlatformVersionIsTakenAsPhonesReportIt) {
+  for (const auto& version : {"17.0.1", "18", "17.0", "16.4.1", "18.1.0"}) {
+    const auto result = runCommand({"timeline", "--kind", "StreakWidget", "--platform-version", version});
+    EXPECT_EQ(result.exitStatus, 0) << version << result.err;
+  }
+  for (const auto& version : {"17.0.1.2", "17..1", "17.0.", "17.0.x", "17.0.-1", "17.0.99999", ".17.0"}) {
+    expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", version}, "--platform-version");
+  }
+}
+
+TEST(Command, LocaleWithACalendarIcuDoesNotKnowIsRefusedNamingTheKeyword) {
+  const auto result = runCommand({"timeline", "--kind", "StreakWidget", "--locale", "de_DE@calendar=bogus"});
+  EXPECT_EQ(result.exitStatus, 2) << result.err;
+  EXPECT_NE(result.err.find("--locale: unknown calendar keyword: \"calendar=bogus\""), std::string::npos) << result.err;
+  for (const auto& locale : {"ja_JP@calendar=japanese", "th_TH@calendar=buddhist", "de_DE@calendar=gregorian", "de_DE"}) {
+    const auto known = runCommand({"timeline", "--kind", "StreakWidget", "--locale", locale});
+    EXPECT_EQ(known.exitStatus, 0) << locale << known.err;
+  }
+}
+
+TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
+  for (const auto& subcommand : {"list", "timeline", "render", "tap", "sample-journal", "demo"}) {
+    const auto result = runCommand({subcommand, "--help"});
+    EXPECT_EQ(result.exitStatus, 0) << subcommand;
+    for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
+                               "--color-scheme", "--rendering-mode", "--platform-version", "--seed"}) {
+      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << subcommand << " " << option;
+    }
+  }
+}
+
+TEST(Command, HelpWarnsThatTheFirstReadMovesALegacyJournal) {
+  const auto result = runCommand({"--help"});
+  const auto appSupport = result.out.find("--app-support");
+  ASSERT_NE(appSupport, std::string::npos) << result.out;
+  const auto warning = result.out.find("deletes the old file", appSupport);
+  EXPECT_LT(warning, result.out.find("--now", appSupport)) << result.out;
+}
+
+TEST(Command, AFirstRunWithoutAJournalSaysWhereItLookedAndWhatToDo) {
+  TemporaryFolder home;
+  const auto expectedFolder = (home.path() / "quillan-widgets" / "group.com.tarvelo.Quillan").string();
+  for (const auto& arguments : std::vector<std::vector<std::string>>{
+           {"render", "--kind", "OnThisDayWidget"}, {"tap", "--kind", "StreakWidget", "--x", "1", "--y", "1"}}) {
+    const auto result = runCommand(arguments, {"XDG_DATA_HOME=" + home.path().string()});
+    EXPECT_NE(result.exitStatus, 0) << arguments[0];
+    EXPECT_TRUE(result.out.empty()) << arguments[0];
+    EXPECT_NE(result.err.find("no journal: looked for Quillan.sqlite in " + expectedFolder), std::string::npos)
+        << result.err;
+    EXPECT_NE(result.err.find("sample-journal --group-container DIR"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("point at a journal's folder with --group-container DIR"), std::string::npos);
+  }
+  // A timeline is computed from the clock alone: no journal, no hint.
+  const auto timeline = runCommand({"timeline", "--kind", "StreakWidget"}, {"XDG_DATA_HOME=" + home.path().string()});
+  EXPECT_EQ(timeline.exitStatus, 0) << timeline.err;
+  EXPECT_EQ(timeline.err.find("no journal"), std::string::npos) << timeline.err;
 }
 
 TEST(Command, TreeFilesAreRegularFilesOfAtMostFourMebibytes) {

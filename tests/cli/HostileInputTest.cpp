@@ -8,6 +8,7 @@
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -24,20 +25,14 @@ constexpr auto kGenerousBound = std::chrono::seconds(30);
 // A group container whose journal holds one memory for kNow, with `text`.
 class JournalWithMemory {
  public:
-  explicit JournalWithMemory(const std::string& text) {
-    auto pattern = (fs::temp_directory_path() / "quillan-hostile-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    fixtures::JournalWriter writer(root_ / "Quillan.sqlite");
+  explicit JournalWithMemory(const std::string& text) : folder_("quillan-hostile") {
+    fixtures::JournalWriter writer(folder_.path() / "Quillan.sqlite");
     writer.addNote({.date = platform::ISO8601::parse("2025-11-22T08:00:00Z"), .info = text});
   }
-  ~JournalWithMemory() {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
-  const fs::path& path() const { return root_; }
+  const fs::path& path() const { return folder_.path(); }
 
  private:
-  fs::path root_;
+  testing::TemporaryFolder folder_;
 };
 
 struct TimedResult {

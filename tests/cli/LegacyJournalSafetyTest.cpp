@@ -7,6 +7,7 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -25,23 +26,17 @@ std::string contents(const fs::path& path) {
 class LegacyJournalSafety : public ::testing::Test {
  protected:
   LegacyJournalSafety() {
-    auto pattern = (fs::temp_directory_path() / "quillan-legacy-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
     fs::create_directories(legacy().parent_path());
     fixtures::JournalWriter writer(legacy());
     // 2026-11-21T12:00:00Z: a note of yesterday, so today's compose button is orange.
     writer.addNote({.date = platform::Date::fromReferenceSeconds(816955200), .info = "a year of my life"});
   }
-  ~LegacyJournalSafety() override {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
-
   fs::path dataHome() const { return root_ / "data"; }
   fs::path legacy() const { return dataHome() / "quillan-widgets" / "Application Support" / "Quillan.sqlite"; }
   std::vector<std::string> userEnvironment() const { return {"XDG_DATA_HOME=" + dataHome().string()}; }
 
-  fs::path root_;
+  testing::TemporaryFolder folder_{"quillan-legacy"};
+  const fs::path& root_ = folder_.path();
 };
 
 TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
@@ -50,7 +45,7 @@ TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
                                   "2026-11-22T09:00:00Z"},
                                  userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err, "") << "no move was tried";
+  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "no move was tried: " << result.err;
   ASSERT_TRUE(fs::exists(legacy()));
   EXPECT_EQ(contents(legacy()), before);
 }
@@ -61,7 +56,7 @@ TEST_F(LegacyJournalSafety, AJournalNamedByItsGroupContainerIsPairedWithItsOwnLe
   const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container", elsewhere.string()},
                                  userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << result.err;
   EXPECT_TRUE(fs::exists(legacy())) << "the default legacy folder belongs to the default group container";
 }
 
@@ -69,7 +64,7 @@ TEST_F(LegacyJournalSafety, TheDefaultGroupContainerStillTakesInItsLegacyJournal
   fs::create_directories(dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan");
   const auto result = runCommand({"render", "--kind", "ComposeButtonWidget", "--seed", "1", "--now", "2026-11-22T09:00:00Z"}, userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "the move worked: " << result.err;
   EXPECT_FALSE(fs::exists(legacy()));
   EXPECT_TRUE(fs::exists(dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan" / "Quillan.sqlite"));
 }

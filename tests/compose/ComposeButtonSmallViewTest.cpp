@@ -8,6 +8,7 @@
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 
 namespace quillan::compose {
 namespace {

@@ -4,7 +4,7 @@
 #include "host/Scheduler.hpp"
 #include "platform/Clock.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::host {
 namespace {

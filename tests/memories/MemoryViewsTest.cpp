@@ -19,6 +19,7 @@
 #include "support/TestJournal.hpp"
 #include "views/Builders.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 
 namespace quillan::memories {
 namespace {

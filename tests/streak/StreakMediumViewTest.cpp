@@ -15,6 +15,7 @@
 #include "support/TestJournal.hpp"
 #include "StreakTree.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 #include "widgets/TimelineAnswer.hpp"
 
 namespace quillan::streak {

@@ -1,4 +1,5 @@
 #include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 
 #include <gtest/gtest.h>
 

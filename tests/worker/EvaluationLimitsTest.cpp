@@ -11,7 +11,7 @@
 #include "host/Scheduler.hpp"
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/WidgetWorker.hpp"
 #include "worker/WorkerTimelineSource.hpp"
 

@@ -17,7 +17,8 @@
 #include "platform/RandomSource.hpp"
 #include "platform/TimeZone.hpp"
 #include "views/ViewTreeJson.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "views/ViewTreeJsonValue.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
 #include "worker/WorkerTimelineSource.hpp"
 

@@ -1,4 +1,4 @@
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 #include "compose/ComposeButtonWidget.hpp"
 #include "compose/ComposeLockScreenWidget.hpp"
