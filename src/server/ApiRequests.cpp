@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "server/RequestError.hpp"
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::server {
 namespace {

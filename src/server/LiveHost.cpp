@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "widgets/TimelineWidgetBundle.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/WorkerTimelineSource.hpp"
 
 namespace quillan::server {

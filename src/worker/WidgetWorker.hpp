@@ -18,7 +18,9 @@ namespace quillan::worker {
 // fails that one evaluation, never the host.
 //
 // Construct it once, early: before the host starts threads and before it
-// reads the journal itself, and after it has set the process's defaults
+// opens the journal through SQLite in any way (SQLite keeps per-file state,
+// such as the shared-memory handle, for the whole process, and a forked child
+// would inherit it with descriptors it does not own), and after it has set the process's defaults
 // (group container, zone, locale), which evaluations inherit unless their
 // ProcessSettings say otherwise. The constructor forks a keeper process that
 // loads ICU's data and the bundle and forks a warm worker; the warm worker

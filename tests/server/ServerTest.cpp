@@ -34,15 +34,17 @@ class ServerTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     folder_ = new ServerFolder();
+    // The server forks its workers first: SQLite's per-file state in this
+    // process (the writer's shared-memory handle) must not reach them.
+    server_ = new Server(serverOptions(folder_->journal()));
     writer_ = new fixtures::JournalWriter(folder_->journal());
     writer_->addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
     writer_->addNote({.date = at("2026-11-21T10:00:00+01:00"), .info = std::string("yesterday")});
-    server_ = new Server(serverOptions(folder_->journal()));
     port_ = server_->start();
   }
   static void TearDownTestSuite() {
-    delete server_;
     delete writer_;
+    delete server_;
     delete folder_;
   }
   void SetUp() override {
