@@ -2,10 +2,6 @@
 // images: the widgets' one query, each widget's whole view-tree evaluation,
 // each widget drawn to PNG, and the real `quillan-widgets render` command run
 // as a child process (its peak RSS and wall time, from wait4's rusage).
-//
-// The journal is built once, in a forked child so that the writer's memory
-// never counts against this process, under /tmp keyed by kJournalVersion; later
-// runs reuse it. Change the version when the journal's recipe changes.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -18,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "fixtures/JournalWriter.hpp"
+#include "BenchJournal.hpp"
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -36,66 +32,7 @@ namespace {
 
 using namespace quillan;
 
-constexpr const char* kJournalVersion = "v1";
-constexpr int kNotes = 100'000;
-// Every 40 minutes backwards from just before now: about 7.6 years, so every
-// earlier year has memories on today's day, and today and the four days
-// before it are written.
-constexpr double kNow = 800'000'000.0;  // 2026-05-09T16:53:20Z
-constexpr double kSpacingSeconds = 40 * 60.0;
-constexpr int kImageEvery = 20;
-constexpr std::size_t kImageBytes = 16 * 1024;
-constexpr const char* kTimeZone = "Europe/Berlin";
-constexpr const char* kLocale = "en_US";
-
-const char* const kTexts[] = {
-    "A **long** walk by the _river_, then tea with Ana. We talked about the week ahead and the garden.",
-    "Rain all day. Read two chapters of the novel and cooked ~~soup~~ a stew that took far too long.",
-    "Short one: tired, but the *presentation* went well. Remember to call the bank tomorrow morning.",
-    "Market in the morning, [photos](https://example.org) in the afternoon, and a quiet evening at home.",
-};
-
-std::filesystem::path benchRoot() {
-  return std::filesystem::temp_directory_path() / (std::string("quillan-budget-journal-") + kJournalVersion);
-}
-std::filesystem::path groupDirectory() { return benchRoot() / "group"; }
-std::filesystem::path supportDirectory() { return benchRoot() / "support"; }
-
-void writeJournal(const std::filesystem::path& file) {
-  fixtures::JournalWriter writer(file);
-  writer.begin();
-  const fixtures::Bytes image(kImageBytes, 0x89);
-  for (int i = 0; i < kNotes; ++i) {
-    const auto note = writer.addNote(
-        {.date = platform::Date::fromReferenceSeconds(kNow - 60.0 - i * kSpacingSeconds),
-         .info = std::string(kTexts[i % 4]) + " (" + std::to_string(i) + ")",
-         .lastUpdate = platform::Date::fromReferenceSeconds(kNow - 30.0 - i * kSpacingSeconds),
-         .uuid = fixtures::Bytes(16, static_cast<std::uint8_t>(i))});
-    if (i % kImageEvery == 0) writer.addImage({.owner = note, .imgData = image});
-  }
-  writer.commit();
-  writer.close();
-}
-
-// Built in a child so that this process's peak RSS is the widgets' alone;
-// written beside the final folder and renamed into place, so that an
-// interrupted build is never mistaken for a journal.
-void ensureJournal() {
-  if (std::filesystem::exists(groupDirectory() / "Quillan.sqlite")) return;
-  const auto staging = benchRoot().string() + ".partial";
-  std::filesystem::remove_all(staging);
-  std::filesystem::create_directories(std::filesystem::path(staging) / "group");
-  std::filesystem::create_directories(std::filesystem::path(staging) / "support");
-  const pid_t child = ::fork();
-  if (child == 0) {
-    writeJournal(std::filesystem::path(staging) / "group" / "Quillan.sqlite");
-    std::_Exit(0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) std::abort();
-  std::filesystem::rename(staging, benchRoot());
-}
+using namespace quillan::bench;
 
 void setUpProcess() {
   static const bool done = [] {

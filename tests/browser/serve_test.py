@@ -6,11 +6,18 @@ appear, taps the streak's today circle, then writes a note dated now into the
 journal as the app does (SQLite, WAL mode) and waits for the compose button to
 turn grey on the page.
 
-Usage: serve_test.py PATH/TO/quillan-widgets
+Usage: serve_test.py PATH/TO/quillan-widgets [--journal GROUP_CONTAINER] [--commits N]
+
+--journal copies that group container's journal (e.g. the 100,000-note
+benchmark journal) instead of writing a sample one; --commits N writes N notes
+one after another and prints the median time from a commit to the new picture.
 """
+
+import argparse
 
 import json
 import os
+import statistics
 import shutil
 import sqlite3
 import subprocess
@@ -107,28 +114,60 @@ def tap_streak_today(browser, base):
                          f"showed {shown_text!r}, not widget-deeplink://AddRecord")
 
 
-def write_note_now(journal):
-    """Adds a note dated now, as the app commits one: WAL mode, primary key bookkeeping."""
+def open_as_app(journal):
     database = sqlite3.connect(journal)
     database.execute("PRAGMA journal_mode = WAL")
+    return database  # kept open, as the app keeps its connection
+
+
+def write_note_now(database):
+    """Adds a note dated now, as the app commits one: primary key bookkeeping, one transaction."""
     with database:
         entity, last = database.execute("SELECT Z_ENT, Z_MAX FROM Z_PRIMARYKEY WHERE Z_NAME = 'Note'").fetchone()
         database.execute("INSERT INTO ZNOTE (Z_PK, Z_ENT, Z_OPT, ZDATE, ZINFO) VALUES (?, ?, 1, ?, ?)",
                          (last + 1, entity, time.time() - REFERENCE_DATE_UNIX, "Written just now"))
         database.execute("UPDATE Z_PRIMARYKEY SET Z_MAX = ? WHERE Z_NAME = 'Note'", (last + 1,))
-    return database  # kept open, as the app keeps its connection
+
+
+def shown_version(browser, kind):
+    return widget_image(browser, kind).get_attribute("data-shown-version")
+
+
+def time_to_new_picture(browser, app, ready):
+    """Seconds from the app's commit until the compose button shows a new picture that passes `ready`."""
+    version = shown_version(browser, "ComposeButtonWidget")
+    committed = time.monotonic()
+    write_note_now(app)
+    WebDriverWait(browser, 2, poll_frequency=0.02).until(
+        lambda b: shown_version(b, "ComposeButtonWidget") != version and ready(b),
+        "the compose button did not show a new picture within 2 s of the app's commit")
+    return time.monotonic() - committed
+
+
+def copy_journal(source, container):
+    os.makedirs(container)
+    for suffix in ["", "-wal", "-shm"]:
+        path = os.path.join(source, "Quillan.sqlite" + suffix)
+        if os.path.exists(path):
+            shutil.copy2(path, container)
 
 
 def main():
-    if len(sys.argv) != 2:
-        raise SystemExit(__doc__)
-    binary = os.path.abspath(sys.argv[1])
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
+    parser.add_argument("binary")
+    parser.add_argument("--journal", help="a group container whose journal is copied and served")
+    parser.add_argument("--commits", type=int, default=1, help="notes to commit one after another")
+    arguments = parser.parse_args()
+    binary = os.path.abspath(arguments.binary)
     scratch = tempfile.mkdtemp(prefix="quillan-browser-")
     container = os.path.join(scratch, "group")
     server = browser = app = None
     try:
-        subprocess.run([binary, "sample-journal", "--group-container", container, "--time-zone", "Europe/Berlin"],
-                       check=True, capture_output=True)
+        if arguments.journal:
+            copy_journal(arguments.journal, container)
+        else:
+            subprocess.run([binary, "sample-journal", "--group-container", container, "--time-zone", "Europe/Berlin"],
+                           check=True, capture_output=True)
         server, base = start_server(binary, container)
         browser = start_browser(os.path.join(scratch, "profile"))
         browser.get(base)
@@ -143,14 +182,13 @@ def main():
         except Exception:
             raise SystemExit("the compose button is not orange before a note is written today: "
                              f"{background_colour(browser, 'ComposeButtonWidget')}")
-        version = widget_image(browser, "ComposeButtonWidget").get_attribute("data-shown-version")
-        committed = time.monotonic()
-        app = write_note_now(os.path.join(container, "Quillan.sqlite"))
-        WebDriverWait(browser, 2, poll_frequency=0.02).until(
-            lambda b: widget_image(b, "ComposeButtonWidget").get_attribute("data-shown-version") != version
-            and is_grey(background_colour(b, "ComposeButtonWidget")),
-            "the compose button did not turn grey within 2 s of the app's commit")
-        print(f"compose button grey {time.monotonic() - committed:.2f} s after the app's commit")
+        app = open_as_app(os.path.join(container, "Quillan.sqlite"))
+        turned_grey = time_to_new_picture(browser, app, lambda b: is_grey(background_colour(b, "ComposeButtonWidget")))
+        print(f"compose button grey {turned_grey:.2f} s after the app's commit")
+        times = [turned_grey] + [time_to_new_picture(browser, app, lambda b: True)
+                                 for _ in range(arguments.commits - 1)]
+        if len(times) > 1:
+            print(f"commit to new picture: median {statistics.median(times):.3f} s over {len(times)} commits")
         if os.environ.get("QUILLAN_BROWSER_SCREENSHOT"):
             browser.save_screenshot(os.environ["QUILLAN_BROWSER_SCREENSHOT"])
     finally:
