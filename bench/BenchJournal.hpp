@@ -1,7 +1,8 @@
 // The benchmarks' journal of 100,000 notes with images (see README.md), built
 // once, in a forked child so that the writer's memory never counts against the
 // measuring process, under /tmp keyed by kJournalVersion; later runs reuse it.
-// Change the version when the journal's recipe changes.
+// Change the version when the journal's recipe changes. The same recipe
+// stretched to other sizes (a million notes) lives in folders of its own.
 #pragma once
 
 #include <sys/wait.h>
@@ -21,6 +22,7 @@ inline constexpr int kNotes = 100'000;
 // earlier year has memories on today's day, and today and the four days
 // before it are written.
 inline constexpr double kNow = 800'000'000.0;  // 2026-05-09T16:53:20Z
+inline constexpr const char* kNowText = "2026-05-09T16:53:20Z";
 inline constexpr double kSpacingSeconds = 40 * 60.0;
 inline constexpr int kImageEvery = 20;
 inline constexpr std::size_t kImageBytes = 16 * 1024;
@@ -34,17 +36,19 @@ inline const char* const kTexts[] = {
     "Market in the morning, [photos](https://example.org) in the afternoon, and a quiet evening at home.",
 };
 
-inline std::filesystem::path benchRoot() {
-  return std::filesystem::temp_directory_path() / (std::string("quillan-budget-journal-") + kJournalVersion);
+inline std::filesystem::path benchRoot(int notes = kNotes) {
+  auto name = std::string("quillan-budget-journal-") + kJournalVersion;
+  if (notes != kNotes) name += "-" + std::to_string(notes);
+  return std::filesystem::temp_directory_path() / name;
 }
-inline std::filesystem::path groupDirectory() { return benchRoot() / "group"; }
-inline std::filesystem::path supportDirectory() { return benchRoot() / "support"; }
+inline std::filesystem::path groupDirectory(int notes = kNotes) { return benchRoot(notes) / "group"; }
+inline std::filesystem::path supportDirectory(int notes = kNotes) { return benchRoot(notes) / "support"; }
 
-inline void writeJournal(const std::filesystem::path& file) {
+inline void writeJournal(const std::filesystem::path& file, int notes) {
   fixtures::JournalWriter writer(file);
   writer.begin();
   const fixtures::Bytes image(kImageBytes, 0x89);
-  for (int i = 0; i < kNotes; ++i) {
+  for (int i = 0; i < notes; ++i) {
     const auto note = writer.addNote(
         {.date = platform::Date::fromReferenceSeconds(kNow - 60.0 - i * kSpacingSeconds),
          .info = std::string(kTexts[i % 4]) + " (" + std::to_string(i) + ")",
@@ -59,21 +63,21 @@ inline void writeJournal(const std::filesystem::path& file) {
 // Built in a child so that this process's peak RSS is the widgets' alone;
 // written beside the final folder and renamed into place, so that an
 // interrupted build is never mistaken for a journal.
-inline void ensureJournal() {
-  if (std::filesystem::exists(groupDirectory() / "Quillan.sqlite")) return;
-  const auto staging = benchRoot().string() + ".partial";
+inline void ensureJournal(int notes = kNotes) {
+  if (std::filesystem::exists(groupDirectory(notes) / "Quillan.sqlite")) return;
+  const auto staging = benchRoot(notes).string() + ".partial";
   std::filesystem::remove_all(staging);
   std::filesystem::create_directories(std::filesystem::path(staging) / "group");
   std::filesystem::create_directories(std::filesystem::path(staging) / "support");
   const pid_t child = ::fork();
   if (child == 0) {
-    writeJournal(std::filesystem::path(staging) / "group" / "Quillan.sqlite");
+    writeJournal(std::filesystem::path(staging) / "group" / "Quillan.sqlite", notes);
     std::_Exit(0);
   }
   int status = 0;
   ::waitpid(child, &status, 0);
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) std::abort();
-  std::filesystem::rename(staging, benchRoot());
+  std::filesystem::rename(staging, benchRoot(notes));
 }
 
 }  // namespace quillan::bench

@@ -3,18 +3,15 @@
 // each widget drawn to PNG, and the real `quillan-widgets render` command run
 // as a child process (its peak RSS and wall time, from wait4's rusage).
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "BenchJournal.hpp"
+#include "ChildProcess.hpp"
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -144,32 +141,6 @@ std::filesystem::path commandPath() {
   return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "src" / "quillan-widgets";
 }
 
-// One run of the command; its wall time and its rusage (wait4).
-struct ChildRun {
-  double wallSeconds = 0;
-  rusage usage{};
-  int status = 0;
-};
-
-ChildRun runCommand(const std::vector<std::string>& arguments) {
-  std::vector<char*> argv;
-  for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
-  ChildRun run;
-  const auto start = std::chrono::steady_clock::now();
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const int quiet = ::open("/dev/null", O_WRONLY);
-    ::dup2(quiet, STDOUT_FILENO);
-    ::dup2(quiet, STDERR_FILENO);
-    ::execv(argv[0], argv.data());
-    std::_Exit(127);
-  }
-  ::wait4(child, &run.status, 0, &run.usage);
-  run.wallSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  return run;
-}
-
 void BM_Command(benchmark::State& state, const std::string& kind) {
   setUpProcess();
   const auto output = benchRoot() / (kind + ".png");
@@ -182,13 +153,13 @@ void BM_Command(benchmark::State& state, const std::string& kind) {
   double peak = 0;
   double wall = 0;
   for (auto _ : state) {
-    const auto run = runCommand(arguments);
-    if (!WIFEXITED(run.status) || WEXITSTATUS(run.status) != 0) {
+    const auto run = runQuietly(arguments);
+    if (!run.succeeded()) {
       state.SkipWithError("the command failed");
       return;
     }
     state.SetIterationTime(run.wallSeconds);
-    peak = std::max(peak, peakRSSMegabytes(run.usage));
+    peak = std::max(peak, run.peakRSSMegabytes());
     wall += run.wallSeconds;
   }
   state.counters["childPeakRSS_MB"] = peak;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,11 +19,14 @@ struct ComposeButtonSmallView {
   views::WidgetRenderingMode widgetRenderingMode;
   std::vector<std::string> texts;
   bool isSeperateWidget;
+  // Today's note count when the caller took it in its own read of the
+  // journal; empty, the view runs the today check itself.
+  std::optional<std::ptrdiff_t> knownTodayNoteCount;
 
   ComposeButtonSmallView(const views::Environment& environment, std::vector<std::string> texts,
-                         bool isSeperateWidget);
+                         bool isSeperateWidget, std::optional<std::ptrdiff_t> knownTodayNoteCount = std::nullopt);
 
-  // Each evaluation picks a prompt and runs the today check afresh.
+  // Each evaluation picks a prompt and runs the today check afresh (once).
   views::Node body(const views::Environment& environment) const;
 };
 

@@ -11,6 +11,7 @@
 #include "platform/DateFormatter.hpp"
 #include "platform/Fatal.hpp"
 #include "platform/TimeZone.hpp"
+#include "platform/ZoneOffsetTable.hpp"
 #include "widgets/AllNotes.hpp"
 
 namespace quillan::memories {
@@ -19,7 +20,8 @@ namespace {
 // The "MMMM dd" text of a date, formatted once per local day. Every calendar
 // derives its fields from the local wall-clock day (UTC plus the zone's offset
 // at that instant, cut at midnight), so two instants of one local day share
-// month, day and year, and with them the text.
+// month, day and year, and with them the text. The offsets come from a table
+// of the zone's transitions: ICU is asked once per stretch, not per note.
 class MonthAndDayTexts {
  public:
   const std::string& text(platform::Date date) {
@@ -33,34 +35,56 @@ class MonthAndDayTexts {
   }
 
  private:
-  std::int64_t localDay(platform::Date date) const {
+  std::int64_t localDay(platform::Date date) {
     // In milliseconds, as the calendars themselves cut days.
-    const double localMilliseconds = date.unixMilliseconds() + 1000.0 * zone_.secondsFromGMT(date);
+    const double localMilliseconds = date.unixMilliseconds() + 1000.0 * offsets_.secondsFromGMT(date);
     return static_cast<std::int64_t>(std::floor(localMilliseconds / 86400000.0));
   }
 
-  platform::TimeZone zone_ = platform::TimeZone::current();
+  platform::ZoneOffsetTable offsets_{platform::TimeZone::current()};
   std::unordered_map<std::int64_t, std::string> texts_;
 };
 
-// isOnThisDay, step for step, with the texts from the per-day table.
-bool isOnThisDay(const std::optional<platform::Date>& noteDate, MonthAndDayTexts& texts) {
-  const auto date = platform::unwrap(noteDate, kMemorySelectionSource);
-  if (texts.text(platform::Clock::now()) != texts.text(date)) return false;
-  if (platform::Calendar::current().isDate(date, platform::Clock::now(), platform::CalendarComponent::day)) {
-    return false;
+// The questions one read of the journal answers for a view: isOnThisDay, step
+// for step, with the texts from the per-day table, and the compose button's
+// today check (TodayCheck.cpp) on the same dates. The clock and calendar are
+// taken once for the read.
+class JournalDayTests {
+ public:
+  bool keepsMemory(const std::optional<platform::Date>& noteDate) {
+    const auto date = platform::unwrap(noteDate, kMemorySelectionSource);
+    if (isOnToday(date)) ++todayCount_;
+    if (nowText_ != texts_.text(date)) return false;
+    if (calendar_.isDate(date, now_, platform::CalendarComponent::day)) return false;
+    return date < now_;
   }
-  return date < platform::Clock::now();
-}
+
+  std::ptrdiff_t todayCount() const { return todayCount_; }
+
+ private:
+  bool isOnToday(platform::Date date) const {
+    // Farther than a day can stretch, no calendar needs asking.
+    const double apart = date.timeIntervalSinceReferenceDate() - now_.timeIntervalSinceReferenceDate();
+    return std::fabs(apart) < platform::kSameDayReachSeconds &&
+           calendar_.isDate(now_, date, platform::CalendarComponent::day);
+  }
+
+  platform::Date now_ = platform::Clock::now();
+  platform::Calendar calendar_ = platform::Calendar::current();
+  MonthAndDayTexts texts_;
+  std::string nowText_ = texts_.text(now_);
+  std::ptrdiff_t todayCount_ = 0;
+};
 
 }  // namespace
 
 MemorySnapshot MemorySnapshot::take() {
   MemorySnapshot snapshot;
-  MonthAndDayTexts texts;
+  JournalDayTests tests;
   // Every date is tested, but only the memories become objects.
   snapshot.memories_ =
-      widgets::fetchNotesWhere([&texts](const std::optional<platform::Date>& date) { return isOnThisDay(date, texts); });
+      widgets::fetchNotesWhere([&tests](const std::optional<platform::Date>& date) { return tests.keepsMemory(date); });
+  snapshot.todayNoteCount_ = tests.todayCount();
   snapshot.groups_ = groupByDay(snapshot.memories_);
   return snapshot;
 }

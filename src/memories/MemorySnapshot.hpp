@@ -14,6 +14,7 @@ namespace quillan::memories {
 // (which stay the reference they are tested against) but fetches once instead
 // of at every question, and formats a note's month and day once per local day
 // rather than once per note: a journal of 100,000 notes draws in milliseconds.
+// The same read counts today's notes for the compose button beside the memories.
 class MemorySnapshot {
  public:
   // A note without a date stops the process, as fetchMemories() does.
@@ -27,10 +28,13 @@ class MemorySnapshot {
   std::shared_ptr<store::Note> representativeMemory() const;
   std::ptrdiff_t moreCount() const { return static_cast<std::ptrdiff_t>(memories_.size()) - 1; }
   platform::Date headerDate() const;
+  // What compose::todayNoteCount() answers, counted in the same read.
+  std::ptrdiff_t todayNoteCount() const { return todayNoteCount_; }
 
  private:
   NoteList memories_;
   std::vector<MemoryGroup> groups_;
+  std::ptrdiff_t todayNoteCount_ = 0;
 };
 
 }  // namespace quillan::memories

@@ -53,7 +53,8 @@ Node OTDComposeMediumView::body(const Environment& environment) const {
                    .padding(EdgeSet::top(), 2.5)),
           // The paddings belong to the labels, so each tap area takes in its inset.
           link(deeplinkAddRecordURL.absoluteString(),
-               compose::ComposeButtonSmallView(environment, writingPrompts(), /*isSeperateWidget=*/false)
+               compose::ComposeButtonSmallView(environment, writingPrompts(), /*isSeperateWidget=*/false,
+                                               memories.todayNoteCount())
                    .body(environment)
                    .padding(EdgeSet::leading(), 10)),
       });

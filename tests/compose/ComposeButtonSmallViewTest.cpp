@@ -80,6 +80,22 @@ TEST_F(ComposeButton, OrangeUntilSomethingIsWrittenTodayThenGrey) {
   EXPECT_EQ(gradientBase(content(tree(true, this->environment(17)))), "gray");
 }
 
+TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
+  ProcessEnvironment environment("2026-11-22T12:00:00Z", "UTC");
+  const auto env = ComposeButton::environment(17);
+  const auto colored = [&](std::optional<std::ptrdiff_t> known) {
+    return gradientBase(content(views::toJson(
+        ComposeButtonSmallView(env, composeButtonWidgetPrompts(), /*isSeperateWidget=*/false, known).body(env))));
+  };
+  // Nothing written today: only a given count makes it grey.
+  EXPECT_EQ(colored(2), "gray");
+  EXPECT_EQ(colored(std::nullopt), "orange");
+  TestJournal::shared().addNote("2026-11-22T08:00:00Z");
+  EXPECT_EQ(colored(std::nullopt), "gray");
+  // A given count is taken as it is; the journal is not read again.
+  EXPECT_EQ(colored(0), "orange");
+}
+
 TEST_F(ComposeButton, PaddingAndBackgroundByPlatformAndPlacement) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
   struct Case {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "compose/TodayCheck.hpp"
 #include "memories/MemorySummary.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
@@ -23,12 +24,15 @@ struct Setting {
   const char* now;
 };
 
-// Zones with daylight-saving days, midnights that do not exist and offsets of
-// +14 and -11, calendars whose months are not Gregorian ones.
+// Zones with daylight-saving days, midnights that do not exist, half-hour
+// daylight saving, a skipped day (Samoa's 2011-12-30), offsets of +14 and -11,
+// calendars whose months are not Gregorian ones.
 constexpr Setting kSettings[] = {
     {"en_US", "Europe/Berlin", "2026-03-29T12:00:00+02:00"},
     {"en_US", "America/Sao_Paulo", "2018-11-04T12:00:00-02:00"},
     {"de_DE", "America/Havana", "2026-03-08T09:00:00-04:00"},
+    {"en_AU", "Australia/Lord_Howe", "2026-10-04T12:00:00+11:00"},
+    {"en_US", "Pacific/Apia", "2012-12-30T12:00:00+14:00"},
     {"en_US", "Pacific/Kiritimati", "2026-11-16T00:30:00+14:00"},
     {"en_US", "Pacific/Pago_Pago", "2026-11-16T23:59:00-11:00"},
     {"ja_JP@calendar=japanese", "Asia/Tokyo", "2026-02-28T23:00:00+09:00"},
@@ -68,6 +72,8 @@ TEST(MemorySnapshot, AnswersAsTheOneQuestionAtATimeFunctions) {
     EXPECT_EQ(snapshot.moreCount(), moreCount());
     EXPECT_EQ(snapshot.headerDate(), headerDate());
     EXPECT_EQ(snapshot.representativeMemory(), representativeMemory());
+    EXPECT_EQ(snapshot.todayNoteCount(), compose::todayNoteCount()) << setting.locale << " " << setting.zone;
+    EXPECT_GT(snapshot.todayNoteCount(), 0) << setting.locale << " " << setting.zone;
   }
 }
 

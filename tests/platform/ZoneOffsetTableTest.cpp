@@ -1,0 +1,94 @@
+#include "platform/ZoneOffsetTable.hpp"
+
+#include <gtest/gtest.h>
+
+#include <unicode/basictz.h>
+#include <unicode/tztrans.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "platform/ISO8601.hpp"
+#include "platform/TimeZoneImpl.hpp"
+
+namespace quillan::platform {
+namespace {
+
+Date at(const char* text) { return *ISO8601::parse(text); }
+
+// Every transition of `zone` between two instants, from ICU itself.
+std::vector<double> transitionMillis(const TimeZone& zone, Date from, Date to) {
+  const auto* rules = dynamic_cast<const icu::BasicTimeZone*>(zone.impl().zone.get());
+  std::vector<double> found;
+  icu::TimeZoneTransition transition;
+  double cursor = from.unixMilliseconds();
+  while (rules && rules->getNextTransition(cursor, /*inclusive=*/false, transition) &&
+         transition.getTime() < to.unixMilliseconds()) {
+    cursor = transition.getTime();
+    found.push_back(cursor);
+  }
+  return found;
+}
+
+// Instants on both sides of every transition (down to half a millisecond,
+// which ICU rounds its own way) and every six hours between them, shuffled
+// so that the table is filled and searched out of order.
+std::vector<Date> probes(const TimeZone& zone, Date from, Date to) {
+  std::vector<Date> dates;
+  for (const double transition : transitionMillis(zone, from, to)) {
+    for (const double delta : {-3600000.0, -1000.0, -1.0, -0.5, 0.0, 0.5, 1.0, 1000.0, 3600000.0}) {
+      dates.push_back(Date::fromUnixMilliseconds(transition + delta));
+    }
+  }
+  constexpr double kStep = 6 * 3600.0 + 7.0;
+  for (double s = from.timeIntervalSinceReferenceDate(); s < to.timeIntervalSinceReferenceDate(); s += kStep) {
+    dates.push_back(Date::fromReferenceSeconds(s));
+  }
+  std::shuffle(dates.begin(), dates.end(), std::mt19937(7));
+  return dates;
+}
+
+TEST(ZoneOffsetTable, AnswersAsTheZoneAcrossEveryTransition) {
+  // Plain daylight saving, a skipped midnight, half-hour daylight saving, a
+  // skipped day, negative daylight saving, many irregular switches, none at all.
+  for (const char* id : {"Europe/Berlin", "America/Havana", "Australia/Lord_Howe", "Pacific/Apia", "Europe/Dublin",
+                         "Africa/Casablanca", "America/Sao_Paulo", "UTC"}) {
+    const auto zone = *TimeZone::named(id);
+    ZoneOffsetTable table(zone);
+    std::size_t wrong = 0;
+    const auto dates = probes(zone, at("1965-01-01T00:00:00Z"), at("2045-01-01T00:00:00Z"));
+    for (const auto date : dates) {
+      if (table.secondsFromGMT(date) != zone.secondsFromGMT(date)) ++wrong;
+    }
+    EXPECT_EQ(wrong, 0u) << id << " over " << dates.size() << " dates";
+  }
+}
+
+TEST(ZoneOffsetTable, KnowsTheOddOffsets) {
+  ZoneOffsetTable lordHowe(*TimeZone::named("Australia/Lord_Howe"));
+  EXPECT_EQ(lordHowe.secondsFromGMT(at("2026-07-01T00:00:00Z")), 10 * 3600 + 1800);
+  EXPECT_EQ(lordHowe.secondsFromGMT(at("2026-12-01T00:00:00Z")), 11 * 3600);
+  // Samoa crossed the date line by dropping 2011-12-30.
+  ZoneOffsetTable apia(*TimeZone::named("Pacific/Apia"));
+  EXPECT_EQ(apia.secondsFromGMT(at("2011-12-30T09:59:59Z")), -10 * 3600);
+  EXPECT_EQ(apia.secondsFromGMT(at("2011-12-30T10:00:00Z")), 14 * 3600);
+}
+
+TEST(ZoneOffsetTable, OutlandishDatesAnswerAsTheZone) {
+  const auto zone = *TimeZone::named("America/Havana");
+  ZoneOffsetTable table(zone);
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const double seconds : {-1e300, -5e10, -3e9, 0.0, 3e9, 5e10, 1e300, kInfinity, -kInfinity,
+                               std::numeric_limits<double>::quiet_NaN()}) {
+    const auto date = Date::fromReferenceSeconds(seconds);
+    EXPECT_EQ(table.secondsFromGMT(date), zone.secondsFromGMT(date)) << seconds;
+    // A second lookup, from the table if the first was kept, agrees too.
+    EXPECT_EQ(table.secondsFromGMT(date), zone.secondsFromGMT(date)) << seconds;
+  }
+}
+
+}  // namespace
+}  // namespace quillan::platform
