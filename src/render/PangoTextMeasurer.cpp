@@ -6,7 +6,9 @@
 #include <string>
 #include <unordered_map>
 
+#include "platform/Locale.hpp"
 #include "platform/Utf8.hpp"
+#include "render/MissingGlyphs.hpp"
 #include "render/PangoLineDrawing.hpp"
 #include "render/RenderingConstants.hpp"
 
@@ -61,8 +63,14 @@ PangoAttrList* attributesFor(const StyledText& runs, const Rgba* linkColor) {
   return list;
 }
 
+// Han characters take the shapes of the rendering locale's language.
+PangoAttribute* languageAttribute() {
+  const std::string tag = platform::Locale::current().languageTag();
+  return pango_attr_language_new(pango_language_from_string(tag.c_str()));
+}
+
 std::string cacheKey(const StyledText& runs) {
-  std::string key;
+  std::string key = platform::Locale::current().languageTag() + '\x1d';
   for (const auto& run : runs) {
     key += std::to_string(run.font.size) + '/' + std::to_string(static_cast<int>(run.font.weight)) +
            (run.font.italic ? 'i' : '-') + (run.font.monospaced ? 'm' : '-') + (run.strikethrough ? 's' : '-');
@@ -104,6 +112,7 @@ struct PangoTextMeasurer::Impl {
     for (const auto& run : runs) text += run.text;
     pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
     PangoAttrList* attrs = attributesFor(runs, linkColor);
+    pango_attr_list_insert_before(attrs, languageAttribute());
     pango_layout_set_attributes(layout.get(), attrs);
     pango_attr_list_unref(attrs);
     return layout;
@@ -122,6 +131,10 @@ double PangoTextMeasurer::width(const StyledText& runs) const {
   const double width = static_cast<double>(logical.width) / PANGO_SCALE;
   impl_->widths.emplace(key, width);
   return width;
+}
+
+std::size_t PangoTextMeasurer::missingGlyphs(const StyledText& runs) const {
+  return missingGlyphCount(impl_->layoutFor(runs, nullptr).get());
 }
 
 FontMetrics PangoTextMeasurer::metrics(const FontDescription& font) const {

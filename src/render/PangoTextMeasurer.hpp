@@ -26,7 +26,9 @@ class PangoTextMeasurer final : public TextMeasurer {
 
   double width(const StyledText& runs) const override;
   FontMetrics metrics(const FontDescription& font) const override;
-
+  // How many characters of `runs` no installed font has a glyph for (each
+  // would draw as a box).
+  std::size_t missingGlyphs(const StyledText& runs) const;
 
  private:
   // Drawing speaks Cairo, which stays out of this header.
