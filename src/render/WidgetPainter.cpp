@@ -39,8 +39,8 @@ void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c
 
 class Painter {
  public:
-  Painter(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context, const PangoTextMeasurer& text)
-      : cr_(cr), widget_(widget), context_(context), text_(text) {}
+  Painter(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context)
+      : cr_(cr), widget_(widget), context_(context) {}
 
   void paint() {
     cairo_save(cr_);
@@ -168,15 +168,15 @@ class Painter {
     const LayoutNode& node = *box.node;
     const TextLayout& layout = *box.text;
     const Rgba color = tone(solidOf(node.foreground), accent);
-    const bool redact = context_.redacted && node.privacySensitive && !node.unredacted;
+    const LineAlignment alignment = LineAlignment::left;
+    if (!context_.redacted || !node.privacySensitive || node.unredacted) {
+      PangoLineDrawing::drawText(cr_, layout, box.frame, alignment, color, tone(linkColor(), accent));
+      return;
+    }
     for (std::size_t i = 0; i < layout.lines.size(); ++i) {
       const double top = box.frame.y + static_cast<double>(i) * layout.lineHeight;
-      if (redact) {
-        paintRedactionBar({box.frame.x, top, layout.lines[i].width, layout.lineHeight}, color);
-      } else {
-        PangoLineDrawing::drawLine(cr_, text_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
-                                   tone(linkColor(), accent));
-      }
+      const double left = box.frame.x + lineOffset(layout, i, box.frame.width, alignment);
+      paintRedactionBar({left, top, layout.lines[i].width, layout.lineHeight}, color);
     }
   }
 
@@ -196,7 +196,6 @@ class Painter {
   cairo_t* cr_;
   const WidgetLayout& widget_;
   const RenderContext& context_;
-  const PangoTextMeasurer& text_;
 };
 
 }  // namespace
@@ -217,9 +216,8 @@ Rgba colorForMode(Rgba color, views::WidgetRenderingMode mode, bool accentGroup)
   return color;
 }
 
-void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context,
-                 const PangoTextMeasurer& text) {
-  Painter(cr, widget, context, text).paint();
+void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context) {
+  Painter(cr, widget, context).paint();
 }
 
 }  // namespace quillan::render
