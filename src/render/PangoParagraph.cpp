@@ -47,17 +47,12 @@ const StyledRun* runAt(const StyledText& runs, std::size_t byte) {
   return runs.empty() ? nullptr : &runs.back();
 }
 
-std::string fontName(PangoFont* font) {
+UsedFont usedFont(PangoFont* font) {
   PangoFontDescription* desc = pango_font_describe(font);
   const char* family = pango_font_description_get_family(desc);
-  const double size = points(pango_font_description_get_size(desc));
-  std::string name = std::string(family ? family : "?") + ' ';
-  const double rounded = std::round(size * 100) / 100;
-  std::string number = std::to_string(rounded);
-  number.erase(number.find_last_not_of('0') + 1);
-  if (number.back() == '.') number.pop_back();
+  UsedFont used{family ? family : "", std::round(points(pango_font_description_get_size(desc)) * 1000) / 1000};
   pango_font_description_free(desc);
-  return name + number;
+  return used;
 }
 
 struct Item {
@@ -81,9 +76,9 @@ std::vector<Item> logicalItems(const PangoLayoutLine* line) {
 TextLine lineOf(const char* text, PangoLayoutLine* line, const StyledText& runs) {
   TextLine out;
   const int end = trimmedEnd(text, line);
-  std::set<std::string> fonts;
+  std::set<UsedFont> fonts;
   for (const Item& item : logicalItems(line)) {
-    if (item.font) fonts.insert(fontName(item.font));
+    if (item.font) fonts.insert(usedFont(item.font));
     if (item.ellipsis) {
       if (const StyledRun* before = runAt(runs, static_cast<std::size_t>(item.offset))) {
         out.runs.push_back({kEllipsis, before->font, before->strikethrough, std::nullopt});

@@ -200,12 +200,10 @@ struct PangoTextMeasurer::Impl {
     return layout;
   }
 
-  TextLayout shape(const StyledText& source, const TextLimits& limits, const TextMeasurer& measurer) const {
-    const FontMetrics metrics = combinedMetrics(source, measurer);
-    const ShownTextBound bound = shownTextBound(limits, metrics.lineHeight, smallestFontSize(source));
-    CutText kept = cutToCodePoints(source, bound.codePoints);
+  // `kept` is the text cut to what `bound` can show.
+  TextLayout shape(const CutText& kept, const TextLimits& limits, const FontMetrics& metrics,
+                   const ShownTextBound& bound, const std::string& language) const {
     StyledText runs = wellFormed(kept.runs);
-    const std::string language = platform::Locale::current().languageTag();
     auto layout = paragraphFor(runs, language, limits.width, bound.lines, metrics.lineHeight);
     // Pango's ellipsis may follow a space, and a text cut short that still
     // fits (zero-width characters, mostly) shows no ellipsis at all: either
@@ -250,11 +248,16 @@ double PangoTextMeasurer::width(const StyledText& runs) const {
 }
 
 TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& limits) const {
-  std::string key = cacheKey(platform::Locale::current().languageTag(), runs);
-  key += '\x1c' + std::to_string(limits.width.value_or(-1)) + '/' + std::to_string(limits.height.value_or(-1)) + '/' +
-         std::to_string(limits.lineLimit.value_or(-1));
+  // Only as much of the text as the limits can show is looked at, keys included.
+  const FontMetrics metrics = combinedMetrics(runs, *this);
+  const ShownTextBound bound = shownTextBound(limits, metrics.lineHeight, smallestFontSize(runs));
+  const CutText kept = cutToCodePoints(runs, bound.codePoints);
+  const std::string language = platform::Locale::current().languageTag();
+  std::string key = cacheKey(language, kept.runs);
+  key += '\x1c' + std::string(kept.cut ? "cut/" : "/") + std::to_string(limits.width.value_or(-1)) + '/' +
+         std::to_string(limits.height.value_or(-1)) + '/' + std::to_string(limits.lineLimit.value_or(-1));
   if (auto found = impl_->layouts.find(key); found != impl_->layouts.end()) return found->second;
-  TextLayout shaped = impl_->shape(runs, limits, *this);
+  TextLayout shaped = impl_->shape(kept, limits, metrics, bound, language);
   if (impl_->layouts.size() >= kMaxCachedLayouts) impl_->layouts.clear();
   impl_->layouts.emplace(key, shaped);
   return shaped;

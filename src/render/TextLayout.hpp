@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,12 +17,19 @@ namespace quillan::render {
 // that drawing shows exactly what was measured (see PangoParagraph).
 struct ShapedParagraph;
 
+// A font some glyphs of a line were drawn with, after fallback.
+struct UsedFont {
+  std::string family;
+  double size = 0;
+  auto operator<=>(const UsedFont&) const = default;
+};
+
 // One laid-out line: the text it shows (an ellipsis included), its width
-// without trailing spaces, and the fonts its glyphs came from ("Inter 17").
+// without trailing spaces, and the fonts its glyphs came from.
 struct TextLine {
   StyledText runs;
   double width = 0;
-  std::vector<std::string> fonts;
+  std::vector<UsedFont> fonts;
 };
 
 // Text broken into lines for one proposal. `size` is unsnapped: the widest

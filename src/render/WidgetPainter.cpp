@@ -85,9 +85,11 @@ class Painter {
         setColor(cr_, tone(paint.color, accent));
         return paint.color.alpha > 0;
       case Paint::Kind::linearGradient: {
+        // Unit points name leading and trailing, which swap under right to left.
+        const auto across = [&](double x) { return rect.x + (widget_.rightToLeft ? 1 - x : x) * rect.width; };
         cairo_pattern_t* pattern = cairo_pattern_create_linear(
-            rect.x + paint.start.x * rect.width, rect.y + paint.start.y * rect.height,
-            rect.x + paint.end.x * rect.width, rect.y + paint.end.y * rect.height);
+            across(paint.start.x), rect.y + paint.start.y * rect.height,
+            across(paint.end.x), rect.y + paint.end.y * rect.height);
         for (const auto& stop : paint.stops) {
           const Rgba c = tone(stop.color, accent);
           cairo_pattern_add_color_stop_rgba(pattern, stop.location, c.red, c.green, c.blue, c.alpha);
@@ -110,17 +112,32 @@ class Painter {
     const LayoutNode& node = *box.node;
     accent = accent || node.accentable;
     cairo_save(cr_);
-    if (node.kind == LayoutKind::offset) cairo_translate(cr_, node.offset.x, node.offset.y);
+    if (node.kind == LayoutKind::offset) cairo_translate(cr_, widget_.rightToLeft ? -node.offset.x : node.offset.x, node.offset.y);
     const bool grouped = node.opacity < 1;
     if (grouped) cairo_push_group(cr_);
     switch (node.kind) {
       case LayoutKind::shape: paintShape(box, accent); break;
       case LayoutKind::text: paintText(box, accent); break;
       case LayoutKind::symbol:
-        drawSymbol(cr_, node.symbolName, box.frame, tone(solidOf(node.foreground), accent),
+        drawSymbol(cr_, node.symbolName, box.frame, node.symbolFont.weight, tone(solidOf(node.foreground), accent),
                    tone(solidOf(node.secondaryForeground), accent));
         break;
-      default: break;
+      // Containers and modifiers draw nothing of their own (an offset moved
+      // the drawing above, opacity groups it); their children draw.
+      case LayoutKind::empty:
+      case LayoutKind::hstack:
+      case LayoutKind::vstack:
+      case LayoutKind::zstack:
+      case LayoutKind::spacer:
+      case LayoutKind::frame:
+      case LayoutKind::flexibleFrame:
+      case LayoutKind::padding:
+      case LayoutKind::background:
+      case LayoutKind::overlay:
+      case LayoutKind::offset:
+      case LayoutKind::link:
+      case LayoutKind::group:
+        break;
     }
     paintChildren(box, accent);
     if (grouped) {
@@ -168,7 +185,8 @@ class Painter {
     const LayoutNode& node = *box.node;
     const TextLayout& layout = *box.text;
     const Rgba color = tone(solidOf(node.foreground), accent);
-    const LineAlignment alignment = LineAlignment::left;
+    // Lines start at the leading edge.
+    const LineAlignment alignment = widget_.rightToLeft ? LineAlignment::right : LineAlignment::left;
     if (!context_.redacted || !node.privacySensitive || node.unredacted) {
       PangoLineDrawing::drawText(cr_, layout, box.frame, alignment, color, tone(linkColor(), accent));
       return;
