@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "render/PangoTextMeasurer.hpp"
 #include "render/ViewAdapter.hpp"
+#include "render/WidgetLayout.hpp"
 #include "views/Builders.hpp"
 #include "views/DynamicType.hpp"
 
@@ -38,6 +40,25 @@ TEST(DynamicType, ScalesTextStylesAndTheSymbolsSizedByThemButNotFixedSizes) {
     EXPECT_EQ(children[1].text.front().font.size, 12);
     EXPECT_EQ(children[2].symbolFont.size, c.title3);
     EXPECT_EQ(children[3].text.front().font.size, c.body);
+  }
+}
+
+TEST(DynamicType, TextStillFitsOrEndsInAnEllipsisAtEverySize) {
+  const Node tree = vstack(HorizontalAlignment::leading,
+                           {text("Finished the book at last").font(Font::body()).lineLimit(2),
+                            text("Today").font(Font::title())});
+  for (DynamicTypeSize size : {DynamicTypeSize::xSmall, DynamicTypeSize::large, DynamicTypeSize::accessibility5}) {
+    RenderContext context;
+    context.env.dynamicTypeSize = size;
+    const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
+    const LayoutBox& note = widget->content.children.at(0);
+    ASSERT_TRUE(note.text);
+    EXPECT_LE(note.text->lines.size(), 2u);
+    EXPECT_LE(note.frame.maxX(), widget->size.width - 16 + 1e-9) << static_cast<int>(size);
+    EXPECT_EQ(note.text->truncated, plainText(note.text->lines.back().runs).ends_with("\u2026"));
+    // Two lines hold the note at the small sizes; at the largest a word no
+    // longer fits a line and the note is cut.
+    EXPECT_EQ(note.text->truncated, size == DynamicTypeSize::accessibility5) << static_cast<int>(size);
   }
 }
 
