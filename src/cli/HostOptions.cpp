@@ -50,6 +50,15 @@ void HostOptions::addTo(CLI::App& command) {
                      "the phone's OS version as it reports it, e.g. 17.0.1 or 18 (default: 17.0)")
       ->transform(cli::platformVersion())
       ->group("Environment");
+  command.add_option("--layout-direction", layoutDirection,
+                     "ltr or rtl (default: the locale's character order, rtl for e.g. ar_EG or he_IL)")
+      ->check(enumName<views::LayoutDirection>("layout direction"))
+      ->group("Environment");
+  command.add_option("--dynamic-type", dynamicType,
+                     "text size: xSmall, small, medium, large, xLarge, xxLarge, xxxLarge, accessibility1 ... "
+                     "accessibility5 (default: large)")
+      ->check(enumName<views::DynamicTypeSize>("dynamic type size"))
+      ->group("Environment");
   command.add_option("--seed", seed,
                      "seed the random source (writing prompts) for reproducible output: a whole decimal number")
       ->transform(wholeNumber())
@@ -95,6 +104,10 @@ views::Environment HostOptions::environment(views::WidgetFamily family) const {
     const bool lockScreen = environment.renderingMode == views::WidgetRenderingMode::vibrant;
     environment.colorScheme = views::parseColorScheme(colorScheme.value_or(lockScreen ? "dark" : "light"));
     environment.platformVersion = views::parsePlatformVersion(platformVersion);
+    environment.layoutDirection = layoutDirection ? views::parseLayoutDirection(*layoutDirection)
+                                  : platform::Locale::current().isRightToLeft() ? views::LayoutDirection::rightToLeft
+                                                                                 : views::LayoutDirection::leftToRight;
+    environment.dynamicTypeSize = views::parseDynamicTypeSize(dynamicType);
   } catch (const views::EnvironmentParseError& error) {
     throw UsageError(error.what());
   }

@@ -22,6 +22,8 @@ struct HostOptions {
   std::optional<std::string> colorScheme;  // unset: dark when vibrant (the lock screen), else light
   std::string renderingMode = "fullColor";
   std::string platformVersion = "17.0";
+  std::optional<std::string> layoutDirection;  // unset: the locale's character order
+  std::string dynamicType = "large";
   std::optional<std::uint64_t> seed;
 
   // Declares the options on the app; subcommands fall through to them, so they

@@ -9,6 +9,7 @@
 #include "cli/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
+#include "render/LayoutJson.hpp"
 #include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
@@ -81,18 +82,27 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
   }
 }
 
-int draw(const RenderOptions& options, const Drawing& drawing) {
-  render::Format format;
-  if (options.format == "png") format = render::Format::png;
-  else if (options.format == "svg") format = render::Format::svg;
-  else if (options.format == "pdf") format = render::Format::pdf;
-  else throw badOption("--format", "unknown format", options.format, "expected json, png, svg or pdf");
-
+render::RenderContext contextFor(const RenderOptions& options, const Drawing& drawing) {
   render::RenderContext context;
   context.env = drawing.environment;
   context.device = deviceNamed(options.device);
   context.scale = options.scale;
   context.redacted = options.redacted;
+  return context;
+}
+
+int draw(const RenderOptions& options, const Drawing& drawing) {
+  if (options.format == "layout") {
+    writeJson(options, render::layoutJSON(drawing.tree, contextFor(options, drawing)) + "\n");
+    return 0;
+  }
+  render::Format format;
+  if (options.format == "png") format = render::Format::png;
+  else if (options.format == "svg") format = render::Format::svg;
+  else if (options.format == "pdf") format = render::Format::pdf;
+  else throw badOption("--format", "unknown format", options.format, "expected json, layout, png, svg or pdf");
+
+  const render::RenderContext context = contextFor(options, drawing);
   const auto path = options.output.value_or(drawing.name + "." + options.format);
   render::renderToFile(drawing.tree, context, format, path);
   std::cerr << "wrote " << path.string() << "\n";
@@ -141,7 +151,8 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host) {
   auto* command = app.add_subcommand(
       "render",
       "the view of the widget's current timeline entry: as JSON {kind, family, date, view} (the view tree, see\n"
-      "docs/view-tree.md), or drawn to PNG, SVG or PDF");
+      "docs/view-tree.md), laid out (--format layout: frames, text lines, fonts, see docs/layout.md), or drawn to\n"
+      "PNG, SVG or PDF");
   auto options = std::make_shared<RenderOptions>();
   command->add_option("--kind", options->kind, "the widget's kind (see `list`)");
   command->add_option("--tree", options->tree,
@@ -150,9 +161,9 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host) {
   command->add_option("--family", options->family,
                       "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)")
       ->check(enumName<views::WidgetFamily>("widget family"));
-  command->add_option("--format", options->format, "json, png, svg or pdf (default: json)");
+  command->add_option("--format", options->format, "json, layout, png, svg or pdf (default: json)");
   command->add_option("--output", options->output,
-                      "file to write, in an existing folder (default: standard output for json, <kind>.<format>\n"
+                      "file to write, in an existing folder (default: standard output for json and layout, <kind>.<format>\n"
                       "otherwise)")
       ->check(outputFilePath());
   command->add_option("--scale", options->scale, "pixels per point for PNG, a decimal number from 1 to 3 (default: 3)")

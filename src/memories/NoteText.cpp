@@ -9,7 +9,8 @@ platform::AttributedString noteText(const std::optional<std::string>& markdown) 
   try {
     return platform::AttributedString::fromInlineMarkdown(source, kNoteMarkdownBytes);
   } catch (const platform::MarkdownParseError& error) {
-    platform::ExtensionLog::print(std::string("Couldn't parse: ") + error.what());
+    // The message, then the separator, then the description: two spaces in all.
+    platform::ExtensionLog::print(std::string("Couldn't parse: ") + " " + error.what());
     return platform::AttributedString(source);
   }
 }

@@ -13,10 +13,13 @@
 namespace quillan::platform {
 namespace {
 
-// Every non-blank line is parsed as a paragraph of its own behind this prefix.
-// A paragraph cannot open a block, so "# x", "- a", "> q", "1. x", "```" or a
-// link definition stay text; and the space makes the line's first character
-// flank like one at the start of a line. The prefix's own text is cut off again.
+// Consecutive non-blank lines are parsed as one paragraph behind this prefix,
+// so emphasis, code and links may run across a line break. A paragraph cannot
+// open a block, so "# x", "- a", "> q", "1. x", "```" or a link definition
+// stay text; and the space makes the line's first character flank like one at
+// the start of a line. The prefix's own text is cut off again. A line that
+// could interrupt a paragraph (a heading, list item, quote, fence, rule,
+// HTML block or setext underline) starts a paragraph of its own instead.
 constexpr std::string_view kParagraphPrefix = "X ";
 
 // One line of the text: what is kept verbatim around the part that is parsed.
@@ -49,6 +52,56 @@ std::vector<Line> splitLines(std::string_view text) {
     start = end + separatorLength;
   }
   return lines;
+}
+
+bool isRule(std::string_view core) {
+  const char mark = core.front();
+  if (mark != '*' && mark != '-' && mark != '_') return false;
+  std::size_t marks = 0;
+  for (char c : core) {
+    if (c == mark) ++marks;
+    else if (!isSpaceOrTab(c)) return false;
+  }
+  return marks >= 3;
+}
+
+bool isSetextUnderline(std::string_view core) {
+  const char mark = core.front();
+  return (mark == '=' || mark == '-') && core.find_first_not_of(mark) == std::string_view::npos;
+}
+
+bool startsListItem(std::string_view core) {
+  if ((core[0] == '-' || core[0] == '+' || core[0] == '*') && (core.size() == 1 || isSpaceOrTab(core[1]))) return true;
+  std::size_t digits = 0;
+  while (digits < core.size() && digits < 10 && core[digits] >= '0' && core[digits] <= '9') ++digits;
+  return digits > 0 && digits < core.size() && (core[digits] == '.' || core[digits] == ')') &&
+         (digits + 1 == core.size() || isSpaceOrTab(core[digits + 1]));
+}
+
+// Whether a line, joined to the paragraph above it, would end that paragraph
+// or turn it into a heading.
+bool mayInterruptParagraph(std::string_view core) {
+  if (core.starts_with("```") || core.starts_with("~~~")) return true;
+  const char first = core.front();
+  if (first == '#' || first == '>' || first == '<') return true;
+  return isRule(core) || isSetextUnderline(core) || startsListItem(core);
+}
+
+// Lines [first, last] parsed as one paragraph.
+struct Paragraph {
+  std::size_t first, last;
+};
+
+std::vector<Paragraph> paragraphsOf(const std::vector<Line>& lines) {
+  std::vector<Paragraph> paragraphs;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].core.empty()) continue;
+    const bool joins = i > 0 && !paragraphs.empty() && paragraphs.back().last == i - 1 && !lines[i - 1].core.empty() &&
+                       !mayInterruptParagraph(lines[i].core);
+    if (joins) paragraphs.back().last = i;
+    else paragraphs.push_back({i, i});
+  }
+  return paragraphs;
 }
 
 struct NodeDeleter {
@@ -119,8 +172,13 @@ TextRun styleInside(cmark_node* node, TextRun style) {
   return style;
 }
 
+// What stands between the lines of a paragraph: whatever was typed around
+// each line break, one entry per break.
+using Breaks = std::vector<std::string>;
+
 // Appends a node that carries text and has no children; false for any other.
-bool appendLeaf(cmark_node* node, TextRun style, std::vector<TextRun>& runs) {
+bool appendLeaf(cmark_node* node, TextRun style, std::vector<TextRun>& runs, const Breaks& breaks,
+                std::size_t& breakIndex) {
   switch (cmark_node_get_type(node)) {
     case CMARK_NODE_TEXT:
     case CMARK_NODE_HTML_INLINE:
@@ -132,7 +190,8 @@ bool appendLeaf(cmark_node* node, TextRun style, std::vector<TextRun>& runs) {
       return true;
     case CMARK_NODE_SOFTBREAK:
     case CMARK_NODE_LINEBREAK:
-      append(runs, "\n", style);
+      append(runs, breakIndex < breaks.size() ? std::string_view(breaks[breakIndex]) : std::string_view("\n"), style);
+      ++breakIndex;
       return true;
     default:
       return false;
@@ -150,21 +209,22 @@ struct OpenNode {
 // of the open containers live in a vector, never on the call stack: each node
 // takes its parent's style, after the containers the walk has left are
 // dropped.
-void collectInlines(cmark_node* paragraph, std::vector<TextRun>& runs) {
+void collectInlines(cmark_node* paragraph, const Breaks& breaks, std::vector<TextRun>& runs) {
   std::vector<OpenNode> open{{paragraph, TextRun{}}};
+  std::size_t breakIndex = 0;
   const IterPtr iter(cmark_iter_new(paragraph));
   for (cmark_event_type event; (event = cmark_iter_next(iter.get())) != CMARK_EVENT_DONE;) {
     cmark_node* node = cmark_iter_get_node(iter.get());
     if (event != CMARK_EVENT_ENTER || node == paragraph) continue;
     while (open.back().node != cmark_node_parent(node)) open.pop_back();
-    if (!appendLeaf(node, open.back().style, runs)) open.push_back({node, styleInside(node, open.back().style)});
+    if (!appendLeaf(node, open.back().style, runs, breaks, breakIndex)) open.push_back({node, styleInside(node, open.back().style)});
   }
 }
 
 // The runs of one prefixed paragraph, without the prefix.
-std::vector<TextRun> paragraphRuns(cmark_node* paragraph) {
+std::vector<TextRun> paragraphRuns(cmark_node* paragraph, const Breaks& breaks) {
   std::vector<TextRun> runs;
-  collectInlines(paragraph, runs);
+  collectInlines(paragraph, breaks, runs);
   if (!runs.empty() && runs.front().text.starts_with(kParagraphPrefix)) {
     runs.front().text.erase(0, kParagraphPrefix.size());
     if (runs.front().text.empty()) runs.erase(runs.begin());
@@ -172,13 +232,22 @@ std::vector<TextRun> paragraphRuns(cmark_node* paragraph) {
   return runs;
 }
 
-std::string prefixedParagraphs(const std::vector<Line>& lines) {
+std::string prefixedParagraphs(const std::vector<Line>& lines, const std::vector<Paragraph>& paragraphs) {
   std::string markdown;
-  for (const auto& line : lines) {
-    if (line.core.empty()) continue;
-    markdown.append(kParagraphPrefix).append(line.core).append("\n\n");
+  for (const auto& paragraph : paragraphs) {
+    markdown.append(kParagraphPrefix).append(lines[paragraph.first].core);
+    for (std::size_t i = paragraph.first + 1; i <= paragraph.last; ++i) markdown.append("\n").append(lines[i].core);
+    markdown.append("\n\n");
   }
   return markdown;
+}
+
+Breaks breaksOf(const std::vector<Line>& lines, const Paragraph& paragraph) {
+  Breaks breaks;
+  for (std::size_t i = paragraph.first; i < paragraph.last; ++i) {
+    breaks.push_back(std::string(lines[i].trailing) + std::string(lines[i].separator) + std::string(lines[i + 1].leading));
+  }
+  return breaks;
 }
 
 }  // namespace
@@ -194,16 +263,28 @@ AttributedString AttributedString::fromInlineMarkdown(std::string_view text, std
   if (!isValidUtf8(text)) throw MarkdownParseError(std::string(kMarkdownParseErrorDescription));
   const std::string_view markdown = text.substr(0, codePointBoundaryAtOrBefore(text, markdownBytes));
   const auto lines = splitLines(markdown);
-  const auto document = parseDocument(prefixedParagraphs(lines));
-  cmark_node* paragraph = cmark_node_first_child(document.get());
+  const auto paragraphs = paragraphsOf(lines);
+  const auto document = parseDocument(prefixedParagraphs(lines, paragraphs));
+  cmark_node* node = cmark_node_first_child(document.get());
   AttributedString result;
   const TextRun plain;
-  for (const auto& line : lines) {
-    append(result.runs_, line.leading, plain);
-    if (!line.core.empty() && paragraph != nullptr) {
-      for (const auto& run : paragraphRuns(paragraph)) append(result.runs_, run.text, run);
-      paragraph = cmark_node_next(paragraph);
+  std::size_t next = 0;  // the next paragraph
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const Line& line = lines[i];
+    if (next < paragraphs.size() && paragraphs[next].first == i) {
+      const Paragraph& paragraph = paragraphs[next++];
+      const Line& last = lines[paragraph.last];
+      append(result.runs_, line.leading, plain);
+      if (node != nullptr) {
+        for (const auto& run : paragraphRuns(node, breaksOf(lines, paragraph))) append(result.runs_, run.text, run);
+        node = cmark_node_next(node);
+      }
+      append(result.runs_, last.trailing, plain);
+      append(result.runs_, last.separator, plain);
+      i = paragraph.last;
+      continue;
     }
+    append(result.runs_, line.leading, plain);
     append(result.runs_, line.trailing, plain);
     append(result.runs_, line.separator, plain);
   }

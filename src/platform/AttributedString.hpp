@@ -33,8 +33,9 @@ class MarkdownParseError : public std::runtime_error {
 
 // Attributed text: plain, or parsed from inline Markdown (cmark-gfm with
 // strikethrough). Only inline syntax is interpreted -- emphasis, strong,
-// strikethrough, code spans and links -- and whitespace and line breaks are kept
-// exactly as typed: "# x" stays "# x", "- a" stays "- a".
+// strikethrough, code spans and links, which may run across a line break as
+// in one paragraph -- and whitespace and line breaks are kept exactly as
+// typed: "# x" stays "# x", "- a" stays "- a".
 class AttributedString {
  public:
   AttributedString() = default;

@@ -94,6 +94,15 @@ void Locale::resetCurrent() {
 
 const std::string& Locale::identifier() const { return impl_->identifier; }
 
+std::string Locale::languageTag() const {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Locale plain(impl_->locale.getLanguage(), impl_->locale.getCountry());
+  const std::string tag = plain.toLanguageTag<std::string>(status);
+  return U_SUCCESS(status) ? tag : std::string("und");
+}
+
+bool Locale::isRightToLeft() const { return impl_->locale.isRightToLeft(); }
+
 std::optional<std::string> Locale::calendarKeyword() const {
   UErrorCode status = U_ZERO_ERROR;
   char value[ULOC_KEYWORDS_CAPACITY] = {};

@@ -19,6 +19,11 @@ class Locale {
   static void resetCurrent();
 
   const std::string& identifier() const;
+  // The language as a BCP 47 tag without keywords ("ja-JP", "zh-TW"),
+  // for picking the shapes of Han characters.
+  std::string languageTag() const;
+  // Whether the locale's script runs from right to left (Arabic, Hebrew, ...).
+  bool isRightToLeft() const;
   // The calendar the locale asks for ("gregorian", "japanese", "buddhist", ...).
   std::string calendarIdentifier() const;
   // The value of the identifier's calendar keyword, as written, if it has one.

@@ -87,7 +87,7 @@ TextLayout layoutTextNode(const LayoutNode& node, ProposedSize proposal, LayoutE
   TextLimits limits{proposal.width, proposal.height, node.lineLimit};
   if (limits.width && std::isinf(*limits.width)) limits.width.reset();
   if (limits.height && std::isinf(*limits.height)) limits.height.reset();
-  TextLayout layout = layoutText(node.text, engine.measurer(), limits);
+  TextLayout layout = engine.measurer().layout(node.text, limits);
   layout.size = {engine.ceilToPixel(layout.size.width), engine.ceilToPixel(layout.size.height)};
   return layout;
 }

@@ -1,6 +1,7 @@
 #include "render/LayoutJson.hpp"
 
 #include <cmath>
+#include <set>
 #include <nlohmann/json.hpp>
 
 #include "render/PangoTextMeasurer.hpp"
@@ -20,8 +21,19 @@ nlohmann::ordered_json boxJSON(const LayoutBox& box) {
   if (box.node->url) out["url"] = *box.node->url;
   if (box.text) {
     nlohmann::ordered_json lines = nlohmann::ordered_json::array();
-    for (const auto& line : box.text->lines) lines.push_back(plainText(line.runs));
+    std::set<UsedFont> used;
+    for (const auto& line : box.text->lines) {
+      lines.push_back(plainText(line.runs));
+      used.insert(line.fonts.begin(), line.fonts.end());
+    }
     out["lines"] = lines;
+    // A measurer that does not shape (layout tests) names no fonts.
+    if (!used.empty()) {
+      nlohmann::ordered_json fonts = nlohmann::ordered_json::array();
+      for (const auto& font : used) fonts.push_back({{"family", font.family}, {"size", tidy(font.size)}});
+      out["fonts"] = fonts;
+      out["missingGlyphs"] = box.text->missingGlyphs;
+    }
   }
   if (!box.children.empty()) {
     nlohmann::ordered_json children = nlohmann::ordered_json::array();
@@ -38,6 +50,7 @@ std::string layoutJSON(const views::Node& tree, const RenderContext& context, co
   nlohmann::ordered_json out;
   out["size"] = {widget->size.width, widget->size.height};
   if (widget->adapted.widgetURL) out["widgetURL"] = *widget->adapted.widgetURL;
+  out["layoutDirection"] = widget->rightToLeft ? "rtl" : "ltr";
   if (widget->background) out["background"] = boxJSON(*widget->background);
   out["content"] = boxJSON(widget->content);
   return out.dump(1);

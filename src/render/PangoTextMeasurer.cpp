@@ -3,22 +3,32 @@
 #include <pango/pangocairo.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <unordered_map>
 
+#include "platform/Locale.hpp"
 #include "platform/Utf8.hpp"
+#include "render/MissingGlyphs.hpp"
 #include "render/PangoLineDrawing.hpp"
+#include "render/PangoParagraph.hpp"
 #include "render/RenderingConstants.hpp"
+#include "render/TextCut.hpp"
 
 namespace quillan::render {
 
 namespace {
 
-struct GObjectDeleter {
-  void operator()(void* object) const { g_object_unref(object); }
-};
-template <typename T>
-using GObjectPtr = std::unique_ptr<T, GObjectDeleter>;
+constexpr const char* kEllipsis = "\u2026";
+// Pango truncates only a layout of some width: an unwrapped text gets one no
+// line reaches (the widest widget's lines hold far less).
+constexpr double kUnwrappedWidth = 1.0e6;
+// Lines are counted with this slack so that a height of exactly n lines holds
+// n despite rounding to Pango units.
+constexpr double kHeightSlack = 0.25;
+// Layouts kept for reuse by drawing and hit testing; past this many the
+// oldest answers are dropped all at once.
+constexpr std::size_t kMaxCachedLayouts = 4096;
 
 const char* familyFor(const FontDescription& font) {
   if (font.monospaced) return "DejaVu Sans Mono,monospace";
@@ -34,13 +44,15 @@ PangoFontDescription* describe(const FontDescription& font) {
   return desc;
 }
 
+int pangoUnits(double points) { return static_cast<int>(std::lround(points * PANGO_SCALE)); }
+
 void insert(PangoAttrList* list, PangoAttribute* attr, std::size_t start, std::size_t end) {
   attr->start_index = static_cast<guint>(start);
   attr->end_index = static_cast<guint>(end);
   pango_attr_list_insert(list, attr);
 }
 
-PangoAttrList* attributesFor(const StyledText& runs, const Rgba* linkColor) {
+PangoAttrList* attributesFor(const StyledText& runs) {
   PangoAttrList* list = pango_attr_list_new();
   std::size_t offset = 0;
   for (const auto& run : runs) {
@@ -48,24 +60,34 @@ PangoAttrList* attributesFor(const StyledText& runs, const Rgba* linkColor) {
     PangoFontDescription* desc = describe(run.font);
     insert(list, pango_attr_font_desc_new(desc), offset, end);
     pango_font_description_free(desc);
-    const double tracking = trackingForSize(run.font.size);
-    insert(list, pango_attr_letter_spacing_new(static_cast<int>(tracking * PANGO_SCALE)), offset, end);
+    insert(list, pango_attr_letter_spacing_new(pangoUnits(trackingForSize(run.font.size))), offset, end);
     if (run.strikethrough) insert(list, pango_attr_strikethrough_new(TRUE), offset, end);
-    if (run.link && linkColor) {
-      const auto channel = [](double v) { return static_cast<guint16>(v * 65535.0); };
-      insert(list, pango_attr_foreground_new(channel(linkColor->red), channel(linkColor->green),
-                                             channel(linkColor->blue)), offset, end);
-    }
     offset = end;
   }
   return list;
 }
 
-std::string cacheKey(const StyledText& runs) {
-  std::string key;
+std::vector<std::pair<guint, guint>> linkRanges(const StyledText& runs) {
+  std::vector<std::pair<guint, guint>> ranges;
+  std::size_t offset = 0;
+  for (const auto& run : runs) {
+    if (run.link) ranges.emplace_back(static_cast<guint>(offset), static_cast<guint>(offset + run.text.size()));
+    offset += run.text.size();
+  }
+  return ranges;
+}
+
+// Han characters take the shapes of the rendering locale's language.
+PangoAttribute* languageAttribute(const std::string& tag) {
+  return pango_attr_language_new(pango_language_from_string(tag.c_str()));
+}
+
+std::string cacheKey(const std::string& language, const StyledText& runs) {
+  std::string key = language + '\x1d';
   for (const auto& run : runs) {
     key += std::to_string(run.font.size) + '/' + std::to_string(static_cast<int>(run.font.weight)) +
-           (run.font.italic ? 'i' : '-') + (run.font.monospaced ? 'm' : '-') + (run.strikethrough ? 's' : '-');
+           (run.font.italic ? 'i' : '-') + (run.font.monospaced ? 'm' : '-') + (run.strikethrough ? 's' : '-') +
+           (run.link ? 'l' : '-');
     key += '\x1f' + run.text + '\x1e';
   }
   return key;
@@ -76,12 +98,67 @@ StyledText withReplacementCharacters(StyledText runs) {
   return runs;
 }
 
+// Pango takes UTF-8 only; malformed bytes become U+FFFD here, whoever made the runs.
+StyledText wellFormed(const StyledText& runs) {
+  const auto valid = [](const StyledRun& run) { return platform::isValidUtf8(run.text); };
+  return std::all_of(runs.begin(), runs.end(), valid) ? runs : withReplacementCharacters(runs);
+}
+
+FontMetrics combinedMetrics(const StyledText& runs, const TextMeasurer& measurer) {
+  if (runs.empty()) return measurer.metrics(FontDescription{});
+  FontMetrics result{};
+  for (const auto& run : runs) {
+    const FontMetrics m = measurer.metrics(run.font);
+    result.lineHeight = std::max(result.lineHeight, m.lineHeight);
+    result.ascender = std::max(result.ascender, m.ascender);
+    result.descender = std::max(result.descender, m.descender);
+    result.capHeight = std::max(result.capHeight, m.capHeight);
+  }
+  return result;
+}
+
+double smallestFontSize(const StyledText& runs) {
+  double smallest = runs.empty() ? FontDescription{}.size : runs.front().font.size;
+  for (const auto& run : runs) smallest = std::min(smallest, run.font.size);
+  return smallest;
+}
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n'; }
+
+// The length of `text` without the blanks that end it.
+std::size_t trimmedLength(const std::string& text) {
+  std::size_t end = text.size();
+  while (end > 0 && isBlank(text[end - 1])) --end;
+  return end;
+}
+
+// The text up to byte `end`, spaces before it dropped, then "…" in the style
+// of the text before it.
+StyledText endingInEllipsis(const StyledText& runs, std::size_t end) {
+  const std::string text = plainText(runs);
+  end = std::min(end, text.size());
+  while (end > 0 && isBlank(text[end - 1])) --end;
+  StyledText out;
+  std::size_t start = 0;
+  for (const auto& run : runs) {
+    if (start >= end) break;
+    StyledRun kept = run;
+    kept.text = run.text.substr(0, std::min(run.text.size(), end - start));
+    start += run.text.size();
+    out.push_back(std::move(kept));
+  }
+  const FontDescription font = out.empty() ? (runs.empty() ? FontDescription{} : runs.front().font) : out.back().font;
+  out.push_back({kEllipsis, font, false, std::nullopt});
+  return out;
+}
+
 }  // namespace
 
 struct PangoTextMeasurer::Impl {
   GObjectPtr<PangoFontMap> fontMap;
   GObjectPtr<PangoContext> context;
   mutable std::unordered_map<std::string, double> widths;
+  mutable std::unordered_map<std::string, TextLayout> layouts;
 
   Impl() : fontMap(pango_cairo_font_map_new()), context(pango_font_map_create_context(fontMap.get())) {
     cairo_font_options_t* options = cairo_font_options_create();
@@ -93,20 +170,64 @@ struct PangoTextMeasurer::Impl {
     pango_context_set_round_glyph_positions(context.get(), FALSE);
   }
 
-  GObjectPtr<PangoLayout> layoutFor(const StyledText& runs, const Rgba* linkColor) const {
-    // Pango takes UTF-8 only; malformed bytes become U+FFFD here, whoever made the runs.
-    const auto wellFormed = [](const StyledRun& run) { return platform::isValidUtf8(run.text); };
-    if (!std::all_of(runs.begin(), runs.end(), wellFormed)) {
-      return layoutFor(withReplacementCharacters(runs), linkColor);
-    }
+  // `runs` must be well-formed UTF-8.
+  GObjectPtr<PangoLayout> layoutFor(const StyledText& runs, const std::string& language) const {
     GObjectPtr<PangoLayout> layout(pango_layout_new(context.get()));
-    std::string text;
-    for (const auto& run : runs) text += run.text;
+    const std::string text = plainText(runs);
     pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
-    PangoAttrList* attrs = attributesFor(runs, linkColor);
+    PangoAttrList* attrs = attributesFor(runs);
+    pango_attr_list_insert_before(attrs, languageAttribute(language));
     pango_layout_set_attributes(layout.get(), attrs);
     pango_attr_list_unref(attrs);
     return layout;
+  }
+
+  // The paragraph wrapped by word, then by grapheme, at `width`; as many lines
+  // as `lines` allows at `lineHeight` apiece, the last ending in "…" when
+  // text is left over.
+  GObjectPtr<PangoLayout> paragraphFor(const StyledText& runs, const std::string& language, std::optional<double> width,
+                                       std::size_t lines, double lineHeight) const {
+    GObjectPtr<PangoLayout> layout = layoutFor(runs, language);
+    PangoAttrList* attrs = pango_attr_list_copy(pango_layout_get_attributes(layout.get()));
+    // Every line is as tall as the system font's, whichever font draws it.
+    pango_attr_list_insert(attrs, pango_attr_line_height_new_absolute(pangoUnits(lineHeight)));
+    pango_layout_set_attributes(layout.get(), attrs);
+    pango_attr_list_unref(attrs);
+    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    pango_layout_set_width(layout.get(), pangoUnits(std::max(0.0, width.value_or(kUnwrappedWidth))));
+    pango_layout_set_height(layout.get(), pangoUnits((static_cast<double>(lines) + kHeightSlack) * lineHeight));
+    return layout;
+  }
+
+  // `kept` is the text cut to what `bound` can show.
+  TextLayout shape(const CutText& kept, const TextLimits& limits, const FontMetrics& metrics,
+                   const ShownTextBound& bound, const std::string& language) const {
+    StyledText runs = wellFormed(kept.runs);
+    auto layout = paragraphFor(runs, language, limits.width, bound.lines, metrics.lineHeight);
+    // Pango's ellipsis may follow a space, and a text cut short that still
+    // fits (zero-width characters, mostly) shows no ellipsis at all: either
+    // is set again as the text shown, then "…".
+    const auto elided = ellipsisStart(layout.get());
+    const std::size_t end = elided.value_or(shownEnd(layout.get()));
+    const bool truncated = kept.cut || end < trimmedLength(plainText(runs));
+    if (truncated) {
+      runs = endingInEllipsis(runs, end);
+      layout = paragraphFor(runs, language, limits.width, bound.lines, metrics.lineHeight);
+    }
+    TextLayout out;
+    out.lines = linesOf(layout.get(), runs);
+    out.lineHeight = metrics.lineHeight;
+    out.ascender = static_cast<double>(pango_layout_get_baseline(layout.get())) / PANGO_SCALE;
+    out.truncated = truncated;
+    out.missingGlyphs = missingGlyphCount(layout.get());
+    for (const auto& line : out.lines) out.size.width = std::max(out.size.width, line.width);
+    out.size.height = static_cast<double>(out.lines.size()) * metrics.lineHeight;
+    auto shaped = std::make_shared<ShapedParagraph>();
+    shaped->layout = std::move(layout);
+    shaped->links = linkRanges(runs);
+    out.shaped = std::move(shaped);
+    return out;
   }
 };
 
@@ -114,31 +235,42 @@ PangoTextMeasurer::PangoTextMeasurer() : impl_(std::make_unique<Impl>()) {}
 PangoTextMeasurer::~PangoTextMeasurer() = default;
 
 double PangoTextMeasurer::width(const StyledText& runs) const {
-  const std::string key = cacheKey(runs);
+  const std::string language = platform::Locale::current().languageTag();
+  const std::string key = cacheKey(language, runs);
   if (auto found = impl_->widths.find(key); found != impl_->widths.end()) return found->second;
-  auto layout = impl_->layoutFor(runs, nullptr);
+  auto layout = impl_->layoutFor(wellFormed(runs), language);
   PangoRectangle logical;
   pango_layout_get_extents(layout.get(), nullptr, &logical);
   const double width = static_cast<double>(logical.width) / PANGO_SCALE;
+  if (impl_->widths.size() >= kMaxCachedLayouts) impl_->widths.clear();
   impl_->widths.emplace(key, width);
   return width;
+}
+
+TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& limits) const {
+  // Only as much of the text as the limits can show is looked at, keys included.
+  const FontMetrics metrics = combinedMetrics(runs, *this);
+  const ShownTextBound bound = shownTextBound(limits, metrics.lineHeight, smallestFontSize(runs));
+  const CutText kept = cutToCodePoints(runs, bound.codePoints);
+  const std::string language = platform::Locale::current().languageTag();
+  std::string key = cacheKey(language, kept.runs);
+  key += '\x1c' + std::string(kept.cut ? "cut/" : "/") + std::to_string(limits.width.value_or(-1)) + '/' +
+         std::to_string(limits.height.value_or(-1)) + '/' + std::to_string(limits.lineLimit.value_or(-1));
+  if (auto found = impl_->layouts.find(key); found != impl_->layouts.end()) return found->second;
+  TextLayout shaped = impl_->shape(kept, limits, metrics, bound, language);
+  if (impl_->layouts.size() >= kMaxCachedLayouts) impl_->layouts.clear();
+  impl_->layouts.emplace(key, shaped);
+  return shaped;
+}
+
+std::size_t PangoTextMeasurer::missingGlyphs(const StyledText& runs) const {
+  return missingGlyphCount(impl_->layoutFor(wellFormed(runs), platform::Locale::current().languageTag()).get());
 }
 
 FontMetrics PangoTextMeasurer::metrics(const FontDescription& font) const {
   const double size = font.size;
   return {constants::kLineHeightPerPoint * size, constants::kAscenderPerPoint * size,
           constants::kDescenderPerPoint * size, constants::kCapHeightPerPoint * size};
-}
-
-void PangoLineDrawing::drawLine(cairo_t* cr, const PangoTextMeasurer& text, const StyledText& runs,
-                                Point baseline, Rgba color, Rgba linkColor) {
-  auto layout = text.impl_->layoutFor(runs, &linkColor);
-  const double layoutBaseline = static_cast<double>(pango_layout_get_baseline(layout.get())) / PANGO_SCALE;
-  cairo_save(cr);
-  cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha);
-  cairo_move_to(cr, baseline.x, baseline.y - layoutBaseline);
-  pango_cairo_show_layout(cr, layout.get());
-  cairo_restore(cr);
 }
 
 const PangoTextMeasurer& PangoTextMeasurer::shared() {

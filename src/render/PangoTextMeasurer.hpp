@@ -11,9 +11,9 @@ namespace quillan::render {
 // Measures and draws text with Pango and the Inter fonts standing in for the
 // system font: Inter below 20 pt, Inter Display from 20 pt, the size's
 // automatic tracking applied, and the line pitch forced to the system font's
-// (1.19336 x size) so vertical layout matches the phone exactly. Measuring and
-// drawing build their Pango layouts the same way, so drawn text is exactly as
-// wide as measured.
+// (1.19336 x size) so vertical layout matches the phone exactly. Whatever
+// Inter lacks falls back through fontconfig. Drawing shows the very layouts
+// measuring made, so drawn text is exactly as wide as measured.
 class PangoTextMeasurer final : public TextMeasurer {
  public:
   PangoTextMeasurer();
@@ -26,11 +26,14 @@ class PangoTextMeasurer final : public TextMeasurer {
 
   double width(const StyledText& runs) const override;
   FontMetrics metrics(const FontDescription& font) const override;
-
+  // Laid out by Pango itself (see TextLayout's `shaped`); one layout per
+  // text, locale and limits, kept for drawing and hit testing.
+  TextLayout layout(const StyledText& runs, const TextLimits& limits) const override;
+  // How many characters of `runs` no installed font has a glyph for (each
+  // would draw as a box).
+  std::size_t missingGlyphs(const StyledText& runs) const;
 
  private:
-  // Drawing speaks Cairo, which stays out of this header.
-  friend struct PangoLineDrawing;
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };

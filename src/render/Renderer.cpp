@@ -32,7 +32,7 @@ void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext
   const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
   Context cr(cairo_create(surface));
   cairo_scale(cr.get(), scale, scale);
-  paintWidget(cr.get(), *widget, context, PangoTextMeasurer::shared());
+  paintWidget(cr.get(), *widget, context);
   cairo_surface_flush(surface);
 }
 

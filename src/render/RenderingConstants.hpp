@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 // Every number the host draws with that is an estimate or a measured stand-in
 // for the phone's own value lives here, so that one place changes when a
 // better measurement arrives.
@@ -31,6 +33,9 @@ inline constexpr double kSquarePencilHeightPerPoint = 0.95;
 inline constexpr double kSquarePencilAspect = 1.05;
 inline constexpr double kCircleSymbolDiameterPerPoint = 1.18;
 inline constexpr double kSymbolStrokePerHeight = 0.10;
+// A symbol's stroke relative to its regular weight's, ultraLight ... black, as
+// the weights of the symbol set thin and thicken their strokes [est].
+inline constexpr std::array<double, 9> kSymbolStrokeByWeight{0.35, 0.5, 0.72, 1.0, 1.14, 1.3, 1.5, 1.72, 1.95};
 
 // The widget's corner radius on the home screen [est 22].
 inline constexpr double kWidgetCornerRadius = 22.0;

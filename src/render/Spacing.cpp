@@ -82,9 +82,12 @@ EdgePreferences preferencesOn(const LayoutNode& node, Edge edge) {
     case LayoutKind::background:
     case LayoutKind::overlay:
       return node.children.empty() ? EdgePreferences::genericOnly() : preferencesOn(node.children.front(), edge);
-    default:
+    case LayoutKind::empty:
+    case LayoutKind::symbol:
+    case LayoutKind::shape:
       return EdgePreferences::genericOnly();
   }
+  return EdgePreferences::genericOnly();
 }
 
 FontMetrics textMetrics(const LayoutNode& text, LayoutEngine& engine) {

@@ -12,6 +12,8 @@ namespace {
 
 // Visible gap between the pencil's bar and its cap, in units of the box.
 constexpr double kPencilCapGap = 0.04;
+// The pencil's width at the regular weight, in units of the box.
+constexpr double kPencilBarWidth = 0.14;
 
 void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
 
@@ -40,19 +42,46 @@ void strokeRound(cairo_t* cr, double width) {
   cairo_stroke(cr);
 }
 
-void checkmark(cairo_t* cr, Rect box) {
+double strokeFactor(FontWeight weight) {
+  return constants::kSymbolStrokeByWeight[static_cast<std::size_t>(weightClass(weight) / 100 - 1)];
+}
+
+void checkmark(cairo_t* cr, Rect box, FontWeight weight) {
   const UnitBox u{box};
   cairo_move_to(cr, u.x(0.06), u.y(0.55));
   cairo_line_to(cr, u.x(0.37), u.y(0.92));
   cairo_line_to(cr, u.x(0.95), u.y(0.08));
-  strokeRound(cr, constants::kSymbolStrokePerHeight * box.height * 1.3);
+  strokeRound(cr, constants::kSymbolStrokePerHeight * box.height * 1.3 * strokeFactor(weight));
+}
+
+// The pencil: a straight bar ending in a pointed tip near the square's centre,
+// and beyond a thin gap at the other end a short cap with a rounded top.
+void pencil(cairo_t* cr, const UnitBox& u, double barWidth) {
+  const Point tip{0.42, 0.58}, end{0.95, 0.05};
+  const double dx = end.x - tip.x, dy = end.y - tip.y, length = std::hypot(dx, dy);
+  const Point along{dx / length, dy / length}, across{-along.y, along.x};
+  const double half = barWidth / 2, tipLength = barWidth * 1.1;
+  const double capStart = 0.86 * length, barEnd = capStart - half - kPencilCapGap;
+  const auto at = [&](double distance, double side) {
+    return Point{tip.x + along.x * distance + across.x * side, tip.y + along.y * distance + across.y * side};
+  };
+  const Point corners[] = {at(tipLength, half), at(barEnd, half), at(barEnd, -half), at(tipLength, -half)};
+  cairo_move_to(cr, u.x(tip.x), u.y(tip.y));
+  for (const Point& p : corners) cairo_line_to(cr, u.x(p.x), u.y(p.y));
+  cairo_close_path(cr);
+  cairo_fill(cr);
+  const Point capFrom = at(capStart, 0), capTo = at(length - half, 0);
+  cairo_move_to(cr, u.x(capFrom.x), u.y(capFrom.y));
+  cairo_line_to(cr, u.x(capTo.x), u.y(capTo.y));
+  strokeRound(cr, barWidth * u.box.height);
 }
 
 // The open rounded square at the lower left and the pencil across its open
 // top-right corner.
-void squareAndPencil(cairo_t* cr, Rect box) {
+void squareAndPencil(cairo_t* cr, Rect box, FontWeight weight) {
   const UnitBox u{box};
-  const double stroke = constants::kSymbolStrokePerHeight * box.height;
+  const double factor = strokeFactor(weight);
+  const double stroke = constants::kSymbolStrokePerHeight * box.height * factor;
   const double left = 0.05, top = 0.15, side = 0.80, r = 0.2 * side;
   const double right = left + side, bottom = top + side;
   cairo_new_path(cr);
@@ -65,24 +94,11 @@ void squareAndPencil(cairo_t* cr, Rect box) {
   cairo_curve_to(cr, u.x(right), u.y(bottom), u.x(right), u.y(bottom), u.x(right), u.y(bottom - r));
   cairo_line_to(cr, u.x(right), u.y(top + side * 0.45));
   strokeRound(cr, stroke);
-
-  // Pencil: a bar from the tip near the square's centre up to the top right,
-  // with a short cap segment beyond a thin gap.
-  // The gap is measured between the round caps, which reach half the bar's
-  // width past each segment's ends.
-  const double tipX = 0.42, tipY = 0.58, endX = 0.95, endY = 0.05;
-  const double dx = endX - tipX, dy = endY - tipY;
-  const double length = std::hypot(dx, dy), barWidth = 0.14;
-  const double capStart = 0.86, barEnd = capStart - (barWidth + kPencilCapGap) / length;
-  cairo_move_to(cr, u.x(tipX), u.y(tipY));
-  cairo_line_to(cr, u.x(tipX + dx * barEnd), u.y(tipY + dy * barEnd));
-  strokeRound(cr, barWidth * box.height);
-  cairo_move_to(cr, u.x(tipX + dx * capStart), u.y(tipY + dy * capStart));
-  cairo_line_to(cr, u.x(endX), u.y(endY));
-  strokeRound(cr, barWidth * box.height);
+  // The bar thickens less than the outline: most of its width is the pencil's body.
+  pencil(cr, u, kPencilBarWidth * std::sqrt(factor));
 }
 
-void circledSquareAndPencil(cairo_t* cr, Rect box, Rgba primary, Rgba secondary) {
+void circledSquareAndPencil(cairo_t* cr, Rect box, FontWeight weight, Rgba primary, Rgba secondary) {
   const double diameter = std::min(box.width, box.height);
   const Point c = box.center();
   const double inner = diameter * 0.5;
@@ -91,22 +107,22 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, Rgba primary, Rgba secondary)
     cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
     cairo_fill(cr);
     cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
-    squareAndPencil(cr, glyph);
+    squareAndPencil(cr, glyph, weight);
     cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
   });
-  paintLayer(cr, secondary, [&] { squareAndPencil(cr, glyph); });
+  paintLayer(cr, secondary, [&] { squareAndPencil(cr, glyph, weight); });
 }
 
 }  // namespace
 
-void drawSymbol(cairo_t* cr, std::string_view name, Rect box, Rgba primary, Rgba secondary) {
+void drawSymbol(cairo_t* cr, std::string_view name, Rect box, FontWeight weight, Rgba primary, Rgba secondary) {
   cairo_save(cr);
   if (name == "checkmark") {
-    paintLayer(cr, primary, [&] { checkmark(cr, box); });
+    paintLayer(cr, primary, [&] { checkmark(cr, box, weight); });
   } else if (name == "square.and.pencil") {
-    paintLayer(cr, primary, [&] { squareAndPencil(cr, box); });
+    paintLayer(cr, primary, [&] { squareAndPencil(cr, box, weight); });
   } else if (name == "square.and.pencil.circle.fill") {
-    circledSquareAndPencil(cr, box, primary, secondary);
+    circledSquareAndPencil(cr, box, weight, primary, secondary);
   } else {
     setColor(cr, primary);
     cairo_rectangle(cr, box.x, box.y, box.width, box.height);

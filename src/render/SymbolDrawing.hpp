@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "render/FontDescription.hpp"
 #include "render/Geometry.hpp"
 #include "render/Rgba.hpp"
 
@@ -13,7 +14,8 @@ namespace quillan::render {
 // symbols the widgets use: "checkmark", "square.and.pencil" and
 // "square.and.pencil.circle.fill" (a disc in `primary` with the square and
 // pencil cut out of it, and drawn again in `secondary` as the second layer).
-// Unknown names draw a rounded outline so a missing drawing is visible.
-void drawSymbol(cairo_t* cr, std::string_view name, Rect box, Rgba primary, Rgba secondary);
+// Strokes thicken with `weight` as the symbol set's weights do. Unknown names
+// draw a rounded outline so a missing drawing is visible.
+void drawSymbol(cairo_t* cr, std::string_view name, Rect box, FontWeight weight, Rgba primary, Rgba secondary);
 
 }  // namespace quillan::render

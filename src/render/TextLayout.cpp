@@ -194,7 +194,7 @@ TextLine truncatedLine(const FlatText& flat, const Wrapper& wrapper, const TextM
     if (!width || measurer.width(withEllipsis(mid)) <= *width + kFitTolerance) lo = mid; else hi = mid - 1;
   }
   StyledText runs = withEllipsis(lo);
-  return {runs, measurer.width(runs)};
+  return {runs, measurer.width(runs), {}};
 }
 
 FontMetrics combinedMetrics(const StyledText& text, const TextMeasurer& measurer) {
@@ -232,7 +232,7 @@ TextLayout layoutText(const StyledText& text, const TextMeasurer& measurer, cons
   const std::size_t visible = std::min(spans.size(), bound.lines);
   for (std::size_t i = 0; i < visible; ++i) {
     const LineSpan span = spans[i];
-    layout.lines.push_back({flat.slice(span.from, span.to), wrapper.widthOf(span.from, span.to)});
+    layout.lines.push_back({flat.slice(span.from, span.to), wrapper.widthOf(span.from, span.to), {}});
   }
   if (visible < spans.size() || flat.cut()) {
     layout.truncated = true;

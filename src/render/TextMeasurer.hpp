@@ -1,9 +1,12 @@
 #pragma once
 
 #include "render/FontDescription.hpp"
+#include "render/ShownTextBound.hpp"
 #include "render/StyledRun.hpp"
 
 namespace quillan::render {
+
+struct TextLayout;
 
 // Vertical metrics of a font, in points.
 struct FontMetrics {
@@ -21,6 +24,9 @@ class TextMeasurer {
   // The advance width of `runs` set on one line, tracking included.
   virtual double width(const StyledText& runs) const = 0;
   virtual FontMetrics metrics(const FontDescription& font) const = 0;
+  // `runs` broken into lines for `limits`. Unless a measurer lays out whole
+  // paragraphs itself, this is the greedy word wrap of layoutText over width().
+  virtual TextLayout layout(const StyledText& runs, const TextLimits& limits) const;
 };
 
 }  // namespace quillan::render

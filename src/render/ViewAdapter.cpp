@@ -4,6 +4,7 @@
 
 #include "platform/Utf8.hpp"
 #include "render/RenderingConstants.hpp"
+#include "views/DynamicType.hpp"
 #include "views/Overload.hpp"
 
 namespace quillan::render {
@@ -32,13 +33,15 @@ Alignment toAlignment(views::Alignment a) {
   Alignment out;
   switch (views::horizontal(a)) {
     case views::HorizontalAlignment::leading: out.horizontal = 0; break;
+    case views::HorizontalAlignment::center: out.horizontal = 0.5; break;
     case views::HorizontalAlignment::trailing: out.horizontal = 1; break;
-    default: break;
   }
   switch (views::vertical(a)) {
     case views::VerticalAlignment::top: out.vertical = 0; break;
+    case views::VerticalAlignment::center:
+    case views::VerticalAlignment::firstTextBaseline:
+    case views::VerticalAlignment::lastTextBaseline: out.vertical = 0.5; break;
     case views::VerticalAlignment::bottom: out.vertical = 1; break;
-    default: break;
   }
   return out;
 }
@@ -92,7 +95,9 @@ class Adapter {
 
   FontDescription fontDescription(const Inherited& in) const {
     FontDescription font;
-    font.size = in.font.resolvedSize();
+    // Text styles follow the reader's text size; a fixed size stays as it is.
+    font.size = in.font.size ? *in.font.size
+                             : views::pointSize(in.font.textStyle.value_or(views::TextStyle::body), env_.dynamicTypeSize);
     font.weight = toWeight(in.weight.value_or(in.font.resolvedWeight()));
     font.monospaced = in.font.design == views::FontDesign::monospaced;
     return font;
@@ -225,7 +230,12 @@ class Adapter {
         [&](const mods::LineLimit& l) { in.lineLimit = l.lines; },
         [&](const mods::ImageScale& s) { in.imageScale = s.scale; },
         [&](const mods::PrivacySensitive& p) { in.privacySensitive = p.sensitive; },
-        [](const auto&) {},
+        // Layout and drawing modifiers pass nothing down; apply() handles them.
+        [](const mods::Padding&) {}, [](const mods::Offset&) {}, [](const mods::Frame&) {},
+        [](const mods::FlexFrame&) {}, [](const mods::Background&) {}, [](const mods::Overlay&) {},
+        [](const mods::ContainerBackground&) {}, [](const mods::WidgetURL&) {}, [](const mods::ButtonStyle&) {},
+        [](const mods::Resizable&) {}, [](const mods::Fill&) {}, [](const mods::StrokeBorder&) {},
+        [](const mods::Opacity&) {},
     }, m.kind);
   }
 
@@ -322,7 +332,16 @@ class Adapter {
           out.opacity = o.opacity;
           return out;
         },
-        [&](const auto&) { return std::move(current); },
+        // Settings reach the leaves through inherit(); a plain button style
+        // draws its label as it is.
+        [&](const mods::Font&) { return std::move(current); },
+        [&](const mods::FontWeight&) { return std::move(current); },
+        [&](const mods::ForegroundColor&) { return std::move(current); },
+        [&](const mods::ForegroundStyle&) { return std::move(current); },
+        [&](const mods::PrivacySensitive&) { return std::move(current); },
+        [&](const mods::LineLimit&) { return std::move(current); },
+        [&](const mods::ImageScale&) { return std::move(current); },
+        [&](const mods::ButtonStyle&) { return std::move(current); },
     }, m.kind);
   }
 

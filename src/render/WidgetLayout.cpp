@@ -23,6 +23,11 @@ LayoutNode systemBackground(views::ColorScheme scheme) {
   return node;
 }
 
+void mirror(LayoutBox& box, double width) {
+  box.frame.x = width - box.frame.maxX();
+  for (auto& child : box.children) mirror(child, width);
+}
+
 }  // namespace
 
 std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const RenderContext& context,
@@ -63,6 +68,11 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
   const Point origin{engine.roundToPixel(margin + (area.width - contentSize.width) / 2),
                      engine.roundToPixel(margin + (area.height - contentSize.height) / 2)};
   widget->content = engine.layout(widget->adapted.content, ProposedSize::of(area), origin);
+  widget->rightToLeft = context.env.layoutDirection == views::LayoutDirection::rightToLeft;
+  if (widget->rightToLeft) {
+    mirror(widget->content, full.width);
+    if (widget->background) mirror(*widget->background, full.width);
+  }
   return widget;
 }
 

@@ -39,8 +39,8 @@ void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c
 
 class Painter {
  public:
-  Painter(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context, const PangoTextMeasurer& text)
-      : cr_(cr), widget_(widget), context_(context), text_(text) {}
+  Painter(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context)
+      : cr_(cr), widget_(widget), context_(context) {}
 
   void paint() {
     cairo_save(cr_);
@@ -85,9 +85,11 @@ class Painter {
         setColor(cr_, tone(paint.color, accent));
         return paint.color.alpha > 0;
       case Paint::Kind::linearGradient: {
+        // Unit points name leading and trailing, which swap under right to left.
+        const auto across = [&](double x) { return rect.x + (widget_.rightToLeft ? 1 - x : x) * rect.width; };
         cairo_pattern_t* pattern = cairo_pattern_create_linear(
-            rect.x + paint.start.x * rect.width, rect.y + paint.start.y * rect.height,
-            rect.x + paint.end.x * rect.width, rect.y + paint.end.y * rect.height);
+            across(paint.start.x), rect.y + paint.start.y * rect.height,
+            across(paint.end.x), rect.y + paint.end.y * rect.height);
         for (const auto& stop : paint.stops) {
           const Rgba c = tone(stop.color, accent);
           cairo_pattern_add_color_stop_rgba(pattern, stop.location, c.red, c.green, c.blue, c.alpha);
@@ -110,17 +112,32 @@ class Painter {
     const LayoutNode& node = *box.node;
     accent = accent || node.accentable;
     cairo_save(cr_);
-    if (node.kind == LayoutKind::offset) cairo_translate(cr_, node.offset.x, node.offset.y);
+    if (node.kind == LayoutKind::offset) cairo_translate(cr_, widget_.rightToLeft ? -node.offset.x : node.offset.x, node.offset.y);
     const bool grouped = node.opacity < 1;
     if (grouped) cairo_push_group(cr_);
     switch (node.kind) {
       case LayoutKind::shape: paintShape(box, accent); break;
       case LayoutKind::text: paintText(box, accent); break;
       case LayoutKind::symbol:
-        drawSymbol(cr_, node.symbolName, box.frame, tone(solidOf(node.foreground), accent),
+        drawSymbol(cr_, node.symbolName, box.frame, node.symbolFont.weight, tone(solidOf(node.foreground), accent),
                    tone(solidOf(node.secondaryForeground), accent));
         break;
-      default: break;
+      // Containers and modifiers draw nothing of their own (an offset moved
+      // the drawing above, opacity groups it); their children draw.
+      case LayoutKind::empty:
+      case LayoutKind::hstack:
+      case LayoutKind::vstack:
+      case LayoutKind::zstack:
+      case LayoutKind::spacer:
+      case LayoutKind::frame:
+      case LayoutKind::flexibleFrame:
+      case LayoutKind::padding:
+      case LayoutKind::background:
+      case LayoutKind::overlay:
+      case LayoutKind::offset:
+      case LayoutKind::link:
+      case LayoutKind::group:
+        break;
     }
     paintChildren(box, accent);
     if (grouped) {
@@ -168,15 +185,16 @@ class Painter {
     const LayoutNode& node = *box.node;
     const TextLayout& layout = *box.text;
     const Rgba color = tone(solidOf(node.foreground), accent);
-    const bool redact = context_.redacted && node.privacySensitive && !node.unredacted;
+    // Lines start at the leading edge.
+    const LineAlignment alignment = widget_.rightToLeft ? LineAlignment::right : LineAlignment::left;
+    if (!context_.redacted || !node.privacySensitive || node.unredacted) {
+      PangoLineDrawing::drawText(cr_, layout, box.frame, alignment, color, tone(linkColor(), accent));
+      return;
+    }
     for (std::size_t i = 0; i < layout.lines.size(); ++i) {
       const double top = box.frame.y + static_cast<double>(i) * layout.lineHeight;
-      if (redact) {
-        paintRedactionBar({box.frame.x, top, layout.lines[i].width, layout.lineHeight}, color);
-      } else {
-        PangoLineDrawing::drawLine(cr_, text_, layout.lines[i].runs, {box.frame.x, top + layout.ascender}, color,
-                                   tone(linkColor(), accent));
-      }
+      const double left = box.frame.x + lineOffset(layout, i, box.frame.width, alignment);
+      paintRedactionBar({left, top, layout.lines[i].width, layout.lineHeight}, color);
     }
   }
 
@@ -196,7 +214,6 @@ class Painter {
   cairo_t* cr_;
   const WidgetLayout& widget_;
   const RenderContext& context_;
-  const PangoTextMeasurer& text_;
 };
 
 }  // namespace
@@ -217,9 +234,8 @@ Rgba colorForMode(Rgba color, views::WidgetRenderingMode mode, bool accentGroup)
   return color;
 }
 
-void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context,
-                 const PangoTextMeasurer& text) {
-  Painter(cr, widget, context, text).paint();
+void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context) {
+  Painter(cr, widget, context).paint();
 }
 
 }  // namespace quillan::render

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "render/PangoTextMeasurer.hpp"
 #include "render/RenderContext.hpp"
 #include "render/WidgetLayout.hpp"
 
@@ -10,11 +9,10 @@ namespace quillan::render {
 
 // Paints a laid-out widget in points onto `cr` (the caller sets the scale):
 // backdrop for the lock-screen modes, background, content, redaction bars,
-// all clipped to the widget's mask. Rendering modes recolour every paint:
+// all clipped to the widget's mask. Text shows the layouts measuring made. Rendering modes recolour every paint:
 // vibrant to white with alpha = luminance x alpha, accented to one colour
 // keeping only alpha; both drop the container background.
-void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context,
-                 const PangoTextMeasurer& text);
+void paintWidget(cairo_t* cr, const WidgetLayout& widget, const RenderContext& context);
 
 // The colour `color` becomes in `mode`.
 Rgba colorForMode(Rgba color, views::WidgetRenderingMode mode, bool accentGroup = false);

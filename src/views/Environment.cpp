@@ -37,6 +37,14 @@ WidgetRenderingMode parseRenderingMode(std::string_view text) {
 
 WidgetFamily parseWidgetFamily(std::string_view text) { return parseNamed<WidgetFamily>(text, "widget family"); }
 
+LayoutDirection parseLayoutDirection(std::string_view text) {
+  return parseNamed<LayoutDirection>(text, "layout direction");
+}
+
+DynamicTypeSize parseDynamicTypeSize(std::string_view text) {
+  return parseNamed<DynamicTypeSize>(text, "dynamic type size");
+}
+
 PlatformVersion parsePlatformVersion(std::string_view text) {
   const auto dot = text.find('.');
   const auto major = parseNumber(text.substr(0, dot));

@@ -36,6 +36,35 @@ constexpr auto enumNames(WidgetFamily) {
                                                  {accessoryCircular, "accessoryCircular"}}};
 }
 
+// Which way the views' leading edge faces: a right-to-left locale mirrors the
+// layout (stacks run from the right, leading and trailing swap).
+enum class LayoutDirection { leftToRight, rightToLeft };
+constexpr auto enumNames(LayoutDirection) {
+  using enum LayoutDirection;
+  return std::array<EnumName<LayoutDirection>, 2>{{{leftToRight, "ltr"}, {rightToLeft, "rtl"}}};
+}
+
+// The reader's text size setting (Dynamic Type's content size categories).
+enum class DynamicTypeSize {
+  xSmall, small, medium, large, xLarge, xxLarge, xxxLarge,
+  accessibility1, accessibility2, accessibility3, accessibility4, accessibility5,
+};
+constexpr auto enumNames(DynamicTypeSize) {
+  using enum DynamicTypeSize;
+  return std::array<EnumName<DynamicTypeSize>, 12>{{{xSmall, "xSmall"},
+                                                    {small, "small"},
+                                                    {medium, "medium"},
+                                                    {large, "large"},
+                                                    {xLarge, "xLarge"},
+                                                    {xxLarge, "xxLarge"},
+                                                    {xxxLarge, "xxxLarge"},
+                                                    {accessibility1, "accessibility1"},
+                                                    {accessibility2, "accessibility2"},
+                                                    {accessibility3, "accessibility3"},
+                                                    {accessibility4, "accessibility4"},
+                                                    {accessibility5, "accessibility5"}}};
+}
+
 // The operating-system version the views branch on ("17.0 or later").
 struct PlatformVersion {
   int major = 17;
@@ -54,6 +83,8 @@ struct Environment {
   WidgetRenderingMode renderingMode = WidgetRenderingMode::fullColor;
   PlatformVersion platformVersion;
   WidgetFamily family = WidgetFamily::systemSmall;
+  LayoutDirection layoutDirection = LayoutDirection::leftToRight;
+  DynamicTypeSize dynamicTypeSize = DynamicTypeSize::large;
 
   bool operator==(const Environment&) const = default;
 };
@@ -68,6 +99,8 @@ class EnvironmentParseError : public std::invalid_argument {
 ColorScheme parseColorScheme(std::string_view text);
 WidgetRenderingMode parseRenderingMode(std::string_view text);
 WidgetFamily parseWidgetFamily(std::string_view text);
+LayoutDirection parseLayoutDirection(std::string_view text);
+DynamicTypeSize parseDynamicTypeSize(std::string_view text);
 // "MAJOR" or "MAJOR.MINOR", decimal digits only: "17", "16.4".
 PlatformVersion parsePlatformVersion(std::string_view text);
 

@@ -70,7 +70,9 @@ Json environmentJson(const views::Environment& environment) {
   return {{"colorScheme", views::toString(environment.colorScheme)},
           {"renderingMode", views::toString(environment.renderingMode)},
           {"platformVersion", environment.platformVersion.toString()},
-          {"family", views::toString(environment.family)}};
+          {"family", views::toString(environment.family)},
+          {"layoutDirection", views::toString(environment.layoutDirection)},
+          {"dynamicTypeSize", views::toString(environment.dynamicTypeSize)}};
 }
 
 views::Environment environmentFromJson(const Json& json) {
@@ -80,6 +82,8 @@ views::Environment environmentFromJson(const Json& json) {
     environment.renderingMode = views::parseRenderingMode(stringField(json, "renderingMode"));
     environment.platformVersion = views::parsePlatformVersion(stringField(json, "platformVersion"));
     environment.family = views::parseWidgetFamily(stringField(json, "family"));
+    environment.layoutDirection = views::parseLayoutDirection(stringField(json, "layoutDirection"));
+    environment.dynamicTypeSize = views::parseDynamicTypeSize(stringField(json, "dynamicTypeSize"));
     return environment;
   } catch (const views::EnvironmentParseError& error) {
     throw EvaluationJsonError(std::string("worker message: ") + error.what());

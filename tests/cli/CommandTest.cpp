@@ -35,13 +35,13 @@ class SampleJournalCommand : public ::testing::Test {
   }
   static void TearDownTestSuite() { delete folder_; }
   static fs::path container() { return folder_->path() / "group"; }
-  static std::vector<std::string> environment(std::vector<std::string> arguments) {
+  static std::vector<std::string> environment(std::vector<std::string> arguments, std::string locale = "en_US") {
     for (const char* option : {"--group-container", "--now", "--time-zone", "--locale", "--seed"}) {
       arguments.push_back(option);
       if (std::string(option) == "--group-container") arguments.push_back(container().string());
       if (std::string(option) == "--now") arguments.push_back(kNow);
       if (std::string(option) == "--time-zone") arguments.push_back("Europe/Berlin");
-      if (std::string(option) == "--locale") arguments.push_back("en_US");
+      if (std::string(option) == "--locale") arguments.push_back(locale);
       if (std::string(option) == "--seed") arguments.push_back("5");
     }
     return arguments;
@@ -175,7 +175,8 @@ TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
     const auto result = runCommand({subcommand, "--help"});
     EXPECT_EQ(result.exitStatus, 0) << subcommand;
     for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
-                               "--color-scheme", "--rendering-mode", "--platform-version", "--seed"}) {
+                               "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
+                               "--dynamic-type", "--seed"}) {
       EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << subcommand << " " << option;
     }
   }
@@ -357,6 +358,88 @@ TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatArea) {
   EXPECT_EQ(runCommand(environment({"tap", "--kind", "ComposeButtonWidget", "--x", "500", "--y", "5"})).out, "");
 }
 
+// The first laid-out box (depth first) whose "url" is `url`.
+const Json* linkTo(const Json& box, const std::string& url) {
+  if (box.contains("url") && box["url"] == url) return &box;
+  if (!box.contains("children")) return nullptr;
+  for (const auto& child : box["children"]) {
+    if (const Json* found = linkTo(child, url)) return found;
+  }
+  return nullptr;
+}
+
+TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsAndTheirTaps) {
+  const auto layoutOf = [](const std::string& kind, const std::string& locale, std::vector<std::string> extra = {}) {
+    std::vector<std::string> arguments{"render", "--kind", kind, "--format", "layout"};
+    arguments.insert(arguments.end(), extra.begin(), extra.end());
+    const auto result = runCommand(environment(arguments, locale));
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    return Json::parse(result.out);
+  };
+  for (const std::string kind : {"StreakWidget", "OTDComposeWidget"}) {
+    const Json ltr = layoutOf(kind, "en_US"), rtl = layoutOf(kind, "ar_EG");
+    EXPECT_EQ(ltr["layoutDirection"], "ltr");
+    EXPECT_EQ(rtl["layoutDirection"], "rtl");
+    EXPECT_EQ(layoutOf(kind, "ar_EG", {"--layout-direction", "ltr"})["layoutDirection"], "ltr");
+    EXPECT_EQ(layoutOf(kind, "en_US", {"--layout-direction", "rtl"})["layoutDirection"], "rtl");
+    // The compose link (today's circle in the streak) moves from the right half to the left.
+    const double width = ltr["size"][0];
+    const Json* ltrCompose = linkTo(ltr["content"], "widget-deeplink://AddRecord");
+    const Json* rtlCompose = linkTo(rtl["content"], "widget-deeplink://AddRecord");
+    ASSERT_TRUE(ltrCompose && rtlCompose) << kind;
+    const double ltrX = (*ltrCompose)["frame"][0], rtlX = (*rtlCompose)["frame"][0];
+    const double composeWidth = (*rtlCompose)["frame"][2];
+    EXPECT_GT(ltrX, width / 2) << kind;
+    EXPECT_LT(rtlX + composeWidth, width / 2 + 1) << kind;
+  }
+  // Taps follow the mirrored geometry.
+  const auto tap = [&](double x, const std::string& locale) {
+    return runCommand(environment({"tap", "--kind", "OTDComposeWidget", "--x", std::to_string(x), "--y", "79"}, locale)).out;
+  };
+  EXPECT_EQ(tap(280, "en_US"), "widget-deeplink://AddRecord\n");
+  EXPECT_EQ(tap(280, "ar_EG"), "widget-deeplink://OnThisDay\n");
+  EXPECT_EQ(tap(338 - 280, "ar_EG"), "widget-deeplink://AddRecord\n");
+}
+
+TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
+  // The largest text size and symbol height the widget's layout shows.
+  struct Largest { double text = 0, symbol = 0; };
+  const auto largestOf = [](const std::string& kind, const std::string& size) {
+    const auto result = runCommand(environment({"render", "--kind", kind, "--format", "layout", "--dynamic-type", size}));
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    const Json layout = Json::parse(result.out);
+    const double width = layout["size"][0];
+    Largest largest;
+    std::vector<const Json*> pending{&layout["content"]};
+    while (!pending.empty()) {
+      const Json& box = *pending.back();
+      pending.pop_back();
+      if (box.contains("fonts")) {
+        EXPECT_EQ(box["missingGlyphs"], 0);
+        // Texts fit the widget, wrapping or ending in an ellipsis as they must.
+        EXPECT_LE(box["frame"][0].get<double>() + box["frame"][2].get<double>(), width + 1e-9) << kind << " " << size;
+        for (const auto& font : box["fonts"]) largest.text = std::max(largest.text, font["size"].get<double>());
+      }
+      if (box["type"] == "Image") largest.symbol = std::max(largest.symbol, box["frame"][3].get<double>());
+      if (box.contains("children")) for (const auto& child : box["children"]) pending.push_back(&child);
+    }
+    return largest;
+  };
+  for (const std::string kind : {"StreakWidget", "ComposeButtonWidget"}) {
+    const Largest xSmall = largestOf(kind, "xSmall"), large = largestOf(kind, "large"),
+                  huge = largestOf(kind, "accessibility5");
+    // Symbols sized by text styles scale; these widgets' texts have fixed sizes, which do not.
+    EXPECT_GT(large.symbol, 0) << kind;
+    EXPECT_LT(xSmall.symbol, large.symbol) << kind;
+    EXPECT_GT(huge.symbol, large.symbol) << kind;
+    EXPECT_EQ(xSmall.text, large.text) << kind;
+    EXPECT_EQ(huge.text, large.text) << kind;
+  }
+  expectRefused({"render", "--kind", "StreakWidget", "--dynamic-type", "huge"}, "--dynamic-type");
+  expectRefused({"render", "--kind", "StreakWidget", "--layout-direction", "up"}, "--layout-direction");
+  expectRefused({"tap", "--kind", "StreakWidget", "--x", "1", "--y", "1", "--layout-direction", "left"}, "--layout-direction");
+}
+
 TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
   TemporaryFolder output;
   const auto result = runCommand(environment({"demo", "--output", output.path().string()}));
@@ -423,7 +506,7 @@ TEST(Command, UnparsableNoteTextIsLoggedToStandardErrorKeepingTheJsonClean) {
                                   folder.path().string(), "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
   ASSERT_EQ(result.exitStatus, 0) << result.err;
   EXPECT_TRUE(Json::accept(result.out));
-  EXPECT_EQ(result.err.rfind("Couldn't parse: ", 0), 0u) << result.err;
+  EXPECT_EQ(result.err.rfind("Couldn't parse:  ", 0), 0u) << result.err;
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST_F(MemoryViews, TextThatIsNotUtf8IsLoggedAndDrawnPlain) {
   EXPECT_EQ(note.text, broken);
   EXPECT_EQ(note.runs, std::vector<platform::TextRun>{run(broken)});
   ASSERT_FALSE(log.empty());
-  EXPECT_EQ(log.front(), "Couldn't parse: " + std::string(platform::kMarkdownParseErrorDescription));
+  EXPECT_EQ(log.front(), "Couldn't parse:  " + std::string(platform::kMarkdownParseErrorDescription));
 }
 
 TEST_F(MemoryViews, AHugeNoteIsStyledOnlyAtItsStartAndKeptWhole) {

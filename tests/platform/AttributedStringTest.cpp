@@ -69,13 +69,35 @@ TEST(InlineMarkdown, BlockSyntaxAndWhitespaceStayAsTyped) {
   }
 }
 
-TEST(InlineMarkdown, LinesAreKeptAndStyledOneByOne) {
+TEST(InlineMarkdown, InlineSyntaxSpansLineBreaksWithinAParagraph) {
   EXPECT_EQ(runsOf("first **line**\nsecond\n- third *item*"),
             (std::vector<TextRun>{plain("first "), styled("line", true, false), plain("\nsecond\n- third "),
                                   styled("item", false, true)}));
   EXPECT_EQ(AttributedString::fromInlineMarkdown("one\ntwo\nthree").plainText(), "one\ntwo\nthree");
-  // Emphasis does not reach across a line break: each line is inline text of its own.
-  EXPECT_EQ(runsOf("*a\nb*"), std::vector<TextRun>{plain("*a\nb*")});
+  EXPECT_EQ(runsOf("*a\nb*"), std::vector<TextRun>{styled("a\nb", false, true)});
+  EXPECT_EQ(runsOf("**a  \r\n  b** c"), (std::vector<TextRun>{styled("a  \r\n  b", true, false), plain(" c")}));
+  TextRun link = plain("two\nlines");
+  link.link = "https://example.org";
+  EXPECT_EQ(runsOf("[two\nlines](https://example.org)"), std::vector<TextRun>{link});
+  TextRun code = plain("a b");  // a code span's line break is a space, as inline Markdown has it
+  code.code = true;
+  EXPECT_EQ(runsOf("`a\nb`"), std::vector<TextRun>{code});
+  // A blank line ends the paragraph: emphasis does not reach across it.
+  EXPECT_EQ(runsOf("*a\n\nb*"), std::vector<TextRun>{plain("*a\n\nb*")});
+}
+
+TEST(InlineMarkdown, LinesThatWouldStartABlockStayLiteralInsideAParagraph) {
+  for (const char* text : {"text\n# heading", "text\n- item", "text\n> quote", "text\n1. first", "text\n```",
+                           "text\n~~~", "text\n---", "text\n***", "Title\n=====", "text\n<div>", "a\n+ b\n2) c"}) {
+    const auto parsed = AttributedString::fromInlineMarkdown(text);
+    EXPECT_EQ(parsed.plainText(), text) << text;
+    for (const auto& run : parsed.runs()) {
+      EXPECT_FALSE(run.bold || run.italic || run.strikethrough || run.code || run.link) << text;
+    }
+  }
+  // Such a line opens a paragraph of its own, so emphasis stops short of it.
+  EXPECT_EQ(runsOf("*a\n- b*"), std::vector<TextRun>{plain("*a\n- b*")});
+  EXPECT_EQ(runsOf("*a\n-b*"), std::vector<TextRun>{styled("a\n-b", false, true)});
 }
 
 TEST(InlineMarkdown, AdjacentRunsWithTheSameStylesAreMerged) {

@@ -117,7 +117,7 @@ TEST_F(WidgetWorkerTest, TheExtensionsLogLinesComeBackBesideTheAnswer) {
   const auto view = firstView("OnThisDayWidget", "dated");
   ASSERT_TRUE(view.value()) << view.failure()->reason;
   ASSERT_FALSE(view.log.empty());
-  EXPECT_THAT(view.log.front(), StartsWith("Couldn't parse: "));
+  EXPECT_THAT(view.log.front(), StartsWith("Couldn't parse:  "));
 }
 
 TEST_F(WidgetWorkerTest, AMissingGroupContainerStopsWithoutAMessage) {

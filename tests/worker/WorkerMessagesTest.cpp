@@ -78,7 +78,8 @@ TEST(EvaluationJson, DatesAndPoliciesSurviveTheTripBitForBit) {
 TEST(EvaluationJson, RequestsSurviveTheTrip) {
   ViewEvaluation view{"StreakWidget", platform::Date::fromReferenceSeconds(1.5), platform::Date::fromReferenceSeconds(2.25),
                       {views::ColorScheme::dark, views::WidgetRenderingMode::vibrant, {16, 4},
-                       views::WidgetFamily::systemMedium},
+                       views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft,
+                       views::DynamicTypeSize::accessibility3},
                       {"Asia/Tokyo", "ja_JP@calendar=japanese", 18446744073709551615ull, "/g", "/s"}};
   const auto back = viewEvaluationFromJson(nlohmann::json::parse(toJson(view).dump()));
   EXPECT_EQ(back.kind, view.kind);

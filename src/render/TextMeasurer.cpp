@@ -1,0 +1,11 @@
+#include "render/TextMeasurer.hpp"
+
+#include "render/TextLayout.hpp"
+
+namespace quillan::render {
+
+TextLayout TextMeasurer::layout(const StyledText& runs, const TextLimits& limits) const {
+  return layoutText(runs, *this, limits);
+}
+
+}  // namespace quillan::render
