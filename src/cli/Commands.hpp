@@ -16,5 +16,6 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host);
 Run addTapCommand(CLI::App& app, const HostOptions& host);
 Run addSampleJournalCommand(CLI::App& app, HostOptions& host);
 Run addDemoCommand(CLI::App& app, HostOptions& host);
+Run addSimulateCommand(CLI::App& app, const HostOptions& host);
 
 }  // namespace quillan::cli

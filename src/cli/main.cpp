@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
       cli::addTapCommand(app, host),
       cli::addSampleJournalCommand(app, host),
       cli::addDemoCommand(app, host),
+      cli::addSimulateCommand(app, host),
   };
   const auto environment = cli::environmentHelp(app);
   for (CLI::App* subcommand : app.get_subcommands({})) subcommand->footer(environment);
@@ -58,7 +59,7 @@ int main(int argc, char** argv) {
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
       report(cli::badValue("unknown subcommand", leftover.front(),
-                           "expected list, timeline, render, tap, sample-journal or demo; see --help"));
+                           "expected list, timeline, render, tap, sample-journal, demo or simulate; see --help"));
       return 2;
     }
     report(error.what());

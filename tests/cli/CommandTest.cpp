@@ -9,12 +9,14 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
 
+using testing::expectRefused;
 using testing::runCommand;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
@@ -95,17 +97,6 @@ TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
     EXPECT_TRUE(result.out.empty());
   }
-}
-
-// Exit status 2, nothing on standard output, and one line on standard error naming `option`.
-void expectRefused(const std::vector<std::string>& arguments, const std::string& option) {
-  std::string shown;
-  for (const auto& argument : arguments) shown += argument + " ";
-  const auto result = runCommand(arguments);
-  EXPECT_EQ(result.exitStatus, 2) << shown << result.err;
-  EXPECT_TRUE(result.out.empty()) << shown;
-  EXPECT_EQ(result.err.rfind("quillan-widgets: " + option + ": ", 0), 0u) << shown << result.err;
-  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << shown << result.err;
 }
 
 TEST(Command, NumbersAreFiniteDecimalsInRange) {
