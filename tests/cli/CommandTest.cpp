@@ -162,12 +162,17 @@ TEST(Command, LocaleWithACalendarIcuDoesNotKnowIsRefusedNamingTheKeyword) {
 }
 
 TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
-  for (const auto& subcommand : {"list", "timeline", "render", "tap", "sample-journal", "demo"}) {
-    const auto result = runCommand({subcommand, "--help"});
-    EXPECT_EQ(result.exitStatus, 0) << subcommand;
+  for (const auto& subcommand : std::vector<std::vector<std::string>>{
+           {"list"}, {"timeline"}, {"render"}, {"tap"}, {"sample-journal"}, {"demo"}, {"simulate"},
+           {"snapshot", "record"}, {"snapshot", "verify"}}) {
+    auto arguments = subcommand;
+    arguments.push_back("--help");
+    const auto result = runCommand(arguments);
+    const auto& name = subcommand.back();
+    EXPECT_EQ(result.exitStatus, 0) << name;
     for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
                                "--color-scheme", "--rendering-mode", "--platform-version", "--seed"}) {
-      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << subcommand << " " << option;
+      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << name << " " << option;
     }
   }
 }
