@@ -26,14 +26,14 @@ std::string galleryPage(const std::vector<GallerySection>& sections, const std::
           " Tap a widget: each area opens the deep link the phone would open.</p>\n";
   int mapIndex = 0;
   for (const auto& section : sections) {
-    html += "<section>\n<h2>" + htmlEscaped(section.displayName) + " <span class=\"kind\">" + htmlEscaped(section.kind) +
-            "</span></h2>\n<p>" + htmlEscaped(section.description) + "</p>\n";
+    html += "<section>\n<h2>" + htmlEscaped(section.displayName) + " <span class=\"kind\">" +
+            htmlEscaped(section.kind) + "</span></h2>\n<p>" + htmlEscaped(section.description) + "</p>\n";
     for (const auto& image : section.images) {
       const auto name = "map" + std::to_string(mapIndex++);
-      html += "<figure>\n<img src=\"" + htmlEscaped(image.file) + "\" width=\"" + htmlNumber(image.width) + "\" height=\"" +
-              htmlNumber(image.height) + "\" usemap=\"#" + name + "\" alt=\"" + htmlEscaped(section.displayName + ", " +
-              image.caption) + "\">\n" + imageMap(image.regions, name) + "<figcaption>" + htmlEscaped(image.caption) +
-              "</figcaption>\n</figure>\n";
+      html += "<figure>\n<img src=\"" + htmlEscaped(image.file) + "\" width=\"" + htmlNumber(image.width) +
+              "\" height=\"" + htmlNumber(image.height) + "\" usemap=\"#" + name + "\" alt=\"" +
+              htmlEscaped(section.displayName + ", " + image.caption) + "\">\n" + imageMap(image.regions, name) +
+              "<figcaption>" + htmlEscaped(image.caption) + "</figcaption>\n</figure>\n";
     }
     html += "<pre>" + htmlEscaped(section.timeline) + "</pre>\n</section>\n";
   }

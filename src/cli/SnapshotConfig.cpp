@@ -43,7 +43,8 @@ class ConfigReader {
     const auto prefix = where.empty() ? std::string() : where + ".";
     for (const auto& [key, value] : object.items()) {
       const auto known = [&key](const char* name) { return key == name; };
-      if (std::none_of(required.begin(), required.end(), known) && std::none_of(optional.begin(), optional.end(), known)) {
+      if (std::none_of(required.begin(), required.end(), known) &&
+          std::none_of(optional.begin(), optional.end(), known)) {
         throw error(prefix + key, "unknown key", key);
       }
     }

@@ -18,8 +18,9 @@ std::string percent(double share) {
   return buffer;
 }
 
-std::optional<std::string> pictureProblem(const render::ImageComparison& comparison, const render::PixelImage& reference,
-                                          const render::PixelImage& candidate, const SnapshotTolerance& tolerance) {
+std::optional<std::string> pictureProblem(const render::ImageComparison& comparison,
+                                          const render::PixelImage& reference, const render::PixelImage& candidate,
+                                          const SnapshotTolerance& tolerance) {
   if (!comparison.sameSize) {
     return "picture is " + std::to_string(candidate.width) + "x" + std::to_string(candidate.height) +
            " pixels, the recording " + std::to_string(reference.width) + "x" + std::to_string(reference.height);

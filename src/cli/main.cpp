@@ -62,8 +62,9 @@ int main(int argc, char** argv) {
     // An unknown subcommand is left over rather than reported by name.
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
-      report(cli::badValue("unknown subcommand", leftover.front(),
-                           "expected list, timeline, render, tap, sample-journal, demo, simulate or snapshot; see --help"));
+      report(cli::badValue(
+          "unknown subcommand", leftover.front(),
+          "expected list, timeline, render, tap, sample-journal, demo, simulate or snapshot; see --help"));
       return 2;
     }
     report(error.what());

@@ -17,7 +17,9 @@ void paste(PixelImage& onto, const PixelImage& image, int left) {
       const auto& pixel = image.at(x, y);
       auto& target = onto.at(left + x, y);
       const int alpha = pixel.alpha;
-      const auto mix = [alpha](int top, int bottom) { return static_cast<std::uint8_t>((top * alpha + bottom * (255 - alpha)) / 255); };
+      const auto mix = [alpha](int top, int bottom) {
+        return static_cast<std::uint8_t>((top * alpha + bottom * (255 - alpha)) / 255);
+      };
       target = {mix(pixel.red, target.red), mix(pixel.green, target.green), mix(pixel.blue, target.blue), 255};
     }
   }

@@ -144,9 +144,9 @@ TEST_F(Simulate, ANoteAt0914TurnsTheComposeButtonGreyAndLeavesTheJournalUntouche
   const auto events = folderPath() / "events.json";
   std::ofstream(events) << R"([{"at": "2026-11-22T09:14:00+01:00",
                                 "note": {"date": "2026-11-22T09:14:00+01:00", "text": "Walked to the lake <b>&</b>"}}])";
-  const auto log = simulate("Europe/Berlin", {"--kind", "ComposeButtonWidget", "--kind", "StreakWidget", "--from",
-                                              "2026-11-22T00:00:00+01:00", "--to", "2026-11-22T12:00:00+01:00",
-                                              "--events", events.string()});
+  const auto log = simulate(
+      "Europe/Berlin", {"--kind", "ComposeButtonWidget", "--kind", "StreakWidget", "--from",
+                        "2026-11-22T00:00:00+01:00", "--to", "2026-11-22T12:00:00+01:00", "--events", events.string()});
   ASSERT_FALSE(log.is_null());
   const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
   ASSERT_EQ(timesOf(entries), (std::vector<std::string>{"2026-11-22T00:00:00+01:00", "2026-11-22T09:14:00+01:00"}));
