@@ -101,7 +101,9 @@ TEST_F(Simulate, AWeekInHavanaAsksEveryWidgetOncePerDayAtItsStartEvenWithoutAMid
     EXPECT_EQ(timesOf(eventsOf(log, kind, "entry")), dayStarts) << kind;
     EXPECT_TRUE(eventsOf(log, kind, "failed").empty()) << kind;
   }
-  const auto first = eventsOf(log, "StreakWidget", "timeline").front();
+  const auto timelines = eventsOf(log, "StreakWidget", "timeline");
+  ASSERT_FALSE(timelines.empty());
+  const auto& first = timelines.front();
   EXPECT_EQ(first["entries"], Json::parse(R"([{"date": "2026-03-05T00:00:00-05:00"}])"));
   EXPECT_EQ(first["policy"], Json::parse(R"({"type": "after", "date": "2026-03-06T00:00:00-05:00"})"));
   const auto reloads = eventsOf(log, "StreakWidget", "reload");
