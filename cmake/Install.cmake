@@ -77,7 +77,7 @@ endfunction()
 function(quillan_install_command_docs target)
   find_program(HELP2MAN help2man REQUIRED)
   set(page ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
-  set(subcommands list timeline render tap sample-journal demo)
+  set(subcommands list timeline render tap sample-journal demo simulate snapshot)
   string(REPLACE ";" "," subcommands "${subcommands}")
   add_custom_command(OUTPUT ${page}
     COMMAND ${CMAKE_COMMAND} -DCOMMAND=$<TARGET_FILE:${target}> -DVERSION=${PROJECT_VERSION}

@@ -17,5 +17,7 @@ Run addTapCommand(CLI::App& app, const HostOptions& host);
 Run addSampleJournalCommand(CLI::App& app, HostOptions& host);
 Run addDemoCommand(CLI::App& app, HostOptions& host);
 Run addServeCommand(CLI::App& app, const HostOptions& host);
+Run addSimulateCommand(CLI::App& app, const HostOptions& host);
+Run addSnapshotCommand(CLI::App& app, const HostOptions& host);
 
 }  // namespace quillan::cli

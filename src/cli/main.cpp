@@ -47,9 +47,14 @@ int main(int argc, char** argv) {
       cli::addSampleJournalCommand(app, host),
       cli::addDemoCommand(app, host),
       cli::addServeCommand(app, host),
+      cli::addSimulateCommand(app, host),
+      cli::addSnapshotCommand(app, host),
   };
   const auto environment = cli::environmentHelp(app);
-  for (CLI::App* subcommand : app.get_subcommands({})) subcommand->footer(environment);
+  for (CLI::App* subcommand : app.get_subcommands({})) {
+    subcommand->footer(environment);
+    for (CLI::App* nested : subcommand->get_subcommands({})) nested->footer(environment);
+  }
 
   try {
     app.parse(argc, argv);
@@ -58,8 +63,9 @@ int main(int argc, char** argv) {
     // An unknown subcommand is left over rather than reported by name.
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
-      report(cli::badValue("unknown subcommand", leftover.front(),
-                           "expected list, timeline, render, tap, sample-journal, demo or serve; see --help"));
+      report(cli::badValue(
+          "unknown subcommand", leftover.front(),
+          "expected list, timeline, render, tap, sample-journal, demo, serve, simulate or snapshot; see --help"));
       return 2;
     }
     report(error.what());

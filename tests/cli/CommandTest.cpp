@@ -9,12 +9,14 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
 
+using testing::expectRefused;
 using testing::runCommand;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
@@ -97,17 +99,6 @@ TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
   }
 }
 
-// Exit status 2, nothing on standard output, and one line on standard error naming `option`.
-void expectRefused(const std::vector<std::string>& arguments, const std::string& option) {
-  std::string shown;
-  for (const auto& argument : arguments) shown += argument + " ";
-  const auto result = runCommand(arguments);
-  EXPECT_EQ(result.exitStatus, 2) << shown << result.err;
-  EXPECT_TRUE(result.out.empty()) << shown;
-  EXPECT_EQ(result.err.rfind("quillan-widgets: " + option + ": ", 0), 0u) << shown << result.err;
-  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << shown << result.err;
-}
-
 TEST(Command, NumbersAreFiniteDecimalsInRange) {
   TemporaryFolder folder;
   const auto container = folder.path().string();
@@ -171,13 +162,18 @@ TEST(Command, LocaleWithACalendarIcuDoesNotKnowIsRefusedNamingTheKeyword) {
 }
 
 TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
-  for (const auto& subcommand : {"list", "timeline", "render", "tap", "sample-journal", "demo"}) {
-    const auto result = runCommand({subcommand, "--help"});
-    EXPECT_EQ(result.exitStatus, 0) << subcommand;
+  for (const auto& subcommand : std::vector<std::vector<std::string>>{
+           {"list"}, {"timeline"}, {"render"}, {"tap"}, {"sample-journal"}, {"demo"}, {"serve"}, {"simulate"},
+           {"snapshot", "record"}, {"snapshot", "verify"}}) {
+    auto arguments = subcommand;
+    arguments.push_back("--help");
+    const auto result = runCommand(arguments);
+    const auto& name = subcommand.back();
+    EXPECT_EQ(result.exitStatus, 0) << name;
     for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
                                "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
                                "--dynamic-type", "--seed"}) {
-      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << subcommand << " " << option;
+      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << name << " " << option;
     }
   }
 }

@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+
+#include <nlohmann/json.hpp>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/ISO8601.hpp"
+#include "render/PixelImage.hpp"
+#include "support/ExpectRefused.hpp"
+#include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
+
+namespace quillan::cli {
+namespace {
+
+using testing::expectRefused;
+using testing::runCommand;
+using testing::TemporaryFolder;
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+std::string readText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Every file under `folder`, by relative path, with its bytes.
+std::map<std::string, std::string> contentsOf(const fs::path& folder) {
+  std::map<std::string, std::string> contents;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) contents[entry.path().lexically_relative(folder).string()] = readText(entry.path());
+  }
+  return contents;
+}
+
+// A sample journal for `now` in `zone`, and a scratch folder for the results.
+class Simulate : public ::testing::Test {
+ protected:
+  void writeJournal(const std::string& now, const std::string& zone) {
+    const auto result = runCommand({"sample-journal", "--group-container", container().string(), "--now", now,
+                                    "--time-zone", zone});
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+  }
+
+  // Runs simulate in `zone` into output(); the log, or null when it failed.
+  Json simulate(const std::string& zone, std::vector<std::string> arguments) {
+    std::vector<std::string> command = {"simulate", "--group-container", container().string(), "--time-zone", zone,
+                                        "--locale", "en_US", "--seed", "7", "--output", output().string()};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto result = runCommand(command, {"TMPDIR=" + scratch().string()});
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    if (result.exitStatus != 0) return nullptr;
+    EXPECT_EQ(result.out, fs::absolute(output()).string() + "\n");
+    return Json::parse(readText(output() / "log.json"));
+  }
+
+  fs::path folderPath() const { return folder_.path(); }
+  fs::path container() const { return folder_.path() / "group"; }
+  fs::path output() const { return folder_.path() / "out"; }
+  fs::path scratch() const { return folder_.path() / "tmp"; }
+
+  void SetUp() override { fs::create_directories(scratch()); }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+std::vector<Json> eventsOf(const Json& log, const std::string& kind, const std::string& type) {
+  std::vector<Json> events;
+  for (const auto& event : log["events"]) {
+    if (event["kind"] == kind && event["type"] == type) events.push_back(event);
+  }
+  return events;
+}
+
+std::vector<std::string> timesOf(const std::vector<Json>& events) {
+  std::vector<std::string> times;
+  for (const auto& event : events) times.push_back(event["at"]);
+  return times;
+}
+
+const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
+                                         "StreakWidget", "ComposeButtonLockScreen"};
+
+TEST_F(Simulate, AWeekInHavanaAsksEveryWidgetOncePerDayAtItsStartEvenWithoutAMidnight) {
+  writeJournal("2026-03-05T09:00:00-05:00", "America/Havana");
+  const auto log = simulate("America/Havana", {"--from", "2026-03-05T00:00:00-05:00", "--to",
+                                               "2026-03-11T23:59:59-04:00"});
+  ASSERT_FALSE(log.is_null());
+  const std::vector<std::string> dayStarts = {
+      "2026-03-05T00:00:00-05:00", "2026-03-06T00:00:00-05:00", "2026-03-07T00:00:00-05:00",
+      // The clocks go from 23:59:59 to 01:00 on the 8th: the day starts at 01:00.
+      "2026-03-08T01:00:00-04:00", "2026-03-09T00:00:00-04:00", "2026-03-10T00:00:00-04:00",
+      "2026-03-11T00:00:00-04:00"};
+  for (const auto& kind : kKinds) {
+    EXPECT_EQ(timesOf(eventsOf(log, kind, "timeline")), dayStarts) << kind;
+    EXPECT_EQ(timesOf(eventsOf(log, kind, "entry")), dayStarts) << kind;
+    EXPECT_TRUE(eventsOf(log, kind, "failed").empty()) << kind;
+  }
+  const auto timelines = eventsOf(log, "StreakWidget", "timeline");
+  ASSERT_FALSE(timelines.empty());
+  const auto& first = timelines.front();
+  EXPECT_EQ(first["entries"], Json::parse(R"([{"date": "2026-03-05T00:00:00-05:00"}])"));
+  EXPECT_EQ(first["policy"], Json::parse(R"({"type": "after", "date": "2026-03-06T00:00:00-05:00"})"));
+  const auto reloads = eventsOf(log, "StreakWidget", "reload");
+  ASSERT_EQ(reloads.size(), dayStarts.size());
+  EXPECT_EQ(reloads.front()["reason"], "placed");
+  EXPECT_EQ(reloads.back()["reason"], "policy");
+}
+
+TEST_F(Simulate, BerlinsShortAndLongDaysHaveOneAskEachAtMidnight) {
+  writeJournal("2026-03-28T09:00:00+01:00", "Europe/Berlin");
+  const auto spring = simulate("Europe/Berlin", {"--kind", "StreakWidget", "--from", "2026-03-28T00:00:00+01:00",
+                                                 "--to", "2026-03-30T12:00:00+02:00"});
+  EXPECT_EQ(timesOf(eventsOf(spring, "StreakWidget", "timeline")),
+            (std::vector<std::string>{"2026-03-28T00:00:00+01:00", "2026-03-29T00:00:00+01:00",
+                                      "2026-03-30T00:00:00+02:00"}));
+  fs::remove_all(output());
+  // 02:00 to 03:00 happens twice on the 25th; its midnight only once.
+  const auto autumn = simulate("Europe/Berlin", {"--kind", "StreakWidget", "--from", "2026-10-24T12:00:00+02:00",
+                                                 "--to", "2026-10-26T12:00:00+01:00"});
+  EXPECT_EQ(timesOf(eventsOf(autumn, "StreakWidget", "timeline")),
+            (std::vector<std::string>{"2026-10-24T12:00:00+02:00", "2026-10-25T00:00:00+02:00",
+                                      "2026-10-26T00:00:00+01:00"}));
+  EXPECT_EQ(timesOf(eventsOf(autumn, "StreakWidget", "entry")),
+            (std::vector<std::string>{"2026-10-24T12:00:00+02:00", "2026-10-25T00:00:00+02:00",
+                                      "2026-10-26T00:00:00+01:00"}));
+}
+
+// The compose button's background, low on the leading side where no text or symbol is drawn: grey, not
+// orange (and not the white of the text).
+bool looksGrey(const fs::path& picture) {
+  const auto image = render::readPNG(picture);
+  const auto& pixel = image.at(image.width * 15 / 100, image.height * 85 / 100);
+  const bool neutral = std::abs(pixel.red - pixel.green) < 16 && std::abs(pixel.green - pixel.blue) < 16;
+  return neutral && pixel.red < 220;
+}
+
+TEST_F(Simulate, ANoteAt0914TurnsTheComposeButtonGreyAndLeavesTheJournalUntouched) {
+  writeJournal("2026-11-22T08:00:00+01:00", "Europe/Berlin");
+  const auto before = contentsOf(container());
+  const auto events = folderPath() / "events.json";
+  std::ofstream(events) << R"([{"at": "2026-11-22T09:14:00+01:00",
+                                "note": {"date": "2026-11-22T09:14:00+01:00", "text": "Walked to the lake <b>&</b>"}}])";
+  const auto log = simulate(
+      "Europe/Berlin", {"--kind", "ComposeButtonWidget", "--kind", "StreakWidget", "--from",
+                        "2026-11-22T00:00:00+01:00", "--to", "2026-11-22T12:00:00+01:00", "--events", events.string()});
+  ASSERT_FALSE(log.is_null());
+  const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
+  ASSERT_EQ(timesOf(entries), (std::vector<std::string>{"2026-11-22T00:00:00+01:00", "2026-11-22T09:14:00+01:00"}));
+  EXPECT_FALSE(looksGrey(output() / entries[0]["light"].get<std::string>()));
+  EXPECT_TRUE(looksGrey(output() / entries[1]["light"].get<std::string>()));
+  EXPECT_TRUE(looksGrey(output() / entries[1]["dark"].get<std::string>()));
+  EXPECT_NE(readText(output() / entries[0]["view"].get<std::string>()),
+            readText(output() / entries[1]["view"].get<std::string>()));
+  // Today's streak circle gets its tick in the same moment.
+  const auto streak = eventsOf(log, "StreakWidget", "entry");
+  ASSERT_EQ(timesOf(streak), timesOf(entries));
+  EXPECT_NE(readText(output() / streak[0]["view"].get<std::string>()),
+            readText(output() / streak[1]["view"].get<std::string>()));
+  // The app's reload asks every widget again at the note's moment.
+  for (const auto& kind : {"ComposeButtonWidget", "StreakWidget"}) {
+    const auto reloads = eventsOf(log, kind, "reload");
+    ASSERT_EQ(reloads.size(), 2u) << kind;
+    EXPECT_EQ(reloads[1]["at"], "2026-11-22T09:14:00+01:00");
+    EXPECT_EQ(reloads[1]["reason"], "app");
+  }
+  // Compared without printing a journal's bytes on failure.
+  EXPECT_TRUE(contentsOf(container()) == before) << "the journal's folder changed";
+  EXPECT_TRUE(fs::is_empty(scratch())) << "the private copy is left behind";
+}
+
+TEST_F(Simulate, AJournalTheAppHasOpenIsCopiedWithWhatIsStillInItsWal) {
+  fs::create_directories(container());
+  fixtures::JournalWriter app(container() / "Quillan.sqlite", {.walAutocheckpoint = 0});
+  app.addNote({.date = platform::ISO8601::parse("2026-11-22T07:30:00+01:00"), .info = std::string("early")});
+  const auto journal = readText(container() / "Quillan.sqlite");
+  const auto wal = readText(container() / "Quillan.sqlite-wal");
+  ASSERT_FALSE(wal.empty());
+  const auto events = folderPath() / "events.json";
+  std::ofstream(events) << R"([{"at": "2026-11-22T09:00:00+01:00",
+                                "note": {"date": "2026-11-22T09:00:00+01:00", "text": "later"}}])";
+  const auto log = simulate("Europe/Berlin", {"--kind", "ComposeButtonWidget", "--from", "2026-11-22T08:00:00+01:00",
+                                              "--to", "2026-11-22T10:00:00+01:00", "--events", events.string()});
+  ASSERT_FALSE(log.is_null());
+  const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
+  ASSERT_FALSE(entries.empty());
+  EXPECT_TRUE(looksGrey(output() / entries[0]["light"].get<std::string>())) << "the note in the -wal was not copied";
+  EXPECT_TRUE(readText(container() / "Quillan.sqlite") == journal);
+  EXPECT_TRUE(readText(container() / "Quillan.sqlite-wal") == wal);
+}
+
+TEST_F(Simulate, TheFilmstripShowsEveryEntryWithItsDeepLinks) {
+  writeJournal("2026-11-22T08:00:00+01:00", "Europe/Berlin");
+  const auto log = simulate("Europe/Berlin", {"--kind", "OTDComposeWidget", "--from", "2026-11-21T00:00:00+01:00",
+                                              "--to", "2026-11-22T08:00:00+01:00"});
+  const auto page = readText(output() / "index.html");
+  const auto entries = eventsOf(log, "OTDComposeWidget", "entry");
+  ASSERT_EQ(entries.size(), 2u);
+  for (const auto& entry : entries) {
+    for (const auto* file : {"light", "dark", "view"}) {
+      EXPECT_TRUE(fs::is_regular_file(output() / entry[file].get<std::string>())) << entry;
+      EXPECT_NE(page.find("\"" + entry[file].get<std::string>() + "\""), std::string::npos) << file;
+    }
+  }
+  EXPECT_NE(page.find("2026-11-21 00:00:00+01:00"), std::string::npos);
+  EXPECT_NE(page.find("<area shape=\"rect\""), std::string::npos);
+  EXPECT_NE(page.find("href=\"widget-deeplink://"), std::string::npos);
+}
+
+TEST_F(Simulate, AViewTheExtensionStopsOnIsAFailedEventAndTheReplayGoesOn) {
+  fs::create_directories(container());
+  std::ofstream(container() / "Quillan.sqlite") << "not a database, but text long enough to be taken for one";
+  const auto log = simulate("UTC", {"--kind", "StreakWidget", "--from", "2026-11-22T00:00:00Z", "--to",
+                                    "2026-11-23T01:00:00Z"});
+  ASSERT_FALSE(log.is_null());
+  const std::vector<std::string> midnights = {"2026-11-22T00:00:00+00:00", "2026-11-23T00:00:00+00:00"};
+  const auto entries = eventsOf(log, "StreakWidget", "entry");
+  EXPECT_EQ(timesOf(entries), midnights);
+  for (const auto& entry : entries) EXPECT_FALSE(entry.contains("light")) << entry;
+  const auto failures = eventsOf(log, "StreakWidget", "failed");
+  EXPECT_EQ(timesOf(failures), midnights);
+  for (const auto& failure : failures) {
+    EXPECT_EQ(failure["reason"].get<std::string>().rfind("view: ", 0), 0u) << failure;
+    EXPECT_NE(failure["reason"].get<std::string>().find("Fatal error"), std::string::npos) << failure;
+  }
+  // The reason quotes the file name; the page shows it as text.
+  const auto page = readText(output() / "index.html");
+  EXPECT_NE(page.find("&quot;Quillan.sqlite&quot;"), std::string::npos);
+  EXPECT_EQ(page.find("\"Quillan.sqlite\""), std::string::npos);
+}
+
+TEST_F(Simulate, BadValuesAreRefusedNamingTheOption) {
+  const auto events = folderPath() / "events.json";
+  const auto run = [&](std::vector<std::string> arguments) {
+    std::vector<std::string> command = {"simulate", "--group-container", folderPath().string()};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+  };
+  const std::vector<std::string> span = {"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z"};
+  const auto withSpan = [&](std::vector<std::string> more) {
+    auto arguments = span;
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return run(arguments);
+  };
+  expectRefused(run({"--from", "2026-11-22", "--to", "2026-11-23T00:00:00Z"}), "--from");
+  expectRefused(run({"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-22T00:00:00Z"}), "--to");
+  expectRefused(run({"--from", "2026-11-22T00:00:00Z", "--to", "2027-11-22T00:00:00Z"}), "--to");
+  expectRefused(withSpan({"--kind", "Nope"}), "--kind");
+  expectRefused(withSpan({"--kind", "StreakWidget", "--kind", "StreakWidget"}), "--kind");
+  expectRefused(withSpan({"--output", folderPath().string()}), "--output");
+  expectRefused(withSpan({"--events", (folderPath() / "missing.json").string()}), "--events");
+  const std::vector<std::string> badEvents = {
+      "{not json",
+      R"({"at": "2026-11-22T09:00:00Z"})",
+      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}, "mood": 3}])",
+      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "yesterday", "text": "x"}}])",
+      R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])",
+      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": 5}}])",
+      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z"}}])",
+  };
+  for (const auto& text : badEvents) {
+    std::ofstream(events) << text;
+    expectRefused(withSpan({"--events", events.string()}), "--events");
+  }
+}
+
+}  // namespace
+}  // namespace quillan::cli

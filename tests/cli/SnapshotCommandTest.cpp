@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+#include "fixtures/JournalAppender.hpp"
+#include "platform/ISO8601.hpp"
+#include "render/PixelImage.hpp"
+#include "support/ExpectRefused.hpp"
+#include "support/RunCommand.hpp"
+#include "support/TemporaryFolder.hpp"
+
+namespace quillan::cli {
+namespace {
+
+using testing::expectRefused;
+using testing::runCommand;
+using testing::TemporaryFolder;
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+constexpr const char* kNow = "2026-11-22T09:00:00+01:00";
+constexpr const char* kComposeCase = "ComposeButtonWidget_light_fullColor_17.0_393x852_en-US";
+
+std::string readText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A suite over a sample journal of its own, recorded with the default config.
+class Snapshot : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto journal = runCommand({"sample-journal", "--group-container", container().string(), "--now", kNow,
+                                     "--time-zone", "Europe/Berlin"});
+    ASSERT_EQ(journal.exitStatus, 0) << journal.err;
+  }
+
+  testing::CommandResult snapshot(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "snapshot");
+    arguments.push_back("--dir");
+    arguments.push_back(dir().string());
+    return runCommand(arguments);
+  }
+
+  testing::CommandResult recordDefaults() {
+    return runCommand({"snapshot", "record", "--dir", dir().string(), "--group-container", container().string(),
+                       "--now", kNow, "--time-zone", "Europe/Berlin", "--locale", "en_US", "--seed", "3"});
+  }
+
+  fs::path container() const { return folder_.path() / "group"; }
+  fs::path dir() const { return folder_.path() / "suite"; }
+  fs::path recording(const std::string& name, const char* extension) const {
+    return dir() / "cases" / (name + extension);
+  }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+TEST_F(Snapshot, TheFirstRecordWritesItsConfigAndAVerifyRightAfterPasses) {
+  const auto recorded = recordDefaults();
+  ASSERT_EQ(recorded.exitStatus, 0) << recorded.err;
+  const auto config = Json::parse(readText(dir() / "snapshots.json"));
+  EXPECT_EQ(config["journal"], container().string());
+  EXPECT_EQ(config["now"], kNow);
+  EXPECT_EQ(config["timeZone"], "Europe/Berlin");
+  EXPECT_EQ(config["seed"], 3);
+  EXPECT_EQ(config["matrix"]["kinds"].size(), 5u);
+  EXPECT_EQ(config["matrix"]["locales"], Json::parse(R"(["en_US"])"));
+  EXPECT_TRUE(fs::is_regular_file(recording(kComposeCase, ".png")));
+  EXPECT_TRUE(fs::is_regular_file(recording(kComposeCase, ".json")));
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir() / "cases"), fs::directory_iterator()), 20);
+
+  // The clock, zone and seed are the config's, whatever the command line says now.
+  const auto verified = runCommand({"snapshot", "verify", "--dir", dir().string(), "--time-zone", "Asia/Tokyo",
+                                    "--seed", "99"});
+  EXPECT_EQ(verified.exitStatus, 0) << verified.out << verified.err;
+  EXPECT_NE(verified.out.find("10 of 10 cases match"), std::string::npos) << verified.out;
+  EXPECT_TRUE(fs::is_regular_file(dir() / "report.html"));
+}
+
+TEST_F(Snapshot, OnePixelOffFailsAtFullPrecisionAndPassesAt0999) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  const auto picture = recording(kComposeCase, ".png");
+  auto image = render::readPNG(picture);
+  auto& pixel = image.at(image.width / 2, image.height / 2);
+  pixel.red = static_cast<std::uint8_t>(255 - pixel.red);
+  render::writePNG(image, picture);
+
+  const auto strict = snapshot({"verify"});
+  EXPECT_EQ(strict.exitStatus, 1) << strict.err;
+  EXPECT_NE(strict.out.find(std::string("FAIL ") + kComposeCase), std::string::npos) << strict.out;
+  EXPECT_NE(strict.out.find("9 of 10 cases match"), std::string::npos) << strict.out;
+  const auto diff = dir() / "diffs" / (std::string(kComposeCase) + ".png");
+  EXPECT_TRUE(fs::is_regular_file(diff));
+  EXPECT_GT(render::readPNG(diff).width, 3 * image.width);
+  EXPECT_NE(readText(dir() / "report.html").find(kComposeCase), std::string::npos);
+
+  const auto lenient = snapshot({"verify", "--precision", "0.999"});
+  EXPECT_EQ(lenient.exitStatus, 0) << lenient.out;
+  EXPECT_FALSE(fs::exists(diff)) << "a difference image of the run before is left";
+  // Far off in colour: a perceptual tolerance alone does not let it pass.
+  EXPECT_EQ(snapshot({"verify", "--perceptual-precision", "0.98"}).exitStatus, 1);
+}
+
+TEST_F(Snapshot, ANoteWrittenTodayFailsVerifyWithADifferenceImage) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  fixtures::JournalAppender(container() / "Quillan.sqlite")
+      .addNote({.date = platform::ISO8601::parse("2026-11-22T08:30:00+01:00"), .info = std::string("Coffee")});
+  const auto result = snapshot({"verify"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_NE(result.out.find(std::string("FAIL ") + kComposeCase + ": view tree differs; "), std::string::npos)
+      << result.out;
+  EXPECT_TRUE(fs::is_regular_file(dir() / "diffs" / (std::string(kComposeCase) + ".png")));
+}
+
+TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  const auto streak = std::string("StreakWidget_dark_fullColor_17.0_393x852_en-US");
+  std::ofstream(recording(kComposeCase, ".json")) << "edited";
+  std::ofstream(recording(streak, ".json")) << "edited";
+  fs::remove(recording("OnThisDayWidget_light_fullColor_17.0_393x852_en-US", ".png"));
+
+  const auto missing = snapshot({"verify"});
+  EXPECT_EQ(missing.exitStatus, 1);
+  EXPECT_NE(missing.out.find("FAIL OnThisDayWidget_light_fullColor_17.0_393x852_en-US: no recording"),
+            std::string::npos)
+      << missing.out;
+
+  ASSERT_EQ(snapshot({"record", "--case", streak}).exitStatus, 0);
+  EXPECT_EQ(readText(recording(kComposeCase, ".json")), "edited");
+  EXPECT_NE(readText(recording(streak, ".json")), "edited");
+  // Without names only the missing are recorded.
+  ASSERT_EQ(snapshot({"record"}).exitStatus, 0);
+  EXPECT_TRUE(fs::exists(recording("OnThisDayWidget_light_fullColor_17.0_393x852_en-US", ".png")));
+  EXPECT_EQ(readText(recording(kComposeCase, ".json")), "edited");
+  ASSERT_EQ(snapshot({"record", "--all"}).exitStatus, 0);
+  EXPECT_EQ(snapshot({"verify"}).exitStatus, 0);
+  expectRefused({"snapshot", "record", "--dir", dir().string(), "--case", "Nope"}, "--case");
+}
+
+TEST_F(Snapshot, AMissingOrCorruptConfigIsOneLineAndExitTwo) {
+  expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--dir");
+  fs::create_directories(dir());
+  expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--config");
+  const auto config = dir() / "snapshots.json";
+  const auto valid = Json::parse(R"({"journal": "", "now": "2026-11-22T09:00:00+01:00", "timeZone": "Europe/Berlin",
+      "seed": 1, "matrix": {"kinds": ["StreakWidget"], "colorSchemes": ["light"], "renderingModes": ["fullColor"],
+      "platformVersions": ["17.0"], "devices": ["393x852"], "locales": ["en_US"]}})");
+  const auto with = [&](const std::string& pointer, const Json& value) {
+    auto json = valid;
+    json["journal"] = container().string();
+    json[Json::json_pointer(pointer)] = value;
+    return json.dump();
+  };
+  const std::vector<std::string> corrupt = {
+      "{\"journal\": ",
+      "[]",
+      with("/journal", (dir() / "nowhere").string()),
+      with("/journal", dir().string()),
+      with("/now", "tomorrow"),
+      with("/timeZone", "Mars/Olympus"),
+      with("/seed", -1),
+      with("/scale", 9),
+      with("/colour", "blue"),
+      with("/matrix/kinds", Json::parse(R"(["Nope"])")),
+      with("/matrix/kinds", Json::array()),
+      with("/matrix/colorSchemes", Json::parse(R"(["sepia"])")),
+      with("/matrix/renderingModes", Json::parse(R"(["fullColor", "fullColor"])")),
+      with("/matrix/platformVersions", Json::parse(R"(["seventeen"])")),
+      with("/matrix/devices", Json::parse(R"(["1x1"])")),
+      with("/matrix/locales", Json::parse(R"(["xx_YY"])")),
+      with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])")),
+  };
+  for (const auto& text : corrupt) {
+    std::ofstream(config) << text;
+    expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--config");
+    expectRefused({"snapshot", "record", "--dir", dir().string()}, "--config");
+  }
+  std::ofstream(config) << with("/seed", 1);
+  expectRefused({"snapshot", "verify", "--dir", dir().string(), "--precision", "1.5"}, "--precision");
+  expectRefused({"snapshot", "verify", "--dir", dir().string(), "--perceptual-precision", "-0.1"},
+                "--perceptual-precision");
+}
+
+}  // namespace
+}  // namespace quillan::cli
