@@ -41,6 +41,8 @@ server::PageSettings pageSettings(const ServeOptions& options, const HostOptions
   settings.platformVersion = host.platformVersion;
   settings.locale = host.locale;
   settings.timeZone = host.timeZone;
+  settings.layoutDirection = host.layoutDirection;
+  settings.dynamicType = host.dynamicType;
   settings.device = deviceNamed(options.device).name;
   settings.scale = options.scale;
   return settings;

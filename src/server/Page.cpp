@@ -41,6 +41,13 @@ std::string_view pageHtml() {
       <label>Rendering mode <select name="renderingMode"><option value="">default</option>
         <option>fullColor</option><option>accented</option><option>vibrant</option></select></label>
       <label>Platform version <input name="platformVersion" type="text" size="6"></label>
+      <label>Direction <select name="layoutDirection"><option value="">from the locale</option>
+        <option value="ltr">left to right</option><option value="rtl">right to left</option></select></label>
+      <label>Text size <select name="dynamicType">
+        <option>xSmall</option><option>small</option><option>medium</option><option>large</option>
+        <option>xLarge</option><option>xxLarge</option><option>xxxLarge</option><option>accessibility1</option>
+        <option>accessibility2</option><option>accessibility3</option><option>accessibility4</option>
+        <option>accessibility5</option></select></label>
       <label>Device <select name="device"></select></label>
       <label><input name="redacted" type="checkbox"> redacted</label>
       <button type="submit">Apply</button>
@@ -202,7 +209,8 @@ async function loadEnvironment() {
   const form = byId('environment-form');
   const devices = form.elements.device;
   devices.replaceChildren(...answer.devices.map((name) => new Option(name, name)));
-  for (const key of ['timeZone', 'locale', 'colorScheme', 'renderingMode', 'platformVersion', 'device']) {
+  for (const key of ['timeZone', 'locale', 'colorScheme', 'renderingMode', 'platformVersion', 'layoutDirection',
+                     'dynamicType', 'device']) {
     form.elements[key].value = answer[key] || '';
   }
   form.elements.redacted.checked = answer.redacted;
@@ -211,9 +219,10 @@ async function loadEnvironment() {
 function environmentChanges() {
   const form = byId('environment-form');
   const body = { redacted: form.elements.redacted.checked };
-  for (const key of ['timeZone', 'locale', 'colorScheme', 'renderingMode', 'platformVersion', 'device']) {
+  for (const key of ['timeZone', 'locale', 'colorScheme', 'renderingMode', 'platformVersion', 'layoutDirection',
+                     'dynamicType', 'device']) {
     const value = form.elements[key].value.trim();
-    const resettable = ['timeZone', 'locale', 'colorScheme', 'renderingMode'].includes(key);
+    const resettable = ['timeZone', 'locale', 'colorScheme', 'renderingMode', 'layoutDirection'].includes(key);
     if (value !== '') body[key] = value;
     else if (resettable) body[key] = null;
   }

@@ -41,16 +41,25 @@ void checkScale(double value) {
   }
 }
 
-// null: back to the default (the process's zone and locale, the family's scheme and mode).
+// null: back to the default (the process's zone and locale, the family's
+// scheme and mode, the locale's direction).
 void unsetSetting(PageSettings& settings, const std::string& key) {
   if (key == "colorScheme") settings.colorScheme.reset();
   else if (key == "renderingMode") settings.renderingMode.reset();
   else if (key == "locale") settings.locale.reset();
   else if (key == "timeZone") settings.timeZone.reset();
+  else if (key == "layoutDirection") settings.layoutDirection.reset();
   else throw RequestError(key + ": has no default to go back to; expected a value");
 }
 
 }  // namespace
+
+platform::Locale localeOf(const PageSettings& settings) {
+  if (settings.locale) {
+    if (auto locale = platform::Locale::named(*settings.locale)) return *locale;
+  }
+  return platform::Locale::current();
+}
 
 bool isSettingKey(const std::string& key) {
   return std::find(std::begin(kSettingKeys), std::end(kSettingKeys), key) != std::end(kSettingKeys);
@@ -75,6 +84,10 @@ void applySettingText(PageSettings& settings, const std::string& key, const std:
   } else if (key == "timeZone") {
     if (!platform::TimeZone::named(text)) throw badValue(key, "unknown time zone", text);
     settings.timeZone = text;
+  } else if (key == "layoutDirection") {
+    settings.layoutDirection = checkedName<views::LayoutDirection>(key, text);
+  } else if (key == "dynamicType") {
+    settings.dynamicType = checkedName<views::DynamicTypeSize>(key, text);
   } else if (key == "device") {
     if (!render::DeviceProfile::named(text)) throw badValue(key, "unknown device", text);
     settings.device = text;
@@ -116,6 +129,8 @@ nlohmann::json toJson(const PageSettings& settings) {
   json["platformVersion"] = settings.platformVersion;
   json["locale"] = settings.locale ? nlohmann::json(*settings.locale) : nlohmann::json();
   json["timeZone"] = settings.timeZone ? nlohmann::json(*settings.timeZone) : nlohmann::json();
+  json["layoutDirection"] = settings.layoutDirection ? nlohmann::json(*settings.layoutDirection) : nlohmann::json();
+  json["dynamicType"] = settings.dynamicType;
   json["device"] = settings.device;
   json["scale"] = settings.scale;
   json["redacted"] = settings.redacted;
@@ -132,6 +147,10 @@ views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFa
   const bool vibrant = environment.renderingMode == views::WidgetRenderingMode::vibrant;
   environment.colorScheme = views::parseColorScheme(settings.colorScheme.value_or(vibrant ? "dark" : "light"));
   environment.platformVersion = views::parsePlatformVersion(settings.platformVersion);
+  environment.layoutDirection = settings.layoutDirection ? views::parseLayoutDirection(*settings.layoutDirection)
+                                : localeOf(settings).isRightToLeft() ? views::LayoutDirection::rightToLeft
+                                                                     : views::LayoutDirection::leftToRight;
+  environment.dynamicTypeSize = views::parseDynamicTypeSize(settings.dynamicType);
   return environment;
 }
 

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "platform/Locale.hpp"
 #include "render/RenderContext.hpp"
 #include "views/Environment.hpp"
 #include "worker/Evaluation.hpp"
@@ -23,6 +24,8 @@ struct PageSettings {
   std::string platformVersion = "17.0";
   std::optional<std::string> locale;    // unset: the process's
   std::optional<std::string> timeZone;  // unset: the process's
+  std::optional<std::string> layoutDirection;  // unset: the locale's character order
+  std::string dynamicType = "large";
   std::string device = "393x852";
   double scale = 2;
   bool redacted = false;
@@ -31,8 +34,9 @@ struct PageSettings {
 };
 
 // The keys a render request or POST /api/environment may set.
-inline constexpr const char* kSettingKeys[] = {"colorScheme", "renderingMode", "locale",   "timeZone",
-                                               "platformVersion", "device",      "scale", "redacted"};
+inline constexpr const char* kSettingKeys[] = {"colorScheme",     "renderingMode", "locale",      "timeZone",
+                                               "platformVersion", "layoutDirection", "dynamicType", "device",
+                                               "scale",           "redacted"};
 
 bool isSettingKey(const std::string& key);
 
@@ -40,11 +44,14 @@ bool isSettingKey(const std::string& key);
 // the key and the value for an unknown key or a bad value.
 void applySettingText(PageSettings& settings, const std::string& key, const std::string& text);
 // Sets every key of a JSON object (strings; scale a number, redacted a
-// boolean; null puts colorScheme, renderingMode, locale or timeZone back to
-// its default). Throws RequestError for anything else, changing nothing.
+// boolean; null puts colorScheme, renderingMode, locale, timeZone or
+// layoutDirection back to its default). Throws RequestError for anything else, changing nothing.
 void applySettingsJson(PageSettings& settings, const nlohmann::json& object);
 
 nlohmann::json toJson(const PageSettings& settings);
+
+// The page's locale, else the process's.
+platform::Locale localeOf(const PageSettings& settings);
 
 // What the views are told for a widget of `family`.
 views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFamily family);

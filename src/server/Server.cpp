@@ -81,6 +81,22 @@ nlohmann::json pictureJson(const PlacedWidgetView& widget, const EntryView& view
           {"regions", regions}};
 }
 
+// Texts are shaped for the language of the page's locale (Han characters take
+// Japanese or Chinese forms); the process's locale is the page's while one
+// picture is drawn under the drawing lock.
+class DrawingLocale {
+ public:
+  explicit DrawingLocale(const PageSettings& settings) : previous_(platform::Locale::current()) {
+    platform::Locale::setCurrent(localeOf(settings));
+  }
+  ~DrawingLocale() { platform::Locale::setCurrent(previous_); }
+  DrawingLocale(const DrawingLocale&) = delete;
+  DrawingLocale& operator=(const DrawingLocale&) = delete;
+
+ private:
+  platform::Locale previous_;
+};
+
 }  // namespace
 
 Server::Server(ServerOptions options) : options_(std::move(options)) {
@@ -207,6 +223,7 @@ void Server::route() {
              const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
              const auto context = renderContext(parsed.settings, widget->family);
              std::lock_guard drawing(drawing_);
+             const DrawingLocale locale(parsed.settings);
              if (parsed.format == PictureFormat::png) {
                const auto bytes = render::renderToPNGBytes(view.tree, context);
                response.set_content(reinterpret_cast<const char*>(bytes.data()), bytes.size(), "image/png");
@@ -227,6 +244,7 @@ void Server::route() {
              }
              const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
              std::lock_guard drawing(drawing_);
+             const DrawingLocale locale(parsed.settings);
              const auto url = render::hitTest(view.tree, renderContext(parsed.settings, widget->family),
                                               {parsed.x, parsed.y});
              answerJson(response, {{"url", url ? nlohmann::json(*url) : nlohmann::json()}});

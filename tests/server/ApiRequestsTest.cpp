@@ -98,6 +98,23 @@ TEST(EnvironmentBodyTest, TheLockScreenIsVibrantUnlessAModeIsNamed) {
             views::WidgetRenderingMode::accented);
 }
 
+TEST(EnvironmentBodyTest, TheDirectionFollowsThePagesLocaleUnlessNamed) {
+  PageSettings settings;
+  settings.locale = "en_US";
+  const auto family = views::WidgetFamily::systemMedium;
+  EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::leftToRight);
+  applySettingsJson(settings, {{"locale", "ar_EG"}});
+  EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::rightToLeft);
+  applySettingsJson(settings, {{"layoutDirection", "ltr"}, {"dynamicType", "accessibility5"}});
+  EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::leftToRight);
+  EXPECT_EQ(viewEnvironment(settings, family).dynamicTypeSize, views::DynamicTypeSize::accessibility5);
+  applySettingsJson(settings, {{"layoutDirection", nullptr}});
+  EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::rightToLeft);
+  EXPECT_THAT(refusal([&] { applySettingsJson(settings, {{"dynamicType", "huge"}}); }),
+              HasSubstr("dynamicType: unknown value \"huge\""));
+  EXPECT_THAT(refusal([&] { applySettingsJson(settings, {{"dynamicType", nullptr}}); }), HasSubstr("dynamicType:"));
+}
+
 TEST(ClockBodyTest, AcceptsTheThreeFormsOnly) {
   EXPECT_TRUE(std::holds_alternative<LiveClock>(parseClockChange(R"({"live": true})")));
   EXPECT_EQ(std::get<RunClockFaster>(parseClockChange(R"({"rate": 60})")).rate, 60);
