@@ -11,6 +11,7 @@
 #include "platform/Utf8.hpp"
 #include "render/MissingGlyphs.hpp"
 #include "render/PangoLineDrawing.hpp"
+#include "render/StyledTextMetrics.hpp"
 #include "render/PangoParagraph.hpp"
 #include "render/RenderingConstants.hpp"
 #include "render/TextCut.hpp"
@@ -102,25 +103,6 @@ StyledText withReplacementCharacters(StyledText runs) {
 StyledText wellFormed(const StyledText& runs) {
   const auto valid = [](const StyledRun& run) { return platform::isValidUtf8(run.text); };
   return std::all_of(runs.begin(), runs.end(), valid) ? runs : withReplacementCharacters(runs);
-}
-
-FontMetrics combinedMetrics(const StyledText& runs, const TextMeasurer& measurer) {
-  if (runs.empty()) return measurer.metrics(FontDescription{});
-  FontMetrics result{};
-  for (const auto& run : runs) {
-    const FontMetrics m = measurer.metrics(run.font);
-    result.lineHeight = std::max(result.lineHeight, m.lineHeight);
-    result.ascender = std::max(result.ascender, m.ascender);
-    result.descender = std::max(result.descender, m.descender);
-    result.capHeight = std::max(result.capHeight, m.capHeight);
-  }
-  return result;
-}
-
-double smallestFontSize(const StyledText& runs) {
-  double smallest = runs.empty() ? FontDescription{}.size : runs.front().font.size;
-  for (const auto& run : runs) smallest = std::min(smallest, run.font.size);
-  return smallest;
 }
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n'; }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/GraphemeBoundary.hpp"
+#include "render/StyledTextMetrics.hpp"
 #include "render/Utf8.hpp"
 
 namespace quillan::render {
@@ -195,26 +196,6 @@ TextLine truncatedLine(const FlatText& flat, const Wrapper& wrapper, const TextM
   }
   StyledText runs = withEllipsis(lo);
   return {runs, measurer.width(runs), {}};
-}
-
-FontMetrics combinedMetrics(const StyledText& text, const TextMeasurer& measurer) {
-  FontMetrics result{};
-  if (text.empty()) return measurer.metrics(FontDescription{});
-  for (const auto& run : text) {
-    const FontMetrics m = measurer.metrics(run.font);
-    result.lineHeight = std::max(result.lineHeight, m.lineHeight);
-    result.ascender = std::max(result.ascender, m.ascender);
-    result.descender = std::max(result.descender, m.descender);
-    result.capHeight = std::max(result.capHeight, m.capHeight);
-  }
-  return result;
-}
-
-double smallestFontSize(const StyledText& text) {
-  if (text.empty()) return FontDescription{}.size;
-  double smallest = text.front().font.size;
-  for (const auto& run : text) smallest = std::min(smallest, run.font.size);
-  return smallest;
 }
 
 }  // namespace
