@@ -2,6 +2,7 @@
 
 #include <httplib.h>
 
+#include <optional>
 #include <stdexcept>
 
 #include "platform/ISO8601.hpp"
@@ -79,6 +80,29 @@ nlohmann::json pictureJson(const PlacedWidgetView& widget, const EntryView& view
           {"version", widget.state.version},
           {"view", nlohmann::json::parse(view.json)},
           {"regions", regions}};
+}
+
+struct ShownView {
+  PlacedWidgetView widget;
+  std::shared_ptr<const EntryView> view;
+};
+
+// The widget and the view it shows under `settings`; empty once `response`
+// holds the 503 saying why there is none (no timeline yet, or the extension
+// failed).
+std::optional<ShownView> shownView(const LiveHost& host, WidgetPictures& pictures, const std::string& kind,
+                                   const PageSettings& settings, httplib::Response& response) {
+  const auto widget = host.widget(kind);
+  if (!widget) {
+    answerError(response, 503, kind + ": no timeline yet");
+    return std::nullopt;
+  }
+  auto outcome = pictures.view(*widget, settings, host.publishedAt());
+  if (const auto* reason = std::get_if<std::string>(&outcome)) {
+    answerError(response, 503, kind + " failed: " + *reason);
+    return std::nullopt;
+  }
+  return ShownView{*widget, std::get<std::shared_ptr<const EntryView>>(std::move(outcome))};
 }
 
 // Texts are shaped for the language of the page's locale (Han characters take
@@ -214,14 +238,10 @@ void Server::route() {
 
   http.Get("/api/render", guarded([this](const httplib::Request& request, httplib::Response& response) {
              const auto parsed = parseRenderRequest(request.params, host_->settings());
-             const auto widget = host_->widget(parsed.kind);
-             if (!widget) return answerError(response, 503, parsed.kind + ": no timeline yet");
-             const auto outcome = pictures_->view(*widget, parsed.settings, host_->publishedAt());
-             if (const auto* reason = std::get_if<std::string>(&outcome)) {
-               return answerError(response, 503, parsed.kind + " failed: " + *reason);
-             }
-             const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
-             const auto context = renderContext(parsed.settings, widget->family);
+             const auto shown = shownView(*host_, *pictures_, parsed.kind, parsed.settings, response);
+             if (!shown) return;
+             const auto& view = *shown->view;
+             const auto context = renderContext(parsed.settings, shown->widget.family);
              std::lock_guard drawing(drawing_);
              const DrawingLocale locale(parsed.settings);
              if (parsed.format == PictureFormat::png) {
@@ -230,22 +250,17 @@ void Server::route() {
              } else if (parsed.format == PictureFormat::svg) {
                response.set_content(render::renderToSVG(view.tree, context), "image/svg+xml");
              } else {
-               answerJson(response, pictureJson(*widget, view, context));
+               answerJson(response, pictureJson(shown->widget, view, context));
              }
            }));
 
   http.Get("/api/tap", guarded([this](const httplib::Request& request, httplib::Response& response) {
              const auto parsed = parseTapRequest(request.params, host_->settings());
-             const auto widget = host_->widget(parsed.kind);
-             if (!widget) return answerError(response, 503, parsed.kind + ": no timeline yet");
-             const auto outcome = pictures_->view(*widget, parsed.settings, host_->publishedAt());
-             if (const auto* reason = std::get_if<std::string>(&outcome)) {
-               return answerError(response, 503, parsed.kind + " failed: " + *reason);
-             }
-             const auto& view = *std::get<std::shared_ptr<const EntryView>>(outcome);
+             const auto shown = shownView(*host_, *pictures_, parsed.kind, parsed.settings, response);
+             if (!shown) return;
              std::lock_guard drawing(drawing_);
              const DrawingLocale locale(parsed.settings);
-             const auto url = render::hitTest(view.tree, renderContext(parsed.settings, widget->family),
+             const auto url = render::hitTest(shown->view->tree, renderContext(parsed.settings, shown->widget.family),
                                               {parsed.x, parsed.y});
              answerJson(response, {{"url", url ? nlohmann::json(*url) : nlohmann::json()}});
            }));
