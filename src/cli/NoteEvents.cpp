@@ -20,7 +20,8 @@ UsageError badEvent(std::size_t index, const std::string& problem, const std::st
 void requireOnlyKeys(const Json& object, std::initializer_list<const char*> keys, std::size_t index,
                      const std::string& where) {
   if (!object.is_object()) throw badEvent(index, where + " is not an object", object.dump());
-  for (const auto& [key, value] : object.items()) {
+  for (const auto& item : object.items()) {
+    const std::string& key = item.key();
     if (std::find_if(keys.begin(), keys.end(), [&](const char* known) { return key == known; }) == keys.end()) {
       throw badEvent(index, "unknown key in " + where, key);
     }
