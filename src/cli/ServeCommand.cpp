@@ -1,5 +1,4 @@
 #include <arpa/inet.h>
-#include <signal.h>
 
 #include <cmath>
 #include <iostream>
@@ -11,7 +10,7 @@
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "render/DeviceProfile.hpp"
-#include "server/Server.hpp"
+#include "server/ServeLoop.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -67,27 +66,12 @@ server::ServerOptions serverOptions(const ServeOptions& options, const HostOptio
   return server;
 }
 
-// The signals that end `serve`: blocked in every thread and taken with sigwait.
-sigset_t stopSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  return signals;
-}
-
 int serve(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
-  // The workers are forked here, before the server starts any thread.
-  server::Server server(serverOptions(options, host, modeGiven));
-  const auto signals = stopSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  const int port = server.start();
   const bool v6 = options.bind.find(':') != std::string::npos;
-  std::cout << "serving http://" << (v6 ? "[" + options.bind + "]" : options.bind) << ":" << port << "/"
-            << std::endl;
-  int received = 0;
-  sigwait(&signals, &received);
-  server.stop();
+  server::serveUntilStopped(serverOptions(options, host, modeGiven), [&](int port) {
+    std::cout << "serving http://" << (v6 ? "[" + options.bind + "]" : options.bind) << ":" << port << "/"
+              << std::endl;
+  });
   return 0;
 }
 

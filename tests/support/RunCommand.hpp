@@ -15,11 +15,10 @@ struct CommandResult {
   std::string err;
 };
 
-// Runs the built quillan-widgets with `arguments` and a clean environment (no
-// TZ or LANG from the machine, HOME=/nonexistent-home unless `environment`
-// names another, plus the NAME=value entries of `environment`), collecting
-// both output streams.
-inline CommandResult runCommand(const std::vector<std::string>& arguments,
+// Runs `program` with `arguments` and a clean environment (no TZ or LANG from
+// the machine, HOME=/nonexistent-home unless `environment` names another, plus
+// the NAME=value entries of `environment`), collecting both output streams.
+inline CommandResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
                                 const std::vector<std::string>& environment = {}) {
   int outPipe[2], errPipe[2];
   if (pipe(outPipe) != 0 || pipe(errPipe) != 0) return {};
@@ -30,8 +29,8 @@ inline CommandResult runCommand(const std::vector<std::string>& arguments,
     close(outPipe[0]);
     close(errPipe[0]);
     std::vector<char*> argv;
-    std::string program = QUILLAN_CLI_PATH;
-    argv.push_back(program.data());
+    std::string path = program;
+    argv.push_back(path.data());
     std::vector<std::string> copies = arguments;
     for (auto& argument : copies) argv.push_back(argument.data());
     argv.push_back(nullptr);
@@ -59,6 +58,12 @@ inline CommandResult runCommand(const std::vector<std::string>& arguments,
   waitpid(child, &status, 0);
   result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return result;
+}
+
+// runProgram() of the built quillan-widgets.
+inline CommandResult runCommand(const std::vector<std::string>& arguments,
+                                const std::vector<std::string>& environment = {}) {
+  return runProgram(QUILLAN_CLI_PATH, arguments, environment);
 }
 
 }  // namespace quillan::testing

@@ -1,0 +1,55 @@
+#include "cli/ModuleLoader.hpp"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <vector>
+
+namespace quillan::cli {
+namespace {
+
+struct TableHeader {
+  std::size_t size;
+  const char* buildId;
+};
+
+std::vector<std::filesystem::path> moduleFolders() {
+  std::error_code error;
+  const auto command = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) return {};
+  const auto folder = command.parent_path();
+  return {folder, (folder / QUILLAN_MODULE_DIR_FROM_COMMAND).lexically_normal()};
+}
+
+}  // namespace
+
+const void* loadModuleTable(const std::string& fileName, const char* symbol, std::size_t size,
+                            const std::string& buildId) {
+  std::string tried;
+  for (const auto& folder : moduleFolders()) {
+    const auto path = folder / fileName;
+    if (!std::filesystem::exists(path)) {
+      tried += (tried.empty() ? "" : ", ") + path.string();
+      continue;
+    }
+    // RTLD_NOW: a module that cannot be resolved fails here, not halfway through a picture.
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle) throw std::runtime_error("cannot load " + path.string() + ": " + dlerror());
+    using Entry = const void* (*)();
+    const auto entry = reinterpret_cast<Entry>(dlsym(handle, symbol));
+    if (!entry) throw std::runtime_error(path.string() + " is not this command's module (no " + symbol + ")");
+    const void* table = entry();
+    const auto* header = static_cast<const TableHeader*>(table);
+    if (header->size != size || buildId != header->buildId) {
+      throw std::runtime_error(path.string() + " comes from another build of quillan-widgets (" + header->buildId +
+                               "); reinstall the command");
+    }
+    return table;
+  }
+  throw std::runtime_error("cannot find " + fileName + ", a part of quillan-widgets (looked for " + tried +
+                           "); reinstall the command");
+}
+
+}  // namespace quillan::cli

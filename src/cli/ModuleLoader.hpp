@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace quillan::cli {
+
+// Loads one of the command's modules (shared objects built and installed with
+// it) and returns what its entry function `symbol` answers. The module is
+// looked for beside the command (the build tree) and then in the command's
+// module folder (an installed command). `size` and `buildId` must match the
+// first two fields of the table the entry returns, so a module from another
+// build is refused rather than called. Throws std::runtime_error naming every
+// place it looked.
+const void* loadModuleTable(const std::string& fileName, const char* symbol, std::size_t size,
+                            const std::string& buildId);
+
+}  // namespace quillan::cli
