@@ -1,5 +1,6 @@
 #include "memories/MemorySnapshot.hpp"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <unordered_map>
 
 #include "platform/Calendar.hpp"
+#include "platform/CivilDays.hpp"
 #include "platform/Clock.hpp"
 #include "platform/DateFormatter.hpp"
 #include "platform/Fatal.hpp"
@@ -25,16 +27,39 @@ namespace {
 class MonthAndDayTexts {
  public:
   const std::string& text(platform::Date date) {
-    const auto [slot, inserted] = texts_.try_emplace(localDay(date));
-    if (inserted) {
+    const auto day = localDay(date);
+    auto& slot = sharesGregorianMonthAndDay(day) ? byMonthAndDay_[monthAndDayIndex(day)] : byDay_[day];
+    if (!slot) {
       platform::DateFormatter formatter;
       formatter.setDateFormat("MMMM dd");
-      slot->second = formatter.string(date);
+      slot = formatter.string(date);
     }
-    return slot->second;
+    return *slot;
   }
 
  private:
+  // 1583-01-01: before it ICU's Gregorian calendars count Julian days.
+  static constexpr std::int64_t kFirstWholeGregorianYearDay = -141349;
+
+  // In the calendars whose months and days are the Gregorian ones, the text
+  // of a day depends on its month and day alone, so it is formatted once per
+  // month and day (at most 366 times) rather than once per day of the journal.
+  bool sharesGregorianMonthAndDay(std::int64_t day) const {
+    return gregorianMonths_ && day >= kFirstWholeGregorianYearDay;
+  }
+
+  static std::size_t monthAndDayIndex(std::int64_t day) {
+    const auto civil = platform::civilFromDays(day);
+    return (civil.month - 1) * 31 + (civil.day - 1);
+  }
+
+  static bool hasGregorianMonths(const std::string& calendar) {
+    for (const char* gregorian : {"gregorian", "iso8601", "japanese", "buddhist", "roc"}) {
+      if (calendar == gregorian) return true;
+    }
+    return false;
+  }
+
   std::int64_t localDay(platform::Date date) {
     // In milliseconds, as the calendars themselves cut days.
     const double localMilliseconds = date.unixMilliseconds() + 1000.0 * offsets_.secondsFromGMT(date);
@@ -42,7 +67,9 @@ class MonthAndDayTexts {
   }
 
   platform::ZoneOffsetTable offsets_{platform::TimeZone::current()};
-  std::unordered_map<std::int64_t, std::string> texts_;
+  bool gregorianMonths_ = hasGregorianMonths(platform::Calendar::current().identifier());
+  std::array<std::optional<std::string>, 12 * 31> byMonthAndDay_;
+  std::unordered_map<std::int64_t, std::optional<std::string>> byDay_;
 };
 
 // The questions one read of the journal answers for a view: isOnThisDay, step

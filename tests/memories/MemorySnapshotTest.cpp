@@ -77,6 +77,27 @@ TEST(MemorySnapshot, AnswersAsTheOneQuestionAtATimeFunctions) {
   }
 }
 
+TEST(MemorySnapshot, DaysBeforeTheGregorianReformKeepTheCalendarsOwnMonthAndDay) {
+  // ICU's Gregorian calendars are Julian before 1582-10-15, ten days apart
+  // from the proleptic calendar: a note there is a memory by its Julian date.
+  auto& journal = TestJournal::shared();
+  for (const char* locale : {"en_US", "th_TH@calendar=buddhist"}) {
+    journal.clear();
+    ProcessEnvironment environment("2026-03-01T12:00:00Z", "UTC", locale);
+    const auto calendar = platform::Calendar::current();
+    const auto now = platform::Clock::now();
+    for (int years : {-526, -444, -443, -100, -1}) {
+      const auto anniversary = *calendar.dateByAdding(platform::CalendarComponent::year, years, now);
+      for (int days : {-11, -10, -9, 0, 9, 10, 11}) {
+        journal.addNote(*calendar.dateByAdding(platform::CalendarComponent::day, days, anniversary), "note");
+      }
+    }
+    const auto snapshot = MemorySnapshot::take();
+    EXPECT_EQ(snapshot.memories(), fetchMemories()) << locale;
+    EXPECT_EQ(snapshot.memories().size(), 5u) << locale;
+  }
+}
+
 TEST(MemorySnapshot, WithoutMemoriesTheHeaderIsNow) {
   TestJournal::shared().clear();
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
