@@ -81,13 +81,24 @@ std::string selectedColumn(const AttributeDescription& attribute, const EntityTa
   return table.hasColumn(name) ? name : "NULL";
 }
 
+std::string allColumns(const EntityDescription& entity, const EntityTable& table) {
+  std::string columns;
+  for (const auto& attribute : entity.attributes) columns += ", " + selectedColumn(attribute, table);
+  return columns;
+}
+
 }  // namespace
 
 FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
-                       const EntityTable& table) {
-  sql_ = "SELECT Z_PK";
-  for (const auto& attribute : entity.attributes) sql_ += ", " + selectedColumn(attribute, table);
-  sql_ += " FROM " + table.tableName + " WHERE " + whereClause(request, table, bindings_);
+                       const EntityTable& table)
+    : FetchQuery(request, table, allColumns(entity, table)) {}
+
+FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
+                       const EntityTable& table, std::size_t onlyAttribute)
+    : FetchQuery(request, table, ", " + selectedColumn(entity.attributes.at(onlyAttribute), table)) {}
+
+FetchQuery::FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns) {
+  sql_ = "SELECT Z_PK" + columns + " FROM " + table.tableName + " WHERE " + whereClause(request, table, bindings_);
   sql_ += " ORDER BY ";
   for (const auto& sort : request.sortDescriptors) {
     sql_ += column(table, sort.attribute) + (sort.ascending ? " ASC, " : " DESC, ");
@@ -96,6 +107,10 @@ FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescriptio
   if (request.fetchLimit && *request.fetchLimit > 0) {
     sql_ += " LIMIT " + std::to_string(*request.fetchLimit);
   }
+}
+
+std::string FetchQuery::rowSql(const EntityDescription& entity, const EntityTable& table) {
+  return "SELECT Z_PK" + allColumns(entity, table) + " FROM " + table.tableName + " WHERE Z_PK = ?1";
 }
 
 std::string FetchQuery::whereClause(const FetchSpecification& request, const EntityTable& table,

@@ -25,6 +25,13 @@ class FetchQuery {
  public:
   FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
              const EntityTable& table);
+  // The same rows in the same order, with Z_PK and the column of one
+  // attribute only: a scan that judges rows by that value reads nothing else.
+  FetchQuery(const FetchSpecification& request, const EntityDescription& entity, const EntityTable& table,
+             std::size_t onlyAttribute);
+
+  // Z_PK and every attribute's column of the one row whose Z_PK is bound as ?1.
+  static std::string rowSql(const EntityDescription& entity, const EntityTable& table);
 
   const std::string& sql() const { return sql_; }
   void bind(SqliteStatement& statement) const;
@@ -34,6 +41,8 @@ class FetchQuery {
                                  std::vector<Predicate::Value>& bindings);
 
  private:
+  FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns);
+
   std::string sql_;
   std::vector<Predicate::Value> bindings_;
 };

@@ -11,6 +11,9 @@ namespace {
 
 constexpr const char* kTypeMismatchSource = "OnThisDayWidgetExtension/ManagedObjectContext";
 
+// A lookup by primary key costs about as much as scanning this many rows.
+constexpr std::size_t kLookupsPerScan = 16;
+
 StoredValue columnValue(const SqliteStatement& statement, int column, AttributeKind kind) {
   if (statement.isNull(column)) return std::monostate{};
   switch (kind) {
@@ -68,23 +71,51 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
     auto snapshot = store.snapshot();
     if (!snapshot) return std::nullopt;
     const auto* table = requireTable(snapshot->model(), entity, path);
-    const FetchQuery query(request, entity, *table);
-    const auto judged = filter ? attributeIndex(entity, filter->attribute) : 0;
-    auto statement = snapshot->database().prepare(query.sql());
-    query.bind(statement);
     auto& registry = registered_[entity.name];
     std::vector<StoredValue> values(entity.attributes.size());
-    while (statement.step()) {
-      // Columns not asked for are never read, so a rejected row costs its
-      // judged value only (a long text of it stays in SQLite's pages).
-      if (filter) {
-        values[judged] = columnValue(statement, static_cast<int>(judged) + 1, entity.attributes[judged].kind);
-        if (!filter->keep(values[judged])) continue;
-      }
+    const auto readRow = [&](const SqliteStatement& row) {
       for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
-        values[i] = columnValue(statement, static_cast<int>(i) + 1, entity.attributes[i].kind);
+        values[i] = columnValue(row, static_cast<int>(i) + 1, entity.attributes[i].kind);
       }
-      sink(materialize(entity, registry, statement.integer(0), values));
+      sink(materialize(entity, registry, row.integer(0), values));
+    };
+    if (!filter) {
+      const FetchQuery query(request, entity, *table);
+      auto statement = snapshot->database().prepare(query.sql());
+      query.bind(statement);
+      while (statement.step()) readRow(statement);
+    } else {
+      // The scan reads the judged column only; the kept rows are then read
+      // whole by primary key, in the scan's order, in the same transaction.
+      const auto judged = attributeIndex(entity, filter->attribute);
+      const FetchQuery query(request, entity, *table, judged);
+      auto scan = snapshot->database().prepare(query.sql());
+      query.bind(scan);
+      std::vector<std::int64_t> kept;
+      std::size_t scanned = 0;
+      for (; scan.step(); ++scanned) {
+        if (filter->keep(columnValue(scan, 1, entity.attributes[judged].kind))) kept.push_back(scan.integer(0));
+      }
+      if (kept.size() * kLookupsPerScan <= scanned) {
+        auto row = snapshot->database().prepare(FetchQuery::rowSql(entity, *table));
+        for (const auto primaryKey : kept) {
+          row.reset();
+          row.bind(1, primaryKey);
+          if (row.step()) readRow(row);
+        }
+      } else {
+        // Most rows kept: one more scan of every column is cheaper than a lookup each.
+        const FetchQuery whole(request, entity, *table);
+        auto statement = snapshot->database().prepare(whole.sql());
+        whole.bind(statement);
+        auto next = kept.begin();
+        while (next != kept.end() && statement.step()) {
+          if (statement.integer(0) == *next) {
+            readRow(statement);
+            ++next;
+          }
+        }
+      }
     }
     snapshot->finish();
     return std::nullopt;

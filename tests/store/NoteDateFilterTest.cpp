@@ -126,6 +126,37 @@ TEST(NarrowedReads, AnUnwindowedTestKeepsWhatTheLiteralFilterKeeps) {
   EXPECT_EQ(narrowed(*context, onThisDay), expected);
 }
 
+// A scan judges the dates alone; the few notes kept are then read by primary
+// key, most or all of them by a second scan. Either way: the same notes, in
+// the store's order (not the dates'), with every value read.
+TEST(NarrowedReads, KeptNotesAreReadWholeWhetherFewOrMany) {
+  TemporaryDirectory directory;
+  const auto start = at("2026-01-01T00:00:00Z");
+  {
+    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+    for (int i = 0; i < 400; ++i) {
+      writer.addNote({.date = start.addingTimeInterval((i * 37 % 400) * 3600.0), .info = "note " + std::to_string(i)});
+    }
+  }
+  auto context = contextFor(directory / "Quillan.sqlite");
+  for (const long every : {1, 3, 50, 400}) {
+    const NoteDateTest keep = [&](const std::optional<platform::Date>& date) {
+      const auto hours = (date->timeIntervalSinceReferenceDate() - start.timeIntervalSinceReferenceDate()) / 3600.0;
+      return static_cast<long>(hours) % every == 0;
+    };
+    const auto expected = literally(*context, keep);
+    std::vector<std::optional<std::string>> texts;
+    for (const auto& note : expected) texts.push_back(note->info());
+    // The objects are the identity map's, refreshed by the read: their texts after it must be the same.
+    const auto kept = narrowed(*context, keep);
+    std::vector<std::optional<std::string>> keptTexts;
+    for (const auto& note : kept) keptTexts.push_back(note->info());
+    EXPECT_EQ(kept, expected) << "every " << every;
+    EXPECT_EQ(keptTexts, texts) << "every " << every;
+    EXPECT_EQ(kept.size(), static_cast<std::size_t>((400 + every - 1) / every)) << "every " << every;
+  }
+}
+
 // A note whose date is NULL, or stored as something other than a number,
 // reaches the test wherever it lies, in store order and decoded as the full
 // fetch decodes it; dated notes outside the window never do.
