@@ -1,5 +1,6 @@
 // The drawing module: the render library's drawing functions behind one
-// exported entry. Every other symbol stays inside the module.
+// exported entry. The render library's symbols stay inside the module; the
+// layers below it bind to the command's copies.
 #include "render/DrawingFunctions.hpp"
 #include "render/LayoutJson.hpp"
 

@@ -1,6 +1,6 @@
-// The serving module: the live host's server behind one exported entry. It
-// carries its own copy of the host, the worker and the drawing code; every
-// symbol but the entry stays inside the module.
+// The serving module: the live host's server behind one exported entry. The
+// server and its drawing code stay inside the module; the layers below them
+// (scheduler, worker, widgets, platform) bind to the command's copies.
 #include "server/ServeLoop.hpp"
 #include "server/ServingFunctions.hpp"
 
