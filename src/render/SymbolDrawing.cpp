@@ -2,6 +2,7 @@
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "render/RenderingConstants.hpp"
@@ -18,14 +19,23 @@ constexpr double kPencilBarWidth = 0.14;
 void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
 
 // Strokes of one layer overlap at their round caps; drawing the layer opaque
-// and compositing it once keeps a translucent colour even.
+// and compositing it once keeps a translucent colour even. The clip keeps the
+// group as small as the symbol (with room for strokes and caps past `box`):
+// a group covers the clip, and one the size of the picture would cost a
+// composite of the whole picture per layer.
 template <typename Draw>
-void paintLayer(cairo_t* cr, Rgba color, Draw draw) {
+void paintLayer(cairo_t* cr, Rgba color, Rect box, Draw draw) {
+  cairo_save(cr);
+  const double margin = std::max(box.width, box.height) / 2;
+  cairo_new_path(cr);
+  cairo_rectangle(cr, box.x - margin, box.y - margin, box.width + 2 * margin, box.height + 2 * margin);
+  cairo_clip(cr);
   cairo_push_group(cr);
   setColor(cr, {color.red, color.green, color.blue, 1});
   draw();
   cairo_pop_group_to_source(cr);
   cairo_paint_with_alpha(cr, color.alpha);
+  cairo_restore(cr);
 }
 
 // Maps the unit box of a drawing onto `box`.
@@ -103,14 +113,14 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, FontWeight weight, Rgba prima
   const Point c = box.center();
   const double inner = diameter * 0.5;
   const Rect glyph{c.x - inner / 2 - diameter * 0.02, c.y - inner / 2 + diameter * 0.02, inner, inner};
-  paintLayer(cr, primary, [&] {
+  paintLayer(cr, primary, box, [&] {
     cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
     cairo_fill(cr);
     cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
     squareAndPencil(cr, glyph, weight);
     cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
   });
-  paintLayer(cr, secondary, [&] { squareAndPencil(cr, glyph, weight); });
+  paintLayer(cr, secondary, box, [&] { squareAndPencil(cr, glyph, weight); });
 }
 
 }  // namespace
@@ -118,9 +128,9 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, FontWeight weight, Rgba prima
 void drawSymbol(cairo_t* cr, std::string_view name, Rect box, FontWeight weight, Rgba primary, Rgba secondary) {
   cairo_save(cr);
   if (name == "checkmark") {
-    paintLayer(cr, primary, [&] { checkmark(cr, box, weight); });
+    paintLayer(cr, primary, box, [&] { checkmark(cr, box, weight); });
   } else if (name == "square.and.pencil") {
-    paintLayer(cr, primary, [&] { squareAndPencil(cr, box, weight); });
+    paintLayer(cr, primary, box, [&] { squareAndPencil(cr, box, weight); });
   } else if (name == "square.and.pencil.circle.fill") {
     circledSquareAndPencil(cr, box, weight, primary, secondary);
   } else {
