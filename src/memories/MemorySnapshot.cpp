@@ -19,7 +19,8 @@
 namespace quillan::memories {
 namespace {
 
-// The "MMMM dd" text of a date, formatted once per local day. Every calendar
+// The "MMMM dd" text of a date, formatted once per local day (or once per
+// month and day where that is the same, below). Every calendar
 // derives its fields from the local wall-clock day (UTC plus the zone's offset
 // at that instant, cut at midnight), so two instants of one local day share
 // month, day and year, and with them the text. The offsets come from a table
