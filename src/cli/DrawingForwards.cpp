@@ -47,4 +47,6 @@ PixelImage decodePNG(const std::vector<std::uint8_t>& bytes) { return drawing().
 
 void writePNG(const PixelImage& image, const std::filesystem::path& path) { drawing().writePNG(image, path); }
 
+void prepareFonts() { drawing().prepareFonts(); }
+
 }  // namespace quillan::render

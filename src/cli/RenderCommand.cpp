@@ -5,6 +5,7 @@
 
 #include "cli/BoundedFile.hpp"
 #include "cli/Commands.hpp"
+#include "cli/FontPreparation.hpp"
 #include "cli/OptionChecks.hpp"
 #include "cli/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
@@ -109,6 +110,10 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
   return 0;
 }
 
+bool drawsText(const std::string& format) {
+  return format == "png" || format == "svg" || format == "pdf" || format == "layout";
+}
+
 int run(const RenderOptions& options, const HostOptions& host) {
   // JSON needs no device, but a misspelt one is still an error rather than ignored.
   deviceNamed(options.device);
@@ -127,9 +132,12 @@ int run(const RenderOptions& options, const HostOptions& host) {
   if (options.family && familyNamed(*options.family, "--family") != family) {
     throw badOption("--family", "not offered by " + widget.kind, *options.family, "expected " + familyName(family));
   }
+  std::optional<FontPreparation> fonts;
+  if (drawsText(options.format)) fonts.emplace();
   const auto environment = host.environment(family);
   const auto entryDate = currentEntryDate(widget);
   const auto tree = widget.content(entryDate, environment);
+  if (fonts) fonts->finish();
 
   if (options.format == "json") {
     nlohmann::ordered_json json;

@@ -18,6 +18,7 @@ extern "C" __attribute__((visibility("default"))) const quillan::render::Drawing
       .readPNG = &readPNG,
       .decodePNG = &decodePNG,
       .writePNG = &writePNG,
+      .prepareFonts = &prepareFonts,
   };
   return &functions;
 }

@@ -34,6 +34,7 @@ struct DrawingFunctions {
   PixelImage (*readPNG)(const std::filesystem::path&);
   PixelImage (*decodePNG)(const std::vector<std::uint8_t>&);
   void (*writePNG)(const PixelImage&, const std::filesystem::path&);
+  void (*prepareFonts)();
 };
 
 // The module's one exported function: `const DrawingFunctions* quillanDrawingFunctions()`.

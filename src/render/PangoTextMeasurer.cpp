@@ -213,19 +213,20 @@ struct PangoTextMeasurer::Impl {
   }
 };
 
-PangoTextMeasurer::PangoTextMeasurer() : impl_(std::make_unique<Impl>()) {}
+PangoTextMeasurer::PangoTextMeasurer() = default;
 PangoTextMeasurer::~PangoTextMeasurer() = default;
 
 double PangoTextMeasurer::width(const StyledText& runs) const {
   const std::string language = platform::Locale::current().languageTag();
   const std::string key = cacheKey(language, runs);
-  if (auto found = impl_->widths.find(key); found != impl_->widths.end()) return found->second;
-  auto layout = impl_->layoutFor(wellFormed(runs), language);
+  Impl& pango = engine();
+  if (auto found = pango.widths.find(key); found != pango.widths.end()) return found->second;
+  auto layout = pango.layoutFor(wellFormed(runs), language);
   PangoRectangle logical;
   pango_layout_get_extents(layout.get(), nullptr, &logical);
   const double width = static_cast<double>(logical.width) / PANGO_SCALE;
-  if (impl_->widths.size() >= kMaxCachedLayouts) impl_->widths.clear();
-  impl_->widths.emplace(key, width);
+  if (pango.widths.size() >= kMaxCachedLayouts) pango.widths.clear();
+  pango.widths.emplace(key, width);
   return width;
 }
 
@@ -238,21 +239,27 @@ TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& l
   std::string key = cacheKey(language, kept.runs);
   key += '\x1c' + std::string(kept.cut ? "cut/" : "/") + std::to_string(limits.width.value_or(-1)) + '/' +
          std::to_string(limits.height.value_or(-1)) + '/' + std::to_string(limits.lineLimit.value_or(-1));
-  if (auto found = impl_->layouts.find(key); found != impl_->layouts.end()) return found->second;
-  TextLayout shaped = impl_->shape(kept, limits, metrics, bound, language);
-  if (impl_->layouts.size() >= kMaxCachedLayouts) impl_->layouts.clear();
-  impl_->layouts.emplace(key, shaped);
+  Impl& pango = engine();
+  if (auto found = pango.layouts.find(key); found != pango.layouts.end()) return found->second;
+  TextLayout shaped = pango.shape(kept, limits, metrics, bound, language);
+  if (pango.layouts.size() >= kMaxCachedLayouts) pango.layouts.clear();
+  pango.layouts.emplace(key, shaped);
   return shaped;
 }
 
 std::size_t PangoTextMeasurer::missingGlyphs(const StyledText& runs) const {
-  return missingGlyphCount(impl_->layoutFor(wellFormed(runs), platform::Locale::current().languageTag()).get());
+  return missingGlyphCount(engine().layoutFor(wellFormed(runs), platform::Locale::current().languageTag()).get());
 }
 
 FontMetrics PangoTextMeasurer::metrics(const FontDescription& font) const {
   const double size = font.size;
   return {constants::kLineHeightPerPoint * size, constants::kAscenderPerPoint * size,
           constants::kDescenderPerPoint * size, constants::kCapHeightPerPoint * size};
+}
+
+PangoTextMeasurer::Impl& PangoTextMeasurer::engine() const {
+  if (!impl_) impl_ = std::make_unique<Impl>();
+  return *impl_;
 }
 
 const PangoTextMeasurer& PangoTextMeasurer::shared() {

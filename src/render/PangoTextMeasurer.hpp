@@ -35,7 +35,9 @@ class PangoTextMeasurer final : public TextMeasurer {
 
  private:
   struct Impl;
-  std::unique_ptr<Impl> impl_;
+  // Made on first use: a picture without text never starts fontconfig.
+  Impl& engine() const;
+  mutable std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace quillan::render

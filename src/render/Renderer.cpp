@@ -63,6 +63,14 @@ void checkWritten(cairo_status_t status, const std::filesystem::path& path) {
 
 }  // namespace
 
+void prepareFonts() {
+  // The body size in the regular weight: the face most texts are set in. Each
+  // further face costs memory whether or not the widget shows it.
+  StyledRun sample;
+  sample.text = "Aa";
+  PangoTextMeasurer::shared().width({sample});
+}
+
 void renderToFile(const views::Node& tree, const RenderContext& context, Format format,
                   const std::filesystem::path& path) {
   const Size size = context.device.sizeOf(context.env.family);

@@ -34,4 +34,11 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
 std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context);
 std::string renderToSVG(const views::Node& tree, const RenderContext& context);
 
+// Starts the text engine and loads the font most text is drawn in, for the
+// current locale. Opening fontconfig's configuration and caches and the first
+// font files is a large part of a first drawing, and none of it needs the
+// tree: a command may call this on another thread while it reads the journal,
+// as long as it waits for the call to end before drawing.
+void prepareFonts();
+
 }  // namespace quillan::render

@@ -1,0 +1,49 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <stdexcept>
+
+#include "cli/FontPreparation.hpp"
+
+namespace quillan::cli {
+namespace {
+
+using std::chrono::hours;
+using std::chrono::milliseconds;
+
+TEST(FontPreparation, AViewReadyWithinPatienceLoadsNoFonts) {
+  std::atomic<int> loads = 0;
+  {
+    FontPreparation fonts(hours(1), [&] { ++loads; });
+    fonts.finish();
+  }
+  EXPECT_EQ(loads, 0);
+}
+
+TEST(FontPreparation, ASlowViewIsDrawnOnlyOnceTheFontsAreIn) {
+  std::promise<void> started;
+  std::atomic<bool> loaded = false;
+  FontPreparation fonts(milliseconds(0), [&] {
+    started.set_value();
+    std::this_thread::sleep_for(milliseconds(50));
+    loaded = true;
+  });
+  started.get_future().wait();
+  fonts.finish();
+  EXPECT_TRUE(loaded);
+}
+
+TEST(FontPreparation, AFailureIsLeftToTheDrawingAndFinishingTwiceIsHarmless) {
+  std::promise<void> started;
+  FontPreparation fonts(milliseconds(0), [&] {
+    started.set_value();
+    throw std::runtime_error("drawing module missing");
+  });
+  started.get_future().wait();
+  EXPECT_NO_THROW(fonts.finish());
+  EXPECT_NO_THROW(fonts.finish());
+}
+
+}  // namespace
+}  // namespace quillan::cli
