@@ -51,12 +51,15 @@ std::string clause(const Predicate& predicate, const EntityTable& table,
     }
     case Predicate::Kind::dateRangeOrUndated: {
       // Dates are REAL, or INTEGER when whole seconds. NULL and odd storage
-      // (text, blobs) are left for the reader's own decoding to judge.
+      // (text, blobs) are left for the reader's own decoding to judge. Only
+      // numbers are dropped, those below the range or at or above its end:
+      // SQLite orders every number before every text ('' the least) and
+      // every text before every blob, so `< ''` holds for numbers alone. Plain
+      // comparisons keep the scan free of typeof()'s text per row.
       const auto name = column(table, predicate.attribute());
       bindings.push_back(predicate.value());
       bindings.push_back(predicate.upperValue());
-      return "(" + name + " IS NULL OR typeof(" + name + ") NOT IN ('integer', 'real') OR (" + name +
-             " >= ? AND " + name + " < ?))";
+      return "(" + name + " IS NULL OR NOT (" + name + " < ? OR (" + name + " >= ? AND " + name + " < '')))";
     }
     case Predicate::Kind::primaryKeyIn: {
       std::string text = "Z_PK IN (";

@@ -172,6 +172,11 @@ TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
     writer.addNote({.date = moment.addingTimeInterval(-70 * 86400.0)});
     writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK = 4");
     writer.execute("UPDATE ZNOTE SET ZDATE = CAST('800000000.5' AS BLOB) WHERE Z_PK = 5");
+    // The least text and the least blob, at the edges of how SQLite orders storage classes.
+    writer.addNote({.date = moment.addingTimeInterval(-60 * 86400.0)});
+    writer.addNote({.date = moment.addingTimeInterval(-50 * 86400.0)});
+    writer.execute("UPDATE ZNOTE SET ZDATE = '' WHERE Z_PK = 6");
+    writer.execute("UPDATE ZNOTE SET ZDATE = X'' WHERE Z_PK = 7");
   }
   auto context = contextFor(directory / "Quillan.sqlite");
   const auto all = fetchNotes(*context);
@@ -181,8 +186,9 @@ TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
     return true;
   };
   const auto kept = narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(moment));
-  EXPECT_EQ(seen, (std::vector<std::optional<platform::Date>>{std::nullopt, moment, all[3]->date(), all[4]->date()}));
-  EXPECT_EQ(kept, (Notes{all[1], all[2], all[3], all[4]}));
+  EXPECT_EQ(seen, (std::vector<std::optional<platform::Date>>{std::nullopt, moment, all[3]->date(), all[4]->date(),
+                                                               all[5]->date(), all[6]->date()}));
+  EXPECT_EQ(kept, (Notes{all[1], all[2], all[3], all[4], all[5], all[6]}));
   EXPECT_EQ(kept[0]->info(), "undated");
 }
 
