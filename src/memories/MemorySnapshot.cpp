@@ -29,12 +29,16 @@ class MonthAndDayTexts {
  public:
   const std::string& text(platform::Date date) {
     const auto day = localDay(date);
+    // A journal's notes come mostly in date order, several to a day.
+    if (day == lastDay_ && lastText_) return *lastText_;
     auto& slot = sharesGregorianMonthAndDay(day) ? byMonthAndDay_[monthAndDayIndex(day)] : byDay_[day];
     if (!slot) {
       platform::DateFormatter formatter;
       formatter.setDateFormat("MMMM dd");
       slot = formatter.string(date);
     }
+    lastDay_ = day;
+    lastText_ = &*slot;
     return *slot;
   }
 
@@ -70,7 +74,10 @@ class MonthAndDayTexts {
   platform::ZoneOffsetTable offsets_{platform::TimeZone::current()};
   bool gregorianMonths_ = hasGregorianMonths(platform::Calendar::current().identifier());
   std::array<std::optional<std::string>, 12 * 31> byMonthAndDay_;
+  // Node-based: a text's address stays put as days are added.
   std::unordered_map<std::int64_t, std::optional<std::string>> byDay_;
+  std::int64_t lastDay_ = 0;
+  const std::string* lastText_ = nullptr;
 };
 
 // The questions one read of the journal answers for a view: isOnThisDay, step

@@ -17,6 +17,10 @@ void preloadExtension() {
   platform::DateFormatter formatter;
   formatter.setDateStyle(platform::DateFormatterStyle::full);
   formatter.string(now);
+  // The memories' month-and-day text: its pattern's symbols load on first use.
+  platform::DateFormatter monthAndDay;
+  monthAndDay.setDateFormat("MMMM dd");
+  monthAndDay.string(now);
   widgets::TimelineWidgetBundle::body();
 }
 
