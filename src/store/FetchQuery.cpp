@@ -94,14 +94,17 @@ std::string allColumns(const EntityDescription& entity, const EntityTable& table
 
 FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
                        const EntityTable& table)
-    : FetchQuery(request, table, allColumns(entity, table)) {}
+    : FetchQuery(request, table, allColumns(entity, table), "") {}
 
 FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
-                       const EntityTable& table, std::size_t onlyAttribute)
-    : FetchQuery(request, table, ", " + selectedColumn(entity.attributes.at(onlyAttribute), table)) {}
+                       const EntityTable& table, std::size_t judgedAttribute, const std::string& test)
+    : FetchQuery(request, table, "",
+                 " AND " + test + "(" + selectedColumn(entity.attributes.at(judgedAttribute), table) + ")") {}
 
-FetchQuery::FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns) {
-  sql_ = "SELECT Z_PK" + columns + " FROM " + table.tableName + " WHERE " + whereClause(request, table, bindings_);
+FetchQuery::FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns,
+                       const std::string& extraCondition) {
+  sql_ = "SELECT Z_PK" + columns + " FROM " + table.tableName + " WHERE " + whereClause(request, table, bindings_) +
+         extraCondition;
   sql_ += " ORDER BY ";
   for (const auto& sort : request.sortDescriptors) {
     sql_ += column(table, sort.attribute) + (sort.ascending ? " ASC, " : " DESC, ");

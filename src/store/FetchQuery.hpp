@@ -25,10 +25,11 @@ class FetchQuery {
  public:
   FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
              const EntityTable& table);
-  // The same rows in the same order, with Z_PK and the column of one
-  // attribute only: a scan that judges rows by that value reads nothing else.
+  // The Z_PK of the rows, in the same order, for which the SQL function
+  // `test` says yes of the column of one attribute: a scan that judges rows
+  // by that value reads nothing else and returns only what it keeps.
   FetchQuery(const FetchSpecification& request, const EntityDescription& entity, const EntityTable& table,
-             std::size_t onlyAttribute);
+             std::size_t judgedAttribute, const std::string& test);
 
   // Z_PK and every attribute's column of the one row whose Z_PK is bound as ?1.
   static std::string rowSql(const EntityDescription& entity, const EntityTable& table);
@@ -41,7 +42,8 @@ class FetchQuery {
                                  std::vector<Predicate::Value>& bindings);
 
  private:
-  FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns);
+  FetchQuery(const FetchSpecification& request, const EntityTable& table, const std::string& columns,
+             const std::string& extraCondition);
 
   std::string sql_;
   std::vector<Predicate::Value> bindings_;

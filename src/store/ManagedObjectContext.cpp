@@ -3,6 +3,7 @@
 #include "store/ExternalStorage.hpp"
 #include "store/FetchQuery.hpp"
 #include "store/SqliteBatchDeleteExecutor.hpp"
+#include "store/SqliteRowTest.hpp"
 #include "store/StoreErrors.hpp"
 #include "store/StoreSnapshot.hpp"
 
@@ -24,6 +25,21 @@ StoredValue columnValue(const SqliteStatement& statement, int column, AttributeK
     case AttributeKind::integer:
     case AttributeKind::boolean:
     case AttributeKind::toOne: return statement.integer(column);
+  }
+  return std::monostate{};
+}
+
+// The value a SQL function is handed, decoded as columnValue decodes a column.
+StoredValue argumentValue(const SqliteArgument& value, AttributeKind kind) {
+  if (value.isNull()) return std::monostate{};
+  switch (kind) {
+    case AttributeKind::date: return value.real();
+    case AttributeKind::string: return value.text();
+    case AttributeKind::uuid:
+    case AttributeKind::binary: return value.blob();
+    case AttributeKind::integer:
+    case AttributeKind::boolean:
+    case AttributeKind::toOne: return value.integer();
   }
   return std::monostate{};
 }
@@ -85,17 +101,24 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       query.bind(statement);
       while (statement.step()) readRow(statement);
     } else {
-      // The scan reads the judged column only; the kept rows are then read
-      // whole by primary key, in the scan's order, in the same transaction.
+      // The scan judges the one column inside SQLite and returns the kept
+      // keys alone; the kept rows are then read whole by primary key, in the
+      // scan's order, in the same transaction.
       const auto judged = attributeIndex(entity, filter->attribute);
-      const FetchQuery query(request, entity, *table, judged);
+      const auto kind = entity.attributes[judged].kind;
+      SqliteRowTest test(snapshot->database(), "quillan_keeps_row",
+                         [&](const SqliteArgument& value) { return filter->keep(argumentValue(value, kind)); });
+      const FetchQuery query(request, entity, *table, judged, test.name());
       auto scan = snapshot->database().prepare(query.sql());
       query.bind(scan);
       std::vector<std::int64_t> kept;
-      std::size_t scanned = 0;
-      for (; scan.step(); ++scanned) {
-        if (filter->keep(columnValue(scan, 1, entity.attributes[judged].kind))) kept.push_back(scan.integer(0));
+      try {
+        while (scan.step()) kept.push_back(scan.integer(0));
+      } catch (const SqliteException&) {
+        test.rethrowFailure();
+        throw;
       }
+      const std::size_t scanned = test.calls();
       if (kept.size() * kLookupsPerScan <= scanned) {
         auto row = snapshot->database().prepare(FetchQuery::rowSql(entity, *table));
         for (const auto primaryKey : kept) {
