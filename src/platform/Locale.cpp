@@ -1,6 +1,8 @@
 #include "platform/Locale.hpp"
 
 #include <unicode/calendar.h>
+#include <unicode/uloc.h>
+#include <unicode/ures.h>
 
 #include <cstdlib>
 #include <memory>
@@ -15,13 +17,27 @@ namespace {
 constexpr std::string_view kPosixLocale = "en_US_POSIX";
 
 // The languages ICU carries data for; an id outside them would silently fall
-// back to root data, which is never what the caller meant.
+// back to root data, which is never what the caller meant. Read from the index
+// of installed locales by name: the same languages as
+// icu::Locale::getAvailableLocales() gives, without building its ~800 Locale
+// objects, which took 6 ms of every command's start.
 const std::set<std::string, std::less<>>& availableLanguages() {
   static const auto languages = [] {
     std::set<std::string, std::less<>> result;
-    int32_t count = 0;
-    const icu::Locale* locales = icu::Locale::getAvailableLocales(count);
-    for (int32_t i = 0; i < count; ++i) result.emplace(locales[i].getLanguage());
+    UErrorCode status = U_ZERO_ERROR;
+    UResourceBundle* index = ures_openDirect(nullptr, "res_index", &status);
+    UResourceBundle* installed = ures_getByKey(index, "InstalledLocales", nullptr, &status);
+    while (U_SUCCESS(status) && ures_hasNext(installed)) {
+      const char* name = nullptr;
+      int32_t length = 0;
+      ures_getNextString(installed, &length, &name, &status);
+      char language[ULOC_LANG_CAPACITY];
+      UErrorCode languageStatus = U_ZERO_ERROR;
+      uloc_getLanguage(name, language, sizeof language, &languageStatus);
+      if (U_SUCCESS(status) && U_SUCCESS(languageStatus)) result.emplace(language);
+    }
+    ures_close(installed);
+    ures_close(index);
     return result;
   }();
   return languages;

@@ -73,8 +73,11 @@ TEST(Locale, IdentifiersWithoutLanguageDataAreRejected) {
       {"de_DE", "de_DE"},
       {"en_US_POSIX", "en_US_POSIX"},
       {"ja_JP@calendar=japanese", "ja_JP@calendar=japanese"},
+      {"sr_Latn_RS", "sr_Latn_RS"},
       {"xx_YY", nullptr},
       {"qq", nullptr},
+      // ICU's fallback data, not a language of its own.
+      {"root", nullptr},
       {"", nullptr},
   };
   for (const auto& c : cases) {
