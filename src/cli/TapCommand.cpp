@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/FontPreparation.hpp"
 #include "cli/OptionChecks.hpp"
 #include "cli/WidgetLookup.hpp"
 #include "render/HitTest.hpp"
@@ -30,7 +31,9 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
     render::RenderContext context;
     context.env = host.environment(widget.supportedFamilies.front());
     context.device = deviceNamed(options->device);
+    FontPreparation fonts;
     const auto tree = widget.content(currentEntryDate(widget), context.env);
+    fonts.finish();
     if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
     return 0;
   };
