@@ -15,22 +15,22 @@ constexpr const char* kTypeMismatchSource = "OnThisDayWidgetExtension/ManagedObj
 // A lookup by primary key costs about as much as scanning this many rows.
 constexpr std::size_t kLookupsPerScan = 16;
 
-StoredValue columnValue(const SqliteStatement& statement, int column, AttributeKind kind) {
-  if (statement.isNull(column)) return std::monostate{};
-  switch (kind) {
-    case AttributeKind::date: return statement.real(column);
-    case AttributeKind::string: return statement.text(column);
-    case AttributeKind::uuid:
-    case AttributeKind::binary: return statement.blob(column);
-    case AttributeKind::integer:
-    case AttributeKind::boolean:
-    case AttributeKind::toOne: return statement.integer(column);
-  }
-  return std::monostate{};
-}
+// One column of a statement's current row, read as a SqliteArgument is.
+struct SqliteColumn {
+  const SqliteStatement& statement;
+  int column;
+  bool isNull() const { return statement.isNull(column); }
+  std::int64_t integer() const { return statement.integer(column); }
+  double real() const { return statement.real(column); }
+  std::string text() const { return statement.text(column); }
+  Bytes blob() const { return statement.blob(column); }
+};
 
-// The value a SQL function is handed, decoded as columnValue decodes a column.
-StoredValue argumentValue(const SqliteArgument& value, AttributeKind kind) {
+// A stored value as the attribute's kind reads it, from a column or from the
+// argument of the scan's SQL test: both must decode alike, or the test would
+// judge a value the fetched object does not have.
+template <typename Value>
+StoredValue storedValue(const Value& value, AttributeKind kind) {
   if (value.isNull()) return std::monostate{};
   switch (kind) {
     case AttributeKind::date: return value.real();
@@ -91,7 +91,7 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
     std::vector<StoredValue> values(entity.attributes.size());
     const auto readRow = [&](const SqliteStatement& row) {
       for (std::size_t i = 0; i < entity.attributes.size(); ++i) {
-        values[i] = columnValue(row, static_cast<int>(i) + 1, entity.attributes[i].kind);
+        values[i] = storedValue(SqliteColumn{row, static_cast<int>(i) + 1}, entity.attributes[i].kind);
       }
       sink(materialize(entity, registry, row.integer(0), values));
     };
@@ -107,7 +107,7 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       const auto judged = attributeIndex(entity, filter->attribute);
       const auto kind = entity.attributes[judged].kind;
       SqliteRowTest test(snapshot->database(), "quillan_keeps_row",
-                         [&](const SqliteArgument& value) { return filter->keep(argumentValue(value, kind)); });
+                         [&](const SqliteArgument& value) { return filter->keep(storedValue(value, kind)); });
       const FetchQuery query(request, entity, *table, judged, test.name());
       auto scan = snapshot->database().prepare(query.sql());
       query.bind(scan);
