@@ -6,6 +6,7 @@
 #include <set>
 
 #include "views/Builders.hpp"
+#include "views/JsonNesting.hpp"
 #include "views/ViewTreeLimits.hpp"
 
 namespace quillan::views {
@@ -349,6 +350,35 @@ TEST(Builders, OmitAbsentBranchesAndKeepChildOrder) {
   EXPECT_EQ(stack.children()[1], text("a"));
   EXPECT_TRUE(circle().children().empty());
   EXPECT_EQ(link("u", text("l")).children().size(), 1u);
+}
+
+}  // namespace
+}  // namespace quillan::views
+
+namespace quillan::views {
+namespace {
+
+// Only real nesting counts: brackets in strings, escaped quotes and closing
+// brackets of malformed text must neither hide depth nor invent it.
+TEST(JsonNesting, CountsArraysAndObjectsOutsideStrings) {
+  const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+  struct Case {
+    std::string text;
+    std::size_t limit;
+    bool within;
+  };
+  const Case cases[] = {
+      {"[[1]]", 2, true},
+      {"[[1]]", 1, false},
+      {R"({"a": {"b": [1]}})", 3, true},
+      {R"({"a": {"b": [1]}})", 2, false},
+      {R"(["[[[[", "\"[[[["])", 1, true},
+      {R"(["\\", [[1]]])", 2, false},
+      {"]]]][[", 2, true},
+      {deep, kMaxJsonNesting, false},
+      {std::string(kMaxJsonNesting, '{'), kMaxJsonNesting, true},
+  };
+  for (const auto& c : cases) EXPECT_EQ(jsonNestsWithin(c.text, c.limit), c.within) << c.text.substr(0, 40);
 }
 
 }  // namespace
