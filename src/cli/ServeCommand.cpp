@@ -10,6 +10,7 @@
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "render/DeviceProfile.hpp"
+#include "server/PortInUse.hpp"
 #include "server/ServeLoop.hpp"
 
 namespace quillan::cli {
@@ -68,10 +69,14 @@ server::ServerOptions serverOptions(const ServeOptions& options, const HostOptio
 
 int serve(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
   const bool v6 = options.bind.find(':') != std::string::npos;
-  server::serveUntilStopped(serverOptions(options, host, modeGiven), [&](int port) {
-    std::cout << "serving http://" << (v6 ? "[" + options.bind + "]" : options.bind) << ":" << port << "/"
-              << std::endl;
-  });
+  try {
+    server::serveUntilStopped(serverOptions(options, host, modeGiven), [&](int port) {
+      std::cout << "serving http://" << (v6 ? "[" + options.bind + "]" : options.bind) << ":" << port << "/"
+                << std::endl;
+    });
+  } catch (const server::PortInUse& error) {
+    throw UsageError(std::string(error.what()) + "; choose another with --port, or 0 for a free one");
+  }
   return 0;
 }
 

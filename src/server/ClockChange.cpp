@@ -6,6 +6,7 @@
 
 #include "platform/ISO8601.hpp"
 #include "server/RequestError.hpp"
+#include "views/JsonNesting.hpp"
 
 namespace quillan::server {
 namespace {
@@ -37,6 +38,7 @@ ClockChange fromMember(const std::string& key, const nlohmann::json& value) {
 }  // namespace
 
 ClockChange parseClockChange(std::string_view body) {
+  if (!views::jsonNestsWithin(body)) throw RequestError("clock: the body nests too deep");
   const auto json = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
   if (json.is_discarded()) throw RequestError("clock: the body is not JSON");
   if (!json.is_object() || json.size() != 1) throw RequestError(kExpected);

@@ -8,6 +8,7 @@
 #include "platform/TimeZone.hpp"
 #include "render/DeviceProfile.hpp"
 #include "server/RequestError.hpp"
+#include "views/JsonNesting.hpp"
 
 namespace quillan::server {
 namespace {
@@ -52,6 +53,16 @@ void unsetSetting(PageSettings& settings, const std::string& key) {
   else throw RequestError(key + ": has no default to go back to; expected a value");
 }
 
+// As --locale checks it: ICU makes up a calendar for any keyword it does not know.
+void checkLocale(const std::string& text) {
+  const auto locale = platform::Locale::named(text);
+  if (!locale) throw badValue("locale", "unknown locale", text, "expected an ICU name, e.g. de_DE");
+  if (const auto calendar = locale->calendarKeyword(); calendar && !platform::Locale::knowsCalendar(*calendar)) {
+    throw badValue("locale", "unknown calendar keyword", "calendar=" + *calendar,
+                   "expected one ICU knows, e.g. gregorian, japanese, buddhist");
+  }
+}
+
 }  // namespace
 
 platform::Locale localeOf(const PageSettings& settings) {
@@ -79,7 +90,7 @@ void applySettingText(PageSettings& settings, const std::string& key, const std:
       throw badValue(key, "expected MAJOR.MINOR, got", text);
     }
   } else if (key == "locale") {
-    if (!platform::Locale::named(text)) throw badValue(key, "unknown locale", text);
+    checkLocale(text);
     settings.locale = text;
   } else if (key == "timeZone") {
     if (!platform::TimeZone::named(text)) throw badValue(key, "unknown time zone", text);
@@ -120,6 +131,13 @@ void applySettingsJson(PageSettings& settings, const nlohmann::json& object) {
     }
   }
   settings = changed;
+}
+
+void applySettingsBody(PageSettings& settings, std::string_view body) {
+  if (!views::jsonNestsWithin(body)) throw RequestError("environment: the body nests too deep");
+  const auto json = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
+  if (json.is_discarded()) throw RequestError("environment: the body is not JSON");
+  applySettingsJson(settings, json);
 }
 
 nlohmann::json toJson(const PageSettings& settings) {

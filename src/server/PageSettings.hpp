@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -47,6 +48,9 @@ void applySettingText(PageSettings& settings, const std::string& key, const std:
 // boolean; null puts colorScheme, renderingMode, locale, timeZone or
 // layoutDirection back to its default). Throws RequestError for anything else, changing nothing.
 void applySettingsJson(PageSettings& settings, const nlohmann::json& object);
+// The body of POST /api/environment: JSON text, checked for nesting before it
+// is parsed, then applied as applySettingsJson. Throws RequestError.
+void applySettingsBody(PageSettings& settings, std::string_view body);
 
 nlohmann::json toJson(const PageSettings& settings);
 

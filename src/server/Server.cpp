@@ -1,7 +1,9 @@
 #include "server/Server.hpp"
 
 #include <httplib.h>
+#include <sys/socket.h>
 
+#include <cerrno>
 #include <optional>
 #include <stdexcept>
 
@@ -10,19 +12,23 @@
 #include "render/HitTest.hpp"
 #include "render/Renderer.hpp"
 #include "server/ApiRequests.hpp"
+#include "server/HttpTransport.hpp"
 #include "server/Page.hpp"
+#include "server/PortInUse.hpp"
+#include "server/QueryText.hpp"
 #include "server/RequestError.hpp"
+#include "server/RequestScreen.hpp"
+#include "server/ServedHosts.hpp"
 
 namespace quillan::server {
 namespace {
 
-// Every body the API accepts is a small JSON object.
-constexpr std::size_t kMaxBodyBytes = 16 * 1024;
-// Event streams each hold one of the HTTP threads while open.
+// Event streams each hold one of the transport's workers while open.
 constexpr int kMaxOpenStreams = 8;
-constexpr int kHttpThreads = 24;
-// An idle stream still sends a comment this often, so a closed page is noticed.
+// An idle stream still sends a comment this often, so proxies keep it open.
 constexpr std::chrono::seconds kStreamHeartbeat{10};
+// How soon a stream notices that its page has gone, freeing its worker.
+constexpr std::chrono::milliseconds kStreamCheck{200};
 
 // The extension's texts may hold bytes that are not UTF-8; JSON must stay valid.
 std::string dump(const nlohmann::json& json) {
@@ -49,10 +55,33 @@ nlohmann::json clockJson(const LiveHost& host) {
   return {{"now", platform::ISO8601::format(host.now(), zoneOf(host.settings()))}};
 }
 
-nlohmann::json parseBody(const std::string& body, const std::string& what) {
-  const auto json = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw RequestError(what + ": the body is not JSON");
-  return json;
+// The target's query as the routes read it: a pair the library would split
+// by guessing is refused instead.
+QueryParameters queryOf(const httplib::Request& request) {
+  const auto mark = request.target.find('?');
+  return mark == std::string::npos ? QueryParameters() : parseQueryText(std::string_view(request.target).substr(mark + 1));
+}
+
+std::optional<std::string> headerOf(const httplib::Request& request, const char* name) {
+  if (!request.has_header(name)) return std::nullopt;
+  return request.get_header_value(name);
+}
+
+IncomingRequest incoming(const httplib::Request& request) {
+  IncomingRequest judged{request.method, request.path, {}, headerOf(request, "Origin"),
+                         headerOf(request, "Sec-Fetch-Site"), headerOf(request, "Content-Type"),
+                         headerOf(request, "Content-Length"), request.has_header("Transfer-Encoding")};
+  for (std::size_t index = 0; index < request.get_header_value_count("Host"); ++index) {
+    judged.hosts.push_back(request.get_header_value("Host", index));
+  }
+  return judged;
+}
+
+// Only SO_REUSEADDR (a restarted server may bind while old connections linger):
+// with SO_REUSEPORT a second server would share the port and its requests.
+void reuseAddressOnly(socket_t socket) {
+  const int yes = 1;
+  setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
 // Runs `handle`, answering a RequestError with 400 and its one line.
@@ -137,7 +166,6 @@ Server::Server(ServerOptions options) : options_(std::move(options)) {
                                      [this](const std::string& kind, std::uint64_t version) {
                                        publishPicture(kind, version);
                                      });
-  http_ = std::make_unique<httplib::Server>();
 }
 
 Server::~Server() { stop(); }
@@ -148,8 +176,10 @@ int Server::start() {
   const int port = options_.port == 0 ? http_->bind_to_any_port(options_.bind)
                                       : (http_->bind_to_port(options_.bind, options_.port) ? options_.port : -1);
   if (port <= 0) {
+    if (errno == EADDRINUSE) throw PortInUse(options_.port);
     throw std::runtime_error("cannot listen on " + options_.bind + ":" + std::to_string(options_.port));
   }
+  served_ = std::make_unique<ServedHosts>(options_.bind, port);
   started_ = true;
   host_->start();
   watcher_ = std::make_unique<JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
@@ -176,13 +206,22 @@ void Server::publishPicture(const std::string& kind, std::uint64_t version) {
 }
 
 void Server::route() {
+  http_ = std::make_unique<HttpTransport>();
   auto& http = *http_;
-  http.new_task_queue = [] { return new httplib::ThreadPool(kHttpThreads); };
+  http.set_socket_options(reuseAddressOnly);
   http.set_payload_max_length(kMaxBodyBytes);
-  http.set_error_handler([](const httplib::Request& request, httplib::Response& response) {
+  http.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+    const auto refused = screenRequest(incoming(request), *served_);
+    if (!refused) return httplib::Server::HandlerResponse::Unhandled;
+    answerError(response, refused->status, refused->message);
+    if (!refused->allow.empty()) response.set_header("Allow", refused->allow);
+    // The body, if any, was never read.
+    HttpTransport::closeAfterThisAnswer();
+    return httplib::Server::HandlerResponse::Handled;
+  });
+  http.set_error_handler([](const httplib::Request&, httplib::Response& response) {
     if (!response.body.empty()) return;
-    if (response.status == 404) answerError(response, 404, "no such path: " + request.path);
-    else if (response.status == 413) answerError(response, 413, "request body larger than 16 KiB");
+    if (response.status == 413) answerError(response, 413, "request body larger than 16 KiB");
     else answerError(response, response.status, "request refused");
   });
   http.set_exception_handler([](const httplib::Request&, httplib::Response& response, std::exception_ptr error) {
@@ -231,13 +270,13 @@ void Server::route() {
   });
   http.Post("/api/environment", guarded([this](const httplib::Request& request, httplib::Response& response) {
               auto settings = host_->settings();
-              applySettingsJson(settings, parseBody(request.body, "environment"));
+              applySettingsBody(settings, request.body);
               host_->changeSettings(settings);
               answerJson(response, toJson(settings));
             }));
 
   http.Get("/api/render", guarded([this](const httplib::Request& request, httplib::Response& response) {
-             const auto parsed = parseRenderRequest(request.params, host_->settings());
+             const auto parsed = parseRenderRequest(queryOf(request), host_->settings());
              const auto shown = shownView(*host_, *pictures_, parsed.kind, parsed.settings, response);
              if (!shown) return;
              const auto& view = *shown->view;
@@ -255,7 +294,7 @@ void Server::route() {
            }));
 
   http.Get("/api/tap", guarded([this](const httplib::Request& request, httplib::Response& response) {
-             const auto parsed = parseTapRequest(request.params, host_->settings());
+             const auto parsed = parseTapRequest(queryOf(request), host_->settings());
              const auto shown = shownView(*host_, *pictures_, parsed.kind, parsed.settings, response);
              if (!shown) return;
              std::lock_guard drawing(drawing_);
@@ -274,7 +313,11 @@ void Server::route() {
     response.set_chunked_content_provider(
         "text/event-stream",
         [this, sequence](std::size_t, httplib::DataSink& sink) {
-          const auto event = events_.next(*sequence, kStreamHeartbeat);
+          std::optional<EventHub::Event> event;
+          for (auto waited = std::chrono::milliseconds(0); !event && waited < kStreamHeartbeat; waited += kStreamCheck) {
+            if (!sink.is_writable() || events_.closed()) return false;
+            event = events_.next(*sequence, kStreamCheck);
+          }
           if (events_.closed()) return false;
           const std::string text = event ? event->text : std::string(": heartbeat\n\n");
           if (event) *sequence = event->sequence + 1;

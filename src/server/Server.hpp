@@ -11,11 +11,10 @@
 #include "server/ServerOptions.hpp"
 #include "server/WidgetPictures.hpp"
 
-namespace httplib {
-class Server;
-}
-
 namespace quillan::server {
+
+class HttpTransport;
+class ServedHosts;
 
 // `serve`: the live host and its page over HTTP (routes in the README).
 //
@@ -31,7 +30,8 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   // Binds options.bind:options.port and serves in the background; returns
-  // the port. Throws std::runtime_error when the address cannot be bound.
+  // the port. Throws PortInUse when another process listens there, and
+  // std::runtime_error when the address cannot be bound otherwise.
   int start();
   // Ends open event streams, stops answering and joins every thread.
   void stop();
@@ -52,7 +52,9 @@ class Server {
   std::mutex drawing_;
   std::unique_ptr<LiveHost> host_;
   std::unique_ptr<JournalWatcher> watcher_;
-  std::unique_ptr<httplib::Server> http_;
+  std::unique_ptr<HttpTransport> http_;
+  // Known once bound: the names and port requests must be addressed to.
+  std::unique_ptr<ServedHosts> served_;
   std::thread listener_;
   bool started_ = false;
 };

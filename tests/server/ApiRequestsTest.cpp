@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/BufferedRequest.hpp"
 #include "server/ClockChange.hpp"
+#include "server/QueryText.hpp"
 #include "server/RequestError.hpp"
+#include "server/RequestScreen.hpp"
 #include "server/WidgetsJson.hpp"
 #include "platform/ISO8601.hpp"
 
@@ -126,6 +129,116 @@ TEST(ClockBodyTest, AcceptsTheThreeFormsOnly) {
     EXPECT_THAT(refusal([&] { parseClockChange(bad); }), Not("accepted")) << bad;
   }
   EXPECT_THAT(refusal([] { parseClockChange(R"({"now": "soon"})"); }), HasSubstr("now: not an ISO-8601 date"));
+}
+
+TEST(QueryTextTest, DecodesFormPairsAndRefusesAmbiguousOnes) {
+  EXPECT_EQ(parseQueryText("kind=StreakWidget&format=png&&v=3"),
+            (QueryParameters{{"kind", "StreakWidget"}, {"format", "png"}, {"v", "3"}}));
+  EXPECT_EQ(parseQueryText("locale=ja_JP%40calendar%3Djapanese&timeZone=Asia%2fTokyo&x=a+b&flag"),
+            (QueryParameters{{"locale", "ja_JP@calendar=japanese"}, {"timeZone", "Asia/Tokyo"}, {"x", "a b"}, {"flag", ""}}));
+  EXPECT_EQ(parseQueryText("kind=A&kind=B").count("kind"), 2u);
+  const std::vector<std::pair<std::string, std::string>> refused = {
+      {"kind=Streak=Widget", "a second '='"},   {"kind=%", "broken %-escape"}, {"kind=%4", "broken %-escape"},
+      {"kind=%G1", "broken %-escape"},          {"=StreakWidget", "without a name"},
+  };
+  for (const auto& [query, problem] : refused) {
+    EXPECT_THAT(refusal([&] { parseQueryText(query); }), HasSubstr(problem)) << query;
+  }
+}
+
+// A request as the page sends it, to be spoiled one field at a time.
+IncomingRequest pagePost(const std::string& path) {
+  return {"POST", path, {"127.0.0.1:8080"}, "http://127.0.0.1:8080", "same-origin", "application/json", "12", false};
+}
+
+TEST(RequestScreenTest, RefusesWhatThePageWouldNeverSend) {
+  const ServedHosts served("127.0.0.1", 8080);
+  struct Case {
+    std::string name;
+    std::function<void(IncomingRequest&)> spoil;
+    int status;  // 0: accepted
+    std::string message;
+  };
+  const std::vector<Case> cases = {
+      {"the page's own post", [](IncomingRequest&) {}, 0, ""},
+      {"a client naming no origin", [](IncomingRequest& r) { r.origin.reset(), r.fetchSite.reset(); }, 0, ""},
+      {"json with a charset", [](IncomingRequest& r) { r.contentType = "Application/JSON; charset=utf-8"; }, 0, ""},
+      {"localhost", [](IncomingRequest& r) { r.hosts = {"LOCALHOST:8080"}, r.origin = "http://localhost:8080"; }, 0, ""},
+      {"a read", [](IncomingRequest& r) { r.method = "GET", r.contentType.reset(), r.origin = "http://evil.example"; }, 0, ""},
+      {"a rebound name", [](IncomingRequest& r) { r.hosts = {"evil.example:8080"}; }, 421, "Host: not a name"},
+      {"another port", [](IncomingRequest& r) { r.hosts = {"127.0.0.1:8081"}; }, 421, "Host:"},
+      {"no host", [](IncomingRequest& r) { r.hosts.clear(); }, 400, "exactly one Host"},
+      {"two hosts", [](IncomingRequest& r) { r.hosts.push_back("127.0.0.1:8080"); }, 400, "exactly one Host"},
+      {"an unknown path", [](IncomingRequest& r) { r.path = "/api/nothing"; }, 404, "no such path \"/api/nothing\""},
+      {"a put", [](IncomingRequest& r) { r.method = "PUT"; }, 405, "method: not allowed"},
+      {"a preflight", [](IncomingRequest& r) { r.method = "OPTIONS"; }, 405, "\"OPTIONS\""},
+      {"a negative length", [](IncomingRequest& r) { r.contentLength = "-1"; }, 400, "Content-Length: not a byte count \"-1\""},
+      {"a signed length", [](IncomingRequest& r) { r.contentLength = "+5"; }, 400, "Content-Length:"},
+      {"an endless length", [](IncomingRequest& r) { r.contentLength = std::string(30, '9'); }, 400, "Content-Length:"},
+      {"a long body", [](IncomingRequest& r) { r.contentLength = "16385"; }, 413, "16 KiB"},
+      {"a chunked body", [](IncomingRequest& r) { r.transferEncoded = true; }, 411, "Content-Length"},
+      {"another site", [](IncomingRequest& r) { r.fetchSite = "cross-site"; }, 403, "Sec-Fetch-Site"},
+      {"another origin", [](IncomingRequest& r) { r.origin = "http://evil.example:8080"; }, 403, "Origin:"},
+      {"an opaque origin", [](IncomingRequest& r) { r.origin = "null"; }, 403, "Origin:"},
+      {"a form's text", [](IncomingRequest& r) { r.contentType = "text/plain"; }, 415, "expected application/json"},
+      {"no type", [](IncomingRequest& r) { r.contentType.reset(); }, 415, "Content-Type:"},
+  };
+  for (const auto& [name, spoil, status, message] : cases) {
+    SCOPED_TRACE(name);
+    auto request = pagePost("/api/clock");
+    spoil(request);
+    const auto refused = screenRequest(request, served);
+    EXPECT_EQ(refused ? refused->status : 0, status);
+    if (refused) {
+      EXPECT_THAT(refused->message, HasSubstr(message));
+      EXPECT_EQ(refused->message.find('\n'), std::string::npos);
+      EXPECT_EQ(refused->allow, status == 405 ? "GET, HEAD, POST" : "");
+    }
+  }
+  auto post = pagePost("/api/render");
+  EXPECT_EQ(screenRequest(post, served)->allow, "GET, HEAD");
+}
+
+TEST(RequestScreenTest, TheBoundAddressIsServedBesideTheLoopbackNames) {
+  const ServedHosts served("::1", 80);
+  for (const std::string host : {"[::1]:80", "[::1]", "localhost", "127.0.0.1:80"}) EXPECT_TRUE(served.serves(host)) << host;
+  for (const std::string host : {"::1", "[::1]:8080", "localhost.evil.example", ""}) EXPECT_FALSE(served.serves(host)) << host;
+  EXPECT_TRUE(served.isOwnOrigin("http://[::1]"));
+  EXPECT_FALSE(served.isOwnOrigin("https://[::1]"));
+  EXPECT_TRUE(ServedHosts("192.168.1.5", 9000).serves("192.168.1.5:9000"));
+}
+
+TEST(BufferedRequestTest, ARequestIsCompleteWithItsHeadAndAnnouncedBody) {
+  const std::string head = "POST /api/clock HTTP/1.1\r\nHost: h\r\ncontent-length:  4 \r\n\r\n";
+  const std::vector<std::pair<std::string, RequestArrival>> cases = {
+      {"", RequestArrival::incomplete},
+      {"GET / HTTP/1.1\r\nHost: h\r\n", RequestArrival::incomplete},
+      {"GET / HTTP/1.1\r\nHost: h\r\n\r\n", RequestArrival::complete},
+      {"GET / HTTP/1.1\nHost: h\n\n", RequestArrival::complete},
+      {head, RequestArrival::incomplete},
+      {head + "{}", RequestArrival::incomplete},
+      {head + "{ }}", RequestArrival::complete},
+      {"POST / HTTP/1.1\r\nContent-Length: -1\r\n\r\n", RequestArrival::complete},
+      {"POST / HTTP/1.1\r\nContent-Length: 999999\r\n\r\n", RequestArrival::complete},
+      {"GET / HTTP/1.1\r\nX: " + std::string(kMaxHeadBytes, 'x'), RequestArrival::tooLarge},
+      {"GET / HTTP/1.1\r\nX: " + std::string(kMaxHeadBytes, 'x') + "\r\n\r\n", RequestArrival::tooLarge},
+  };
+  for (const auto& [buffered, arrival] : cases) {
+    EXPECT_EQ(requestArrival(buffered), arrival) << buffered.substr(0, 80);
+  }
+}
+
+TEST(RequestBodyTest, EveryValidatorRefusesAsTheCommandLineDoes) {
+  PageSettings settings;
+  const std::string calendar = "locale: unknown calendar keyword \"calendar=martian\"";
+  EXPECT_THAT(refusal([&] { applySettingsBody(settings, R"({"locale": "en_US@calendar=martian"})"); }), HasSubstr(calendar));
+  EXPECT_THAT(refusal([&] { applySettingText(settings, "locale", "en_US@calendar=martian"); }), HasSubstr(calendar));
+  applySettingsBody(settings, R"({"locale": "ja_JP@calendar=japanese"})");
+  EXPECT_EQ(settings.locale, "ja_JP@calendar=japanese");
+  const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+  EXPECT_THAT(refusal([&] { applySettingsBody(settings, deep); }), HasSubstr("environment: the body nests too deep"));
+  EXPECT_THAT(refusal([&] { parseClockChange(R"({"rate": )" + deep + "}"); }), HasSubstr("clock: the body nests too deep"));
+  EXPECT_THAT(refusal([&] { applySettingsBody(settings, "{locale"); }), HasSubstr("not JSON"));
 }
 
 TEST(WidgetsJsonTest, FailedWidgetsCarryTheirReasonAndUnknownsAreNull) {

@@ -9,11 +9,13 @@
 
 #include "ServerFixture.hpp"
 #include "fixtures/JournalWriter.hpp"
+#include "server/PortInUse.hpp"
 
 namespace quillan::server {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 using namespace quillan::testing;
 
@@ -136,6 +138,174 @@ TEST_F(ServerTest, BadRequestsAreRefusedWithOneLineNamingTheProblem) {
     EXPECT_EQ(result->body.find('\n'), std::string::npos);
     EXPECT_THAT(jsonOf(result)["error"].get<std::string>(), HasSubstr(message));
   }
+}
+
+TEST_F(ServerTest, OnlyThePageItselfMayChangeTheHost) {
+  const std::string own = "http://127.0.0.1:" + std::to_string(port_);
+  struct Case {
+    std::string path;
+    httplib::Headers headers;
+    std::string contentType;
+    int status;
+  };
+  const std::vector<Case> cases = {
+      {"/api/clock", {{"Origin", "http://evil.example"}}, "text/plain", 403},
+      {"/api/clock", {{"Origin", "http://evil.example"}}, "application/json", 403},
+      {"/api/environment", {{"Sec-Fetch-Site", "cross-site"}}, "text/plain", 403},
+      {"/api/clock", {}, "text/plain", 415},
+      {"/api/environment", {}, "application/x-www-form-urlencoded", 415},
+  };
+  const auto clockBefore = jsonOf(client_->Get("/api/clock"));
+  for (const auto& [path, headers, contentType, status] : cases) {
+    SCOPED_TRACE(path + " " + contentType + " " + (headers.empty() ? "" : headers.begin()->second));
+    const auto body = path == "/api/clock" ? R"({"rate": 1000})" : R"({"colorScheme": "dark"})";
+    const auto refused = client_->Post(path.c_str(), headers, body, contentType.c_str());
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->status, status);
+    EXPECT_FALSE(refused->has_header("Access-Control-Allow-Origin"));
+    EXPECT_TRUE(jsonOf(refused)["error"].is_string()) << refused->body;
+  }
+  EXPECT_EQ(jsonOf(client_->Get("/api/clock")), clockBefore);
+  EXPECT_EQ(jsonOf(client_->Get("/api/environment"))["colorScheme"], nullptr);
+  const auto preflight = client_->Options("/api/clock", {{"Origin", "http://evil.example"}});
+  ASSERT_TRUE(preflight);
+  EXPECT_EQ(preflight->status, 405);
+  EXPECT_EQ(preflight->get_header_value("Allow"), "GET, HEAD, POST");
+  EXPECT_FALSE(preflight->has_header("Access-Control-Allow-Origin"));
+  const auto pinned = client_->Post("/api/clock", {{"Origin", own}, {"Sec-Fetch-Site", "same-origin"}},
+                                    std::string(R"({"now": ")") + kServerNow + R"("})", "application/json");
+  ASSERT_TRUE(pinned);
+  EXPECT_EQ(pinned->status, 200);
+}
+
+TEST_F(ServerTest, OnlyTheNamesTheServerIsReachedByAreAnswered) {
+  const auto port = ":" + std::to_string(port_);
+  const std::string path = "/api/render?kind=OnThisDayWidget&format=json";
+  for (const auto& host : std::vector<std::string>{"127.0.0.1" + port, "localhost" + port, "LocalHost" + port}) {
+    const auto answered = client_->Get(path.c_str(), {{"Host", host}});
+    ASSERT_TRUE(answered);
+    EXPECT_EQ(answered->status, 200) << host;
+    EXPECT_THAT(answered->body, HasSubstr("a year ago")) << host;
+  }
+  for (const auto& host : std::vector<std::string>{"evil.example" + port, "127.0.0.1:1", "127.0.0.1"}) {
+    const auto refused = client_->Get(path.c_str(), {{"Host", host}});
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->status, 421) << host;
+    EXPECT_THAT(refused->body, Not(HasSubstr("a year ago")));
+  }
+}
+
+TEST_F(ServerTest, MalformedRequestsAreRefusedWithTheirOwnStatus) {
+  const auto host = "Host: 127.0.0.1:" + std::to_string(port_) + "\r\nConnection: close\r\n";
+  struct Case {
+    std::string request;
+    int status;
+    std::string message;
+  };
+  const std::vector<Case> cases = {
+      {"PUT /api/clock HTTP/1.1\r\n" + host + "Content-Length: 2\r\n\r\n{}", 405, "not allowed on /api/clock"},
+      {"DELETE /api/widgets HTTP/1.1\r\n" + host + "\r\n", 405, "not allowed on /api/widgets"},
+      {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: -1\r\n\r\n{}",
+       400, "Content-Length: not a byte count"},
+      {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n",
+       411, "Content-Length"},
+      {"GET /api/render?kind=Streak=Widget HTTP/1.1\r\n" + host + "\r\n", 400, "a second '='"},
+      {"GET /api/render?kind=Streak%ZZ HTTP/1.1\r\n" + host + "\r\n", 400, "broken %-escape"},
+      {"GET /api/widgets HTTP/1.1\r\nX: " + std::string(9000, 'x') + "\r\n\r\n", 431, "8 KiB"},
+      {"POST /api/environment HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: 40\r\n\r\n" +
+           R"({"locale": "en_US@calendar=martian"}    )", 400, "unknown calendar keyword"},
+  };
+  for (const auto& [request, status, message] : cases) {
+    SCOPED_TRACE(request.substr(0, 60));
+    RawClient raw(port_);
+    ASSERT_TRUE(raw.send(request));
+    const auto answer = raw.receive(std::chrono::seconds(10));
+    EXPECT_EQ(statusOf(answer), status) << answer.substr(0, 300);
+    const auto body = answer.substr(std::min(answer.find("\r\n\r\n"), answer.size()));
+    EXPECT_THAT(jsonOf(client_->Get("/api/clock")), Not(nullptr));
+    EXPECT_THAT(body, HasSubstr(message));
+    if (status == 405) {
+      EXPECT_THAT(answer, HasSubstr("Allow: GET, HEAD"));
+    }
+  }
+}
+
+// 100 connections send their request a line at a time, as slowly as the old
+// per-read timeout allowed; others are answered meanwhile, and the slow ones
+// are cut off once their request is overdue however steadily they send.
+TEST_F(ServerTest, SlowClientsCannotStarveOthers) {
+  const auto host = "Host: 127.0.0.1:" + std::to_string(port_) + "\r\n";
+  std::vector<std::unique_ptr<RawClient>> slow;
+  for (int index = 0; index < 100; ++index) {
+    slow.push_back(std::make_unique<RawClient>(port_));
+    slow.back()->send(index % 2 ? "GET /api/widgets HTTP/1.1\r\n"
+                                : "POST /api/clock HTTP/1.1\r\n" + host +
+                                      "Content-Type: application/json\r\nContent-Length: 200\r\n\r\n{");
+  }
+  auto probe = std::make_unique<httplib::Client>("127.0.0.1", port_);
+  probe->set_connection_timeout(2, 0);
+  probe->set_read_timeout(2, 0);
+  const auto start = std::chrono::steady_clock::now();
+  int probes = 0;
+  while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(7500)) {
+    for (auto& client : slow) client->send(" ");
+    if (probes < 3) {
+      const auto answered = probe->Get("/api/clock");
+      ASSERT_TRUE(answered) << "probe " << probes << ": " << httplib::to_string(answered.error());
+      EXPECT_EQ(answered->status, 200);
+      ++probes;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  }
+  for (std::size_t index = 0; index < slow.size(); ++index) {
+    EXPECT_TRUE(slow[index]->closedByServer()) << "slow client " << index << " is still connected";
+  }
+}
+
+TEST_F(ServerTest, AClosedEventStreamFreesItsSlotAtOnce) {
+  const auto host = "Host: 127.0.0.1:" + std::to_string(port_) + "\r\n";
+  const auto openStream = [&](RawClient& raw) {
+    raw.send("GET /api/events HTTP/1.1\r\n" + host + "\r\n");
+    return statusOf(raw.receive(std::chrono::seconds(5), "\r\n"));
+  };
+  {
+    std::vector<std::unique_ptr<RawClient>> streams;
+    for (int index = 0; index < 8; ++index) {
+      streams.push_back(std::make_unique<RawClient>(port_));
+      EXPECT_EQ(openStream(*streams.back()), 200);
+    }
+    RawClient ninth(port_);
+    EXPECT_EQ(openStream(ninth), 503);
+  }
+  const auto closed = std::chrono::steady_clock::now();
+  std::vector<std::unique_ptr<RawClient>> reopened;
+  EXPECT_TRUE(eventually(
+      [&] {
+        while (reopened.size() < 8) {
+          reopened.push_back(std::make_unique<RawClient>(port_));
+          if (openStream(*reopened.back()) != 200) {
+            reopened.pop_back();
+            return false;
+          }
+        }
+        return true;
+      },
+      std::chrono::seconds(4)))
+      << reopened.size() << " streams reopened in "
+      << std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - closed).count() << " ms";
+}
+
+TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
+  const auto command = "timeout 30 " + std::string(QUILLAN_CLI_PATH) + " serve --group-container " +
+                       folder_->journal().parent_path().string() + " --port " + std::to_string(port_) + " 2>&1";
+  FILE* output = popen(command.c_str(), "r");
+  ASSERT_NE(output, nullptr);
+  std::string text;
+  char chunk[256];
+  while (const auto read = fread(chunk, 1, sizeof chunk, output)) text.append(chunk, read);
+  const int status = pclose(output);
+  EXPECT_EQ(WEXITSTATUS(status), 2) << text;
+  EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) + " is in use; choose another with --port, or 0 for a free one\n");
 }
 
 TEST_F(ServerTest, UnknownPathsAndOversizedBodiesAreRefused) {
