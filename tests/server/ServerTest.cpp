@@ -290,7 +290,7 @@ TEST_F(ServerTest, AClosedEventStreamFreesItsSlotAtOnce) {
         }
         return true;
       },
-      std::chrono::seconds(4)))
+      std::chrono::seconds(2)))
       << reopened.size() << " streams reopened in "
       << std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - closed).count() << " ms";
 }
