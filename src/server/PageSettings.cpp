@@ -63,6 +63,27 @@ void checkLocale(const std::string& text) {
   }
 }
 
+// As --platform-version takes it: phones report a patch level too, which
+// widgets never tell apart.
+std::string checkedPlatformVersion(const std::string& text) {
+  constexpr const char* kHint = "expected MAJOR, MAJOR.MINOR or MAJOR.MINOR.PATCH, e.g. 17.0.1";
+  std::string_view majorMinor = text;
+  if (const auto first = text.find('.'); first != std::string::npos) {
+    if (const auto second = text.find('.', first + 1); second != std::string::npos) {
+      const auto patch = majorMinor.substr(second + 1);
+      if (patch.empty() || patch.size() > 4 || patch.find_first_not_of("0123456789") != std::string_view::npos) {
+        throw badValue("platformVersion", "not a version", text, kHint);
+      }
+      majorMinor = majorMinor.substr(0, second);
+    }
+  }
+  try {
+    return views::parsePlatformVersion(majorMinor).toString();
+  } catch (const views::EnvironmentParseError&) {
+    throw badValue("platformVersion", "not a version", text, kHint);
+  }
+}
+
 }  // namespace
 
 platform::Locale localeOf(const PageSettings& settings) {
@@ -84,11 +105,7 @@ void applySettingText(PageSettings& settings, const std::string& key, const std:
   } else if (key == "renderingMode") {
     settings.renderingMode = checkedName<views::WidgetRenderingMode>(key, text);
   } else if (key == "platformVersion") {
-    try {
-      settings.platformVersion = views::parsePlatformVersion(text).toString();
-    } catch (const views::EnvironmentParseError&) {
-      throw badValue(key, "expected MAJOR.MINOR, got", text);
-    }
+    settings.platformVersion = checkedPlatformVersion(text);
   } else if (key == "locale") {
     checkLocale(text);
     settings.locale = text;

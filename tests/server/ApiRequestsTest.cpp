@@ -233,8 +233,13 @@ TEST(RequestBodyTest, EveryValidatorRefusesAsTheCommandLineDoes) {
   const std::string calendar = "locale: unknown calendar keyword \"calendar=martian\"";
   EXPECT_THAT(refusal([&] { applySettingsBody(settings, R"({"locale": "en_US@calendar=martian"})"); }), HasSubstr(calendar));
   EXPECT_THAT(refusal([&] { applySettingText(settings, "locale", "en_US@calendar=martian"); }), HasSubstr(calendar));
-  applySettingsBody(settings, R"({"locale": "ja_JP@calendar=japanese"})");
+  applySettingsBody(settings, R"({"locale": "ja_JP@calendar=japanese", "platformVersion": "17.2.1"})");
   EXPECT_EQ(settings.locale, "ja_JP@calendar=japanese");
+  EXPECT_EQ(settings.platformVersion, "17.2");
+  for (const std::string version : {"17.0.", "17.0.x", "17.0.12345", "17..1", "seventeen"}) {
+    EXPECT_THAT(refusal([&] { applySettingText(settings, "platformVersion", version); }),
+                HasSubstr("platformVersion: not a version")) << version;
+  }
   const std::string deep = std::string(100000, '[') + std::string(100000, ']');
   EXPECT_THAT(refusal([&] { applySettingsBody(settings, deep); }), HasSubstr("environment: the body nests too deep"));
   EXPECT_THAT(refusal([&] { parseClockChange(R"({"rate": )" + deep + "}"); }), HasSubstr("clock: the body nests too deep"));
