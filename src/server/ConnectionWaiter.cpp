@@ -119,7 +119,7 @@ void ConnectionWaiter::admit(Connection connection) {
   auto last = std::prev(waiting_.end());
   // The request usually came with the connection, and a kept-alive one may
   // already hold its next: either is answered before any limit is counted.
-  if (!readFrom(*last)) {
+  if (requestArrival(last->connection.buffered) == RequestArrival::incomplete && !readFrom(*last)) {
     closeConnection(last->connection);
     waiting_.erase(last);
     return;

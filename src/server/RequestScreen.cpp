@@ -15,6 +15,7 @@ struct Route {
   bool changesHost;  // also takes POST
 };
 
+// The paths Server::route() answers; a path missing here is never routed.
 constexpr std::array<Route, 9> kRoutes{{{"/", false},
                                          {"/page.js", false},
                                          {"/page.css", false},
