@@ -243,8 +243,8 @@ TEST_F(ServerTest, SlowClientsCannotStarveOthers) {
                                       "Content-Type: application/json\r\nContent-Length: 200\r\n\r\n{");
   }
   auto probe = std::make_unique<httplib::Client>("127.0.0.1", port_);
-  probe->set_connection_timeout(2, 0);
-  probe->set_read_timeout(2, 0);
+  probe->set_connection_timeout(1, 0);
+  probe->set_read_timeout(1, 0);
   const auto start = std::chrono::steady_clock::now();
   int probes = 0;
   while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(7500)) {
