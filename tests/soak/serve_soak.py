@@ -709,6 +709,8 @@ def main():
     print(f"seed {arguments.seed}")
     try:
         soak.run()
+    except SystemExit as stop:
+        soak.fail(str(stop.code))
     finally:
         soak.cleanUp()
     for line in soak.failures:
