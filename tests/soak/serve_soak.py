@@ -109,8 +109,12 @@ class Api:
 
     def openStream(self, path, timeout):
         connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=timeout)
-        connection.request("GET", path, headers={"Accept": "text/event-stream"})
-        return connection, connection.getresponse()
+        try:
+            connection.request("GET", path, headers={"Accept": "text/event-stream"})
+            return connection, connection.getresponse()
+        except BaseException:
+            connection.close()
+            raise
 
 
 # ---- the journal, written as the app writes it ----
