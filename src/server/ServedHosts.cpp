@@ -1,5 +1,9 @@
 #include "server/ServedHosts.hpp"
 
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <netinet/in.h>
+
 #include <algorithm>
 #include <cctype>
 
@@ -16,12 +20,38 @@ std::string bracketed(const std::string& address) {
   return address.find(':') != std::string::npos ? "[" + address + "]" : address;
 }
 
+bool isWildcard(const std::string& address) { return address.empty() || address == "0.0.0.0" || address == "::"; }
+
+// A server bound to every interface is reached by each interface's address
+// as a literal: the names a user types to reach it from another machine. No
+// host name is added, since a rebinding page's name could be made to match.
+std::vector<std::string> interfaceAddresses() {
+  std::vector<std::string> addresses;
+  ifaddrs* interfaces = nullptr;
+  if (getifaddrs(&interfaces) != 0) return addresses;
+  for (const ifaddrs* entry = interfaces; entry; entry = entry->ifa_next) {
+    if (!entry->ifa_addr) continue;
+    char text[INET6_ADDRSTRLEN] = {};
+    const int family = entry->ifa_addr->sa_family;
+    const void* raw = nullptr;
+    if (family == AF_INET) raw = &reinterpret_cast<const sockaddr_in*>(entry->ifa_addr)->sin_addr;
+    if (family == AF_INET6) raw = &reinterpret_cast<const sockaddr_in6*>(entry->ifa_addr)->sin6_addr;
+    if (raw && inet_ntop(family, raw, text, sizeof text)) addresses.push_back(bracketed(text));
+  }
+  freeifaddrs(interfaces);
+  return addresses;
+}
+
 }  // namespace
 
 ServedHosts::ServedHosts(const std::string& bindAddress, int port) {
   const std::string suffix = ":" + std::to_string(port);
-  for (const std::string& address : {bracketed(bindAddress), std::string("127.0.0.1"), std::string("localhost"),
-                                     std::string("[::1]")}) {
+  std::vector<std::string> addresses{bracketed(bindAddress), "127.0.0.1", "localhost", "[::1]"};
+  if (isWildcard(bindAddress)) {
+    addresses.erase(addresses.begin());
+    for (auto& address : interfaceAddresses()) addresses.push_back(std::move(address));
+  }
+  for (const std::string& address : addresses) {
     if (std::find(names_.begin(), names_.end(), address + suffix) != names_.end()) continue;
     names_.push_back(address + suffix);
     // Browsers leave out the scheme's default port.

@@ -208,6 +208,16 @@ TEST(RequestScreenTest, TheBoundAddressIsServedBesideTheLoopbackNames) {
   EXPECT_TRUE(ServedHosts("192.168.1.5", 9000).serves("192.168.1.5:9000"));
 }
 
+// Bound to every interface, the server is reached by the interfaces'
+// addresses, never by the wildcard itself or a name.
+TEST(RequestScreenTest, AWildcardBindServesEveryInterfaceAddress) {
+  for (const std::string wildcard : {"0.0.0.0", "::"}) {
+    const ServedHosts served(wildcard, 9000);
+    for (const std::string host : {"127.0.0.1:9000", "[::1]:9000", "localhost:9000"}) EXPECT_TRUE(served.serves(host)) << host;
+    for (const std::string host : {"0.0.0.0:9000", "[::]:9000", "evil.example:9000"}) EXPECT_FALSE(served.serves(host)) << host;
+  }
+}
+
 TEST(BufferedRequestTest, ARequestIsCompleteWithItsHeadAndAnnouncedBody) {
   const std::string head = "POST /api/clock HTTP/1.1\r\nHost: h\r\ncontent-length:  4 \r\n\r\n";
   const std::vector<std::pair<std::string, RequestArrival>> cases = {
