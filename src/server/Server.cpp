@@ -130,7 +130,7 @@ Server::Server(ServerOptions options) : options_(std::move(options)) {
   for (int index = 0; index < options_.viewWorkers; ++index) {
     viewWorkers.push_back(std::make_unique<worker::WidgetWorker>(options_.worker));
   }
-  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers));
+  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers), options_.scheduler);
   host::HostClock clock;
   if (options_.pinnedAt) clock.pin(*options_.pinnedAt);
   host_ = std::make_unique<LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
@@ -153,6 +153,9 @@ int Server::start() {
   started_ = true;
   host_->start();
   watcher_ = std::make_unique<JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
+  healer_ = std::make_unique<ViewHealer>(*host_, *pictures_, [this](const std::string& kind, std::uint64_t version) {
+    events_.publish("widget", dump({{"kind", kind}, {"version", version}}));
+  });
   listener_ = std::thread([this] { http_->listen_after_bind(); });
   return port;
 }
@@ -163,6 +166,7 @@ void Server::stop() {
   events_.close();
   http_->stop();
   if (listener_.joinable()) listener_.join();
+  healer_.reset();
   watcher_.reset();
   host_->stop();
 }

@@ -9,6 +9,7 @@
 #include "server/JournalWatcher.hpp"
 #include "server/LiveHost.hpp"
 #include "server/ServerOptions.hpp"
+#include "server/ViewHealer.hpp"
 #include "server/WidgetPictures.hpp"
 
 namespace httplib {
@@ -52,6 +53,7 @@ class Server {
   std::mutex drawing_;
   std::unique_ptr<LiveHost> host_;
   std::unique_ptr<JournalWatcher> watcher_;
+  std::unique_ptr<ViewHealer> healer_;
   std::unique_ptr<httplib::Server> http_;
   std::thread listener_;
   bool started_ = false;
