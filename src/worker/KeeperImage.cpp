@@ -55,6 +55,13 @@ void applyDefaults(const ProcessSettings& defaults) {
   }
 }
 
+// Someone ran the command with the keeper's argument: one line, and no keeper.
+[[noreturn]] void refuseByHand() {
+  const char message[] = "quillan-widgets: --worker-keeper is started by `serve` over its control socket, not by hand\n";
+  [[maybe_unused]] const auto written = write(STDERR_FILENO, message, sizeof message - 1);
+  _exit(2);
+}
+
 std::runtime_error spawnError(const WorkerOptions& options, int error) {
   return std::runtime_error("worker: could not start the keeper " + options.keeperImage.string() + ": " +
                             std::strerror(error));
@@ -89,12 +96,12 @@ KeeperProcess spawnKeeperImage(const WorkerOptions& options) {
 
 void runKeeperImage() {
   const auto message = readMessage(kImageControlFd);
-  if (!std::holds_alternative<Json>(message)) _exit(1);
   WorkerOptions options;
   try {
+    if (!std::holds_alternative<Json>(message)) throw std::runtime_error("no limits");
     options = optionsFrom(std::get<Json>(message));
   } catch (const std::exception&) {
-    _exit(1);
+    refuseByHand();
   }
   applyDefaults(options.keeperDefaults);
   runWorkerKeeper(kImageControlFd, options);
