@@ -9,6 +9,8 @@
 #include "host/ReloadBudget.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
+#include "platform/Locale.hpp"
+#include "platform/TimeZone.hpp"
 #include "render/DeviceProfile.hpp"
 #include "server/PortInUse.hpp"
 #include "server/ServeLoop.hpp"
@@ -48,6 +50,17 @@ server::PageSettings pageSettings(const ServeOptions& options, const HostOptions
   return settings;
 }
 
+// What the command has made the process's defaults, for keepers that start
+// as a fresh image rather than inherit them.
+worker::ProcessSettings keeperDefaults(const std::filesystem::path& container, const HostOptions& host) {
+  worker::ProcessSettings defaults;
+  defaults.groupContainer = container;
+  defaults.appSupport = host.appSupport.value_or(platform::FileManager::applicationSupportBeside(container));
+  defaults.timeZone = platform::TimeZone::current().identifier();
+  defaults.locale = platform::Locale::current().identifier();
+  return defaults;
+}
+
 server::ServerOptions serverOptions(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
   checkBind(options.bind);
   server::ServerOptions server;
@@ -61,6 +74,11 @@ server::ServerOptions serverOptions(const ServeOptions& options, const HostOptio
   server.journal = container / "Quillan.sqlite";
   server.worker.deadline = std::chrono::milliseconds(std::llround(options.deadlineSeconds * 1000));
   server.worker.memoryCeilingBytes = std::llround(options.memoryCeilingMegabytes * 1024 * 1024);
+  // The server grows as it serves; its workers come from this command's image
+  // as it was started (also when the file has been replaced since), never
+  // from the server itself.
+  server.worker.keeperImage = "/proc/self/exe";
+  server.worker.keeperDefaults = keeperDefaults(container, host);
   server.scheduler.reloadBudget = options.budget;
   server.settings = pageSettings(options, host, modeGiven);
   if (host.now) server.pinnedAt = platform::ISO8601::parse(*host.now);

@@ -12,6 +12,7 @@
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
 #include "views/ViewTreeJson.hpp"
+#include "worker/KeeperImage.hpp"
 
 namespace {
 
@@ -31,6 +32,8 @@ constexpr const char* kDescription =
 
 int main(int argc, char** argv) {
   using namespace quillan;
+  // The live host starts its worker keepers from this image, fresh and small.
+  if (argc == 2 && std::string_view(argv[1]) == worker::kKeeperArgument) worker::runKeeperImage();
   platform::ExtensionLog::setSink([](std::string_view line) { std::cerr << line << "\n"; });
 
   CLI::App app(kDescription, "quillan-widgets");

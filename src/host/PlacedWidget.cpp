@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "host/RetryDelay.hpp"
+
 namespace quillan::host {
 namespace {
 
@@ -30,12 +32,6 @@ std::optional<Date> policyReloadDate(const TimelineReloadPolicy& policy, const s
   }
   if (earliest && *earliest > askedAt) return earliest;
   return askedAt.addingTimeInterval(minimumInterval);
-}
-
-double retryDelay(int consecutiveFailures, const SchedulerOptions& options) {
-  double delay = options.minimumReloadInterval;
-  for (int failure = 1; failure < consecutiveFailures && delay < options.maxRetryDelay; ++failure) delay *= 2;
-  return std::min(delay, options.maxRetryDelay);
 }
 
 }  // namespace

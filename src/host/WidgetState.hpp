@@ -39,6 +39,8 @@ struct WidgetState {
   std::uint64_t version = 0;
 
   bool ok() const { return !failure; }
+  // Placed, its first ask not answered yet: neither a timeline nor a failure.
+  bool loading() const { return !failure && !policy; }
   bool operator==(const WidgetState&) const = default;
 };
 

@@ -17,7 +17,12 @@ namespace {
 // writing (the legacy move's check) creates an empty WAL and deletes it again
 // on close, which is no commit; a commit always writes the WAL or, after a
 // checkpoint, the journal itself. A journal moved into place is a new one.
-constexpr std::uint32_t kWatchedEvents = IN_MODIFY | IN_MOVED_TO;
+constexpr std::uint32_t kWatchedEvents = IN_MODIFY | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
+// Above a missing folder only its coming back matters; the folder above may go too.
+constexpr std::uint32_t kAncestorEvents = IN_CREATE | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+// The folder's watch no longer watches the folder: it was removed, or moved
+// away (the watch would follow it to its new name).
+constexpr std::uint32_t kFolderGone = IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED;
 
 enum class Ready { changes, stop, timeout };
 
@@ -36,18 +41,20 @@ Ready waitFor(int inotify, int stop, std::optional<std::chrono::milliseconds> ti
 }  // namespace
 
 JournalWatcher::JournalWatcher(const std::filesystem::path& journal, std::function<void()> committed, Timing timing)
-    : journalName_(journal.filename().string()),
+    : folder_(journal.parent_path().empty() ? std::filesystem::path(".") : journal.parent_path()),
+      journal_(folder_ / journal.filename()),
+      journalName_(journal.filename().string()),
       walName_(journalName_ + "-wal"),
       committed_(std::move(committed)),
       timing_(timing) {
   inotify_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
   stop_ = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-  const auto folder = journal.parent_path().empty() ? std::filesystem::path(".") : journal.parent_path();
-  if (inotify_ < 0 || stop_ < 0 || inotify_add_watch(inotify_, folder.c_str(), kWatchedEvents) < 0) {
+  if (inotify_ >= 0) folderWatch_ = inotify_add_watch(inotify_, folder_.c_str(), kWatchedEvents | IN_ONLYDIR);
+  if (inotify_ < 0 || stop_ < 0 || folderWatch_ < 0) {
     const std::string reason = std::strerror(errno);
     if (inotify_ >= 0) close(inotify_);
     if (stop_ >= 0) close(stop_);
-    throw std::runtime_error("cannot watch " + folder.string() + ": " + reason);
+    throw std::runtime_error("cannot watch " + folder_.string() + ": " + reason);
   }
   thread_ = std::thread([this] { run(); });
 }
@@ -91,16 +98,50 @@ void JournalWatcher::run() {
 bool JournalWatcher::readChanges() {
   alignas(inotify_event) char buffer[8192];
   bool journalChanged = false;
+  bool rearming = false;
   while (true) {
     const auto length = read(inotify_, buffer, sizeof buffer);
-    if (length <= 0) return journalChanged;
+    if (length <= 0) break;
     for (char* at = buffer; at < buffer + length;) {
       const auto* event = reinterpret_cast<const inotify_event*>(at);
+      at += sizeof(inotify_event) + event->len;
+      if (event->wd == ancestorWatch_) {
+        rearming = true;
+        continue;
+      }
+      if (event->wd != folderWatch_) continue;
+      if ((event->mask & kFolderGone) != 0) {
+        rearming = true;
+        continue;
+      }
       const std::string name = event->len > 0 ? event->name : "";
       if (name == journalName_ || name == walName_) journalChanged = true;
-      at += sizeof(inotify_event) + event->len;
     }
   }
+  if (rearming && rearm()) journalChanged = true;
+  return journalChanged;
+}
+
+void JournalWatcher::unwatch(int& watch) {
+  if (watch >= 0) inotify_rm_watch(inotify_, watch);
+  watch = -1;
+}
+
+bool JournalWatcher::rearm() {
+  unwatch(folderWatch_);
+  unwatch(ancestorWatch_);
+  // The folder above is watched first, so a folder that comes back between
+  // the two calls is not missed.
+  for (auto above = folder_.parent_path(); ancestorWatch_ < 0 && !above.empty(); above = above.parent_path()) {
+    ancestorWatch_ = inotify_add_watch(inotify_, above.c_str(), kAncestorEvents);
+    if (above == above.root_path()) break;
+  }
+  folderWatch_ = inotify_add_watch(inotify_, folder_.c_str(), kWatchedEvents | IN_ONLYDIR);
+  if (folderWatch_ < 0) return false;
+  unwatch(ancestorWatch_);
+  // What was written before the watch was in place is seen only here.
+  std::error_code error;
+  return std::filesystem::exists(journal_, error);
 }
 
 }  // namespace quillan::server

@@ -13,6 +13,11 @@ namespace quillan::server {
 // `longest` after the first write, then calls `committed` once, on its own
 // thread. Readers touch only the -shm index, which is ignored, so the host's
 // own reads never look like a commit.
+//
+// The folder may itself be removed or replaced (the group container deleted
+// and made again): the watcher then watches the nearest folder above it that
+// exists until the folder is back, and a journal found in the folder that
+// came back counts as a commit.
 class JournalWatcher {
  public:
   struct Timing {
@@ -32,12 +37,20 @@ class JournalWatcher {
   void run();
   // Reads what inotify has; true when the journal or its WAL changed.
   bool readChanges();
+  // Watches the folder again, or the nearest folder above it while it is
+  // missing; true when the folder is watched and already holds a journal.
+  bool rearm();
+  void unwatch(int& watch);
 
+  std::filesystem::path folder_;
+  std::filesystem::path journal_;
   std::string journalName_;
   std::string walName_;
   std::function<void()> committed_;
   Timing timing_;
   int inotify_ = -1;
+  int folderWatch_ = -1;
+  int ancestorWatch_ = -1;  // while the folder is missing
   int stop_ = -1;  // an eventfd the destructor signals
   std::thread thread_;
 };

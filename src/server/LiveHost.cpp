@@ -34,7 +34,21 @@ LiveHost::~LiveHost() { stop(); }
 
 void LiveHost::start() {
   if (thread_.joinable()) return;
+  publishPlaced();
   thread_ = std::thread([this] { run(); });
+}
+
+// Every widget is on the page from the start, loading until its first ask
+// answers, so a page opened at once never sees an empty screen.
+void LiveHost::publishPlaced() {
+  std::lock_guard lock(mutex_);
+  if (!published_.empty()) return;
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+    host::WidgetState state;
+    state.kind = widget.kind;
+    state.reloadBudget = options_.reloadBudget;
+    published_.push_back({std::move(state), familyOf(widget.kind)});
+  }
 }
 
 void LiveHost::stop() {

@@ -46,8 +46,8 @@ class LiveHost {
   void start();
   void stop();
 
-  // The widgets as last published (empty before the first timelines arrived)
-  // and the clock's instant now.
+  // The widgets as last published (from start() on every placed widget, at
+  // first loading: no timeline and no failure yet) and the clock's instant now.
   std::vector<PlacedWidgetView> widgets() const;
   std::optional<PlacedWidgetView> widget(const std::string& kind) const;
   platform::Date now() const;
@@ -69,6 +69,7 @@ class LiveHost {
   };
 
   void run();
+  void publishPlaced();
   void step(host::Scheduler& scheduler, const Pending& pending, platform::Date target);
   void publish(const std::vector<PlacedWidgetView>& widgets, platform::Date at);
   std::optional<double> secondsUntilNextEvent(const std::optional<platform::Date>& next) const;

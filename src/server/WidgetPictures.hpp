@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -12,6 +13,7 @@
 #include <variant>
 #include <vector>
 
+#include "host/SchedulerOptions.hpp"
 #include "platform/Date.hpp"
 #include "server/PageSettings.hpp"
 #include "server/WidgetsJson.hpp"
@@ -36,21 +38,40 @@ using ViewOutcome = std::variant<std::shared_ptr<const EntryView>, std::string>;
 // picture (PNG, SVG, taps, several pages) cost one evaluation, and requests
 // for the same view made at once wait for the same evaluation. At most
 // kRememberedViews are kept, the oldest forgotten first.
+//
+// A view that failed (the journal locked or unreadable for a while) is built
+// again once it is due, waiting as long as the scheduler waits before asking
+// again for a failed timeline (host::retryDelay, counted in real time: the
+// journal heals in real time whatever the host's clock does).
 class WidgetPictures {
  public:
   static constexpr std::size_t kRememberedViews = 64;
+  using RealClock = std::chrono::steady_clock;
 
   // The workers are made by the caller before any thread starts; evaluations
   // run on as many at once as there are workers.
-  explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers);
+  explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
+                          host::SchedulerOptions retries = {});
 
   // The view `widget` shows, built at `at` (the host's instant) under `settings`.
   ViewOutcome view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at);
   // Why the view `widget` shows under `settings` failed, if it has been built
   // and failed; never waits nor evaluates.
   std::optional<std::string> knownFailure(const PlacedWidgetView& widget, const PageSettings& settings);
+  // Builds the view `widget` shows again when it failed and its retry is
+  // due; true when it did.
+  bool retryIfDue(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at);
 
  private:
+  struct Remembered {
+    std::shared_future<ViewOutcome> outcome;
+    int attempt = 0;   // evaluations started for it
+    int failures = 0;  // failed in a row, counted as each one ends
+    RealClock::time_point retryAt = RealClock::time_point::max();
+  };
+
+  bool dueForRetry(const Remembered& view) const;
+  void settle(const std::string& key, int attempt, bool failed);
   ViewOutcome evaluate(const worker::ViewEvaluation& evaluation);
   static worker::ViewEvaluation evaluationOf(const PlacedWidgetView& widget, const PageSettings& settings,
                                              platform::Date at);
@@ -62,8 +83,9 @@ class WidgetPictures {
   std::vector<std::unique_ptr<worker::WidgetWorker>> workers_;
   std::vector<worker::WidgetWorker*> idle_;
 
+  host::SchedulerOptions retries_;
   std::mutex viewsMutex_;
-  std::map<std::string, std::shared_future<ViewOutcome>> views_;
+  std::map<std::string, Remembered> views_;
   std::deque<std::string> order_;
 };
 

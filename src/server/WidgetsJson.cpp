@@ -25,7 +25,7 @@ nlohmann::json widgetJson(const PlacedWidgetView& widget, const platform::TimeZo
   nlohmann::json json;
   json["kind"] = state.kind;
   json["family"] = std::string(views::toString(widget.family));
-  json["state"] = state.ok() ? "ok" : "failed";
+  json["state"] = !state.ok() ? "failed" : state.loading() ? "loading" : "ok";
   if (state.failure) json["reason"] = *state.failure;
   json["entry"] = {{"date", dateJson(state.entry, zone)}};
   json["policy"] = policyJson(state.policy, zone);

@@ -16,7 +16,8 @@ struct PlacedWidgetView {
   views::WidgetFamily family;
 };
 
-// GET /api/widgets: {"now", "widgets": [{"kind", "family", "state", "reason"?,
+// GET /api/widgets: {"now", "widgets": [{"kind", "family", "state" (ok, failed,
+// or loading before the first timeline), "reason"?,
 // "entry": {"date"}, "policy", "nextReload", "reloads": {"policy", "app",
 // "budget"}, "version"}]}, dates in ISO-8601 in `zone`, null where unknown.
 nlohmann::json widgetsJson(platform::Date now, const std::vector<PlacedWidgetView>& widgets,

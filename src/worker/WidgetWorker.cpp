@@ -2,7 +2,6 @@
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +17,7 @@
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
 #include "worker/FailureReason.hpp"
+#include "worker/KeeperImage.hpp"
 #include "worker/MessageFraming.hpp"
 #include "worker/WorkerKeeper.hpp"
 
@@ -61,6 +61,9 @@ WidgetWorker::WidgetWorker(WorkerOptions options) : options_(std::move(options))
   if (options_.memorySampleInterval.count() <= 0) {
     throw std::invalid_argument("worker: the memory sample interval must be positive");
   }
+  if (!options_.keeperImage.empty() && !options_.widgets.empty()) {
+    throw std::invalid_argument("worker: a keeper started from an image serves the bundle's widgets only");
+  }
   if (options_.widgets.empty()) options_.widgets = widgets::TimelineWidgetBundle::body();
   startKeeper();
   std::vector<std::string> ignored;
@@ -69,13 +72,10 @@ WidgetWorker::WidgetWorker(WorkerOptions options) : options_(std::move(options))
 }
 
 WidgetWorker::~WidgetWorker() {
-  // Closing the sockets ends both processes: each leaves at end of file.
+  // Closing the sockets ends both processes: each leaves at end of file, and
+  // the reaper waits for the keeper.
   dropWarmWorker(false);
   if (control_ >= 0) close(control_);
-  if (keeper_ > 0) {
-    while (waitpid(keeper_, nullptr, 0) < 0 && errno == EINTR) {
-    }
-  }
 }
 
 pid_t WidgetWorker::warmWorkerPid() const {
@@ -83,7 +83,19 @@ pid_t WidgetWorker::warmWorkerPid() const {
   return warm_;
 }
 
+pid_t WidgetWorker::keeperPid() const {
+  std::lock_guard lock(mutex_);
+  return keeper_;
+}
+
 void WidgetWorker::startKeeper() {
+  if (!options_.keeperImage.empty()) {
+    const auto keeper = spawnKeeperImage(options_);
+    control_ = keeper.control;
+    keeper_ = keeper.pid;
+    reaper_.adopt(keeper_);
+    return;
+  }
   int pair[2];
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0) {
     throw std::runtime_error(std::string("worker: no socket for the keeper: ") + std::strerror(errno));
@@ -100,6 +112,7 @@ void WidgetWorker::startKeeper() {
   }
   control_ = pair[0];
   keeper_ = keeper;
+  reaper_.adopt(keeper_);
 }
 
 void WidgetWorker::dropWarmWorker(bool kill) {
@@ -116,12 +129,11 @@ void WidgetWorker::ensureWarmWorker(std::vector<std::string>& log) {
   dropWarmWorker(false);
   auto handle = control_ >= 0 ? requestWarmWorker(control_, kKeeperTimeout) : std::nullopt;
   if (!handle) {
-    // The keeper is gone too: a new one is forked from this process, which
-    // may have threads by now; the keeper touches nothing but its socket
-    // and ICU before it forks the worker.
+    // The keeper is gone too (the reaper has it): a new one is started.
+    // Forked, it comes from this process, which may have threads by now; the
+    // keeper touches nothing but its socket and ICU before it forks the worker.
     if (control_ >= 0) close(control_);
     control_ = -1;
-    if (keeper_ > 0) waitpid(keeper_, nullptr, 0);
     keeper_ = 0;
     startKeeper();
     handle = requestWarmWorker(control_, kKeeperTimeout);

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "worker/ChildReaper.hpp"
 #include "worker/Evaluation.hpp"
 #include "worker/WorkerOptions.hpp"
 
@@ -16,6 +17,11 @@ namespace quillan::worker {
 // Runs the extension's code out of the host's process, as the phone does: a
 // fatal stop, a signal, running past the deadline or past the memory ceiling
 // fails that one evaluation, never the host.
+//
+// Keepers are started from options.keeperImage when it is set (the live
+// host does so: it grows, and a keeper forked from it would start above the
+// memory ceiling), else forked. A keeper that ends is reaped at once; one
+// found gone is started again.
 //
 // Construct it once, early: before the host starts threads and before it
 // opens the journal through SQLite in any way (SQLite keeps per-file state,
@@ -57,6 +63,8 @@ class WidgetWorker {
   const WorkerOptions& options() const { return options_; }
   // The warm worker's process id, 0 while none runs.
   pid_t warmWorkerPid() const;
+  // The keeper's process id, 0 while none runs.
+  pid_t keeperPid() const;
 
  private:
   struct Reply {
@@ -74,6 +82,7 @@ class WidgetWorker {
   const widgets::WidgetConfiguration& widget(const std::string& kind) const;
 
   WorkerOptions options_;
+  ChildReaper reaper_;
   mutable std::mutex mutex_;
   int control_ = -1;
   pid_t keeper_ = 0;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -84,8 +85,10 @@ void startWarmWorker(int control, const WorkerOptions& options) {
 
 void runWorkerKeeper(int control, const WorkerOptions& options) {
   control = keepOnlyControl(control);
-  // Warm workers are reaped as they end, without a wait.
+  // Warm workers are reaped as they end, without a wait, and so are the
+  // children of a warm worker killed mid-evaluation, which come here.
   signal(SIGCHLD, SIG_IGN);
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
   signal(SIGPIPE, SIG_IGN);
   preloadExtension();
   while (true) {

@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 #include "widgets/WidgetConfiguration.hpp"
+#include "worker/Evaluation.hpp"
 
 namespace quillan::worker {
 
@@ -22,6 +24,16 @@ struct WorkerOptions {
   std::chrono::milliseconds memorySampleInterval{5};
   // The widgets the worker can evaluate, by kind. Empty means the bundle's five.
   std::vector<widgets::WidgetConfiguration> widgets;
+  // An executable that becomes a keeper when run as `IMAGE --worker-keeper`
+  // (the command; see KeeperImage.hpp). Set, every keeper is started from it
+  // as a fresh image, so a keeper started after the host has grown, or after
+  // every worker process was killed, is as small as the first; the widgets
+  // are then the bundle's. Empty, keepers are forked from the host, which
+  // suits a short-lived host or widgets only this process knows.
+  std::filesystem::path keeperImage;
+  // The process defaults a keeper started from keeperImage begins with: what
+  // a forked one inherits from the host (group container, zone, locale).
+  ProcessSettings keeperDefaults;
 };
 
 }  // namespace quillan::worker

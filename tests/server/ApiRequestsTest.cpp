@@ -273,7 +273,7 @@ TEST(WidgetsJsonTest, FailedWidgetsCarryTheirReasonAndUnknownsAreNull) {
   EXPECT_EQ(json["widgets"][0]["state"], "failed");
   EXPECT_EQ(json["widgets"][0]["reason"], "Store.swift:12: Fatal error: no date");
   EXPECT_EQ(json["widgets"][0]["reloads"], nlohmann::json({{"policy", 3}, {"app", 2}, {"budget", 70}}));
-  EXPECT_EQ(json["widgets"][1]["state"], "ok");
+  EXPECT_EQ(json["widgets"][1]["state"], "loading");
   EXPECT_FALSE(json["widgets"][1].contains("reason"));
   EXPECT_TRUE(json["widgets"][1]["entry"]["date"].is_null());
   EXPECT_TRUE(json["widgets"][1]["policy"].is_null());

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <functional>
 
 #include "ServerFixture.hpp"
 
@@ -61,6 +62,36 @@ TEST_F(JournalWatcherTest, ASteadyTrickleStillReportsWithinTheLongestWait) {
     std::this_thread::sleep_for(20ms);
   }
   EXPECT_GE(commits_, 1);
+}
+
+// The group container removed or replaced, then made again with a journal in
+// it: the watcher follows the folder back, and keeps following it after.
+TEST_F(JournalWatcherTest, AFolderThatComesBackIsWatchedAgain) {
+  const struct {
+    const char* name;
+    std::function<void(const std::filesystem::path&)> takeAway;
+  } cases[] = {
+      {"removed", [](const auto& folder) { std::filesystem::remove_all(folder); }},
+      {"moved away", [](const auto& folder) { std::filesystem::rename(folder, folder.string() + ".old"); }},
+      {"removed with the folder above",
+       [](const auto& folder) { std::filesystem::remove_all(folder.parent_path()); }},
+  };
+  for (const auto& replacement : cases) {
+    SCOPED_TRACE(replacement.name);
+    const auto group = folder_ / replacement.name / "group";
+    std::filesystem::create_directories(group);
+    std::atomic<int> commits{0};
+    JournalWatcher watcher(group / "Quillan.sqlite", [&] { ++commits; }, {20ms, 100ms});
+    replacement.takeAway(group);
+    std::this_thread::sleep_for(50ms);
+    std::filesystem::create_directories(group);
+    std::ofstream(group / "Quillan.sqlite") << "a new journal";
+    EXPECT_TRUE(eventually([&] { return commits >= 1; }, 5s));
+    std::this_thread::sleep_for(200ms);
+    const int before = commits;
+    std::ofstream(group / "Quillan.sqlite-wal", std::ios::app) << "a commit";
+    EXPECT_TRUE(eventually([&] { return commits > before; }, 5s));
+  }
 }
 
 TEST_F(JournalWatcherTest, AMissingFolderIsAnError) {

@@ -94,10 +94,16 @@ inline nlohmann::json jsonOf(const httplib::Result& result) {
 // The widgets once all five have had their first timeline asked.
 inline nlohmann::json placedWidgets(httplib::Client& client) {
   nlohmann::json widgets;
+  const auto answered = [&] {
+    for (const auto& widget : widgets["widgets"]) {
+      if (widget["state"] == "loading") return false;
+    }
+    return true;
+  };
   eventually(
       [&] {
         widgets = jsonOf(client.Get("/api/widgets"));
-        return widgets.is_object() && widgets["widgets"].size() == 5;
+        return widgets.is_object() && widgets["widgets"].size() == 5 && answered();
       },
       std::chrono::seconds(60));
   return widgets;

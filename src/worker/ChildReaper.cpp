@@ -1,0 +1,96 @@
+#include "worker/ChildReaper.hpp"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+namespace quillan::worker {
+namespace {
+
+int openPidfd(pid_t pid) { return static_cast<int>(syscall(SYS_pidfd_open, pid, 0)); }
+
+void signal(int eventFd) {
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const auto written = write(eventFd, &one, sizeof one);
+}
+
+void drain(int eventFd) {
+  std::uint64_t count = 0;
+  [[maybe_unused]] const auto got = read(eventFd, &count, sizeof count);
+}
+
+void waitFor(pid_t pid) {
+  while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+}  // namespace
+
+ChildReaper::ChildReaper() : wake_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+  if (wake_ < 0) throw std::runtime_error(std::string("worker: no eventfd for the reaper: ") + std::strerror(errno));
+  thread_ = std::thread([this] { run(); });
+}
+
+ChildReaper::~ChildReaper() {
+  {
+    std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  signal(wake_);
+  thread_.join();
+  for (const auto& child : children_) {
+    waitFor(child.pid);
+    if (child.exitFd >= 0) close(child.exitFd);
+  }
+  close(wake_);
+}
+
+void ChildReaper::adopt(pid_t pid) {
+  {
+    std::lock_guard lock(mutex_);
+    children_.push_back({pid, openPidfd(pid)});
+  }
+  signal(wake_);
+}
+
+std::size_t ChildReaper::unreaped() const {
+  std::lock_guard lock(mutex_);
+  return children_.size();
+}
+
+void ChildReaper::run() {
+  while (true) {
+    std::vector<pollfd> fds{{wake_, POLLIN, 0}};
+    {
+      std::lock_guard lock(mutex_);
+      if (stopping_) return;
+      for (const auto& child : children_) {
+        if (child.exitFd >= 0) fds.push_back({child.exitFd, POLLIN, 0});
+      }
+    }
+    if (poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR) return;
+    if (fds[0].revents != 0) drain(wake_);
+    reapEnded();
+  }
+}
+
+void ChildReaper::reapEnded() {
+  std::lock_guard lock(mutex_);
+  std::erase_if(children_, [](const Child& child) {
+    const pid_t reaped = waitpid(child.pid, nullptr, WNOHANG);
+    if (reaped == 0 || (reaped < 0 && errno != ECHILD)) return false;
+    if (child.exitFd >= 0) close(child.exitFd);
+    return true;
+  });
+}
+
+}  // namespace quillan::worker
