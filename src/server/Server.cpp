@@ -1,11 +1,8 @@
 #include "server/Server.hpp"
 
 #include <httplib.h>
-<<<<<<< HEAD
-#include <sys/socket.h>
-=======
 #include <malloc.h>
->>>>>>> host-healing
+#include <sys/socket.h>
 
 #include <cerrno>
 #include <optional>
@@ -29,13 +26,8 @@ namespace {
 
 // Event streams each hold one of the transport's workers while open.
 constexpr int kMaxOpenStreams = 8;
-<<<<<<< HEAD
-// An idle stream still sends a comment this often, so proxies keep it open.
-=======
-constexpr int kHttpThreads = 24;
 constexpr int kMallocArenas = 2;
-// An idle stream still sends a comment this often, so a closed page is noticed.
->>>>>>> host-healing
+// An idle stream still sends a comment this often, so proxies keep it open.
 constexpr std::chrono::seconds kStreamHeartbeat{10};
 // How soon a stream notices that its page has gone, freeing its worker.
 constexpr std::chrono::milliseconds kStreamCheck{200};

@@ -53,14 +53,10 @@ class Server {
   std::mutex drawing_;
   std::unique_ptr<LiveHost> host_;
   std::unique_ptr<JournalWatcher> watcher_;
-<<<<<<< HEAD
+  std::unique_ptr<ViewHealer> healer_;
   std::unique_ptr<HttpTransport> http_;
   // Known once bound: the names and port requests must be addressed to.
   std::unique_ptr<ServedHosts> served_;
-=======
-  std::unique_ptr<ViewHealer> healer_;
-  std::unique_ptr<httplib::Server> http_;
->>>>>>> host-healing
   std::thread listener_;
   bool started_ = false;
 };
