@@ -18,13 +18,31 @@ constexpr double kPencilBarWidth = 0.14;
 
 void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
 
+bool isVectorSurface(cairo_t* cr) {
+  const auto type = cairo_surface_get_type(cairo_get_target(cr));
+  return type == CAIRO_SURFACE_TYPE_SVG || type == CAIRO_SURFACE_TYPE_PDF;
+}
+
 // Strokes of one layer overlap at their round caps; drawing the layer opaque
 // and compositing it once keeps a translucent colour even. The clip keeps the
 // group as small as the symbol (with room for strokes and caps past `box`):
 // a group covers the clip, and one the size of the picture would cost a
 // composite of the whole picture per layer.
+//
+// An opaque layer looks the same drawn straight onto a vector surface, and
+// there it is: Cairo's SVG and PDF surfaces keep a few hundred bytes of every
+// group for good, which a live host drawing SVG all day would pile up.
+// `ownLayer` is for a layer that clears parts of itself, which needs the group
+// whatever its colour.
 template <typename Draw>
-void paintLayer(cairo_t* cr, Rgba color, Rect box, Draw draw) {
+void paintLayer(cairo_t* cr, Rgba color, Rect box, Draw draw, bool ownLayer = false) {
+  if (color.alpha >= 1 && !ownLayer && isVectorSurface(cr)) {
+    cairo_save(cr);
+    setColor(cr, color);
+    draw();
+    cairo_restore(cr);
+    return;
+  }
   cairo_save(cr);
   const double margin = std::max(box.width, box.height) / 2;
   cairo_new_path(cr);
@@ -119,7 +137,7 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, FontWeight weight, Rgba prima
     cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
     squareAndPencil(cr, glyph, weight);
     cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
-  });
+  }, /*ownLayer=*/true);
   paintLayer(cr, secondary, box, [&] { squareAndPencil(cr, glyph, weight); });
 }
 
