@@ -7,8 +7,9 @@ namespace quillan::cli {
 
 // Folders that must not outlive the process, even one ended by SIGINT,
 // SIGTERM or SIGHUP. The first registration installs handlers that only wake
-// a thread of their own; that thread removes every registered folder, then
-// ends the process by the same signal, as if nothing had been caught.
+// a thread of their own and wait for it; that thread removes every registered
+// folder, then the process ends by the same signal, as if nothing had been
+// caught.
 // Processes forked from this one are ended by such a signal as they would be
 // without the handlers, and remove nothing of their parent's.
 namespace RemovalOnSignal {

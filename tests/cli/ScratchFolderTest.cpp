@@ -26,6 +26,12 @@ bool holdsEntryStartingWith(const fs::path& folder, const std::string& prefix) {
   return false;
 }
 
+std::string entriesOf(const fs::path& folder) {
+  std::string names;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) names += entry.path().string() + " ";
+  return names;
+}
+
 // A user's journal, the notes a replay adds to a copy of it, and a temporary
 // folder of the test's own for the commands' private files.
 class ScratchFolders : public ::testing::Test {
@@ -57,10 +63,13 @@ class ScratchFolders : public ::testing::Test {
 };
 
 TEST_F(ScratchFolders, AreRemovedWhenTheCommandEnds) {
-  const std::vector<std::vector<std::string>> runs = {simulate("2026-11-22T12:00:00Z", "short"), demo("gallery")};
-  for (const auto& arguments : runs) {
+  auto noJournal = simulate("2026-11-22T12:00:00Z", "failed");
+  noJournal[2] = temporary().string();  // --group-container: nothing to copy
+  const std::vector<std::pair<std::vector<std::string>, int>> runs = {
+      {simulate("2026-11-22T12:00:00Z", "short"), 0}, {demo("gallery"), 0}, {noJournal, 1}};
+  for (const auto& [arguments, exitStatus] : runs) {
     const auto result = runCommand(arguments, {temporaryVariable()});
-    EXPECT_EQ(result.exitStatus, 0) << arguments.front() << ": " << result.err;
+    EXPECT_EQ(result.exitStatus, exitStatus) << arguments.front() << ": " << result.err;
     EXPECT_TRUE(fs::is_empty(temporary())) << arguments.front() << " left its private files";
   }
 }
@@ -84,7 +93,9 @@ TEST_F(ScratchFolders, AreRemovedWhenASignalEndsTheCommand) {
         << label;
     command.signal(run.signal);
     EXPECT_EQ(command.wait(), 128 + run.signal) << label << ": not ended by the signal";
-    EXPECT_TRUE(fs::is_empty(temporary())) << label << " left its private files";
+    EXPECT_EQ(entriesOf(temporary()), "") << label << " left its private files";
+    fs::remove_all(temporary());
+    fs::create_directories(temporary());
   }
 }
 
