@@ -320,8 +320,10 @@ TEST_F(Snapshot, AnUnreadableRecordingFailsItsOwnCaseAndTheOthersAreVerified) {
 
 TEST_F(Snapshot, AReadOnlySuiteIsVerifiedWithoutWritingAndOneThatMustBeWrittenIsExitTwo) {
   ASSERT_EQ(recordDefaults().exitStatus, 0);
-  // The unprivileged user reads everything and writes nowhere.
+  // The unprivileged user reads everything and writes nowhere (root would
+  // write anyway, hence the other user).
   ::chmod(suiteParent().c_str(), 0755);
+  ::chmod(dir().c_str(), 0555);
   struct Run {
     std::string edit;  // written over the compose case's view tree, when not empty
     int exitStatus;
@@ -340,6 +342,7 @@ TEST_F(Snapshot, AReadOnlySuiteIsVerifiedWithoutWritingAndOneThatMustBeWrittenIs
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), run.error.empty() ? 0 : 1) << result.err;
     EXPECT_EQ(contentsOf(dir()), before) << "the suite was written";
   }
+  ::chmod(dir().c_str(), 0755);
 }
 
 }  // namespace
