@@ -17,7 +17,8 @@
 namespace quillan::cli::RemovalOnSignal {
 namespace {
 
-constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
+// SIGABRT too: the extension's fatal stops end the process with abort().
+constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGABRT};
 
 // The handler wakes the remover through one pipe and waits on the other until
 // the folders are gone: write() and poll() are async-signal-safe, and the

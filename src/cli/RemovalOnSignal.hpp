@@ -6,7 +6,7 @@
 namespace quillan::cli {
 
 // Folders that must not outlive the process, even one ended by SIGINT,
-// SIGTERM or SIGHUP. The first registration installs handlers that only wake
+// SIGTERM or SIGHUP, or stopped by abort(). The first registration installs handlers that only wake
 // a thread of their own and wait for it; that thread removes every registered
 // folder, then the process ends by the same signal, as if nothing had been
 // caught.

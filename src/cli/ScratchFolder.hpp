@@ -9,7 +9,7 @@ namespace quillan::cli {
 
 // A new folder in the system's temporary folder (`$TMPDIR`, else /tmp) for
 // what must not outlive the command: removed with everything in it when the
-// object goes, and by SIGINT, SIGTERM or SIGHUP (see RemovalOnSignal). A
+// object goes, and by SIGINT, SIGTERM, SIGHUP or abort() (see RemovalOnSignal). A
 // process forked from the one that made it never removes it.
 class ScratchFolder {
  public:

@@ -70,6 +70,7 @@ TEST_F(ScratchFolders, AreRemovedWhenTheCommandEndsOrASignalEndsIt) {
       {simulate("2027-02-20T09:00:00Z", "long-int"), SIGINT, 128 + SIGINT},
       {demo("gallery-term"), SIGTERM, 128 + SIGTERM},
       {demo("gallery-int"), SIGINT, 128 + SIGINT},
+      {demo("gallery-abort"), SIGABRT, 128 + SIGABRT},
   };
   for (const auto& run : runs) {
     const auto label = run.arguments.front() + " with signal " + std::to_string(run.signal);

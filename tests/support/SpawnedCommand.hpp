@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,6 +28,9 @@ class SpawnedCommand {
       ::dup2(outPipe[1], STDOUT_FILENO);
       const int null = ::open("/dev/null", O_WRONLY);
       ::dup2(null, STDERR_FILENO);
+      // A test may end it by SIGABRT: no core file of it anywhere.
+      const rlimit noCore{0, 0};
+      ::setrlimit(RLIMIT_CORE, &noCore);
       std::vector<std::string> copies = {QUILLAN_CLI_PATH};
       copies.insert(copies.end(), arguments.begin(), arguments.end());
       std::vector<char*> argv;
