@@ -1,9 +1,11 @@
 #include <fstream>
 #include <iostream>
+#include <optional>
 
 #include "cli/Commands.hpp"
 #include "cli/Gallery.hpp"
 #include "cli/SampleJournalFiles.hpp"
+#include "cli/ScratchFolder.hpp"
 #include "cli/TimelineJson.hpp"
 #include "cli/WidgetLookup.hpp"
 #include "platform/Clock.hpp"
@@ -55,10 +57,13 @@ GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const Host
 int runDemo(const std::filesystem::path& directory, HostOptions& host) {
   std::filesystem::create_directories(directory);
   std::string subtitle;
+  // The sample journal lives as long as the drawing does.
+  std::optional<ScratchFolder> sample;
   if (host.groupContainer) {
     subtitle = "The journal in " + host.groupContainer->string() + ".";
   } else {
-    const auto container = makeTemporaryGroupContainer();
+    sample.emplace("quillan-widgets-demo");
+    const auto container = makeGroupContainerIn(sample->path());
     writeSampleJournal(container, host);
     platform::FileManager::setGroupContainerDirectory(container);
     // The sample is drawn as a phone of its own: a legacy journal wherever
@@ -66,7 +71,7 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
     // deleted).
     platform::FileManager::setApplicationSupportDirectory(
         platform::FileManager::applicationSupportBeside(container));
-    subtitle = "A sample journal in " + container.string() + ".";
+    subtitle = "A sample journal written for this gallery.";
   }
   subtitle += " Drawn at " + platform::ISO8601::format(platform::Clock::now(), platform::TimeZone::current()) + ".";
 
@@ -88,9 +93,9 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
 Run addDemoCommand(CLI::App& app, HostOptions& host) {
   auto* command = app.add_subcommand(
       "demo",
-      "write a sample journal into a temporary group container (or read --group-container's), draw every\n"
-      "widget in light and dark (the lock-screen one also vibrant) to PNG, and an index.html gallery whose\n"
-      "image maps open the deep links");
+      "write a sample journal into a temporary group container, removed afterwards (or read\n"
+      "--group-container's), draw every widget in light and dark (the lock-screen one also vibrant) to PNG,\n"
+      "and an index.html gallery whose image maps open the deep links");
   auto output = std::make_shared<std::filesystem::path>("quillan-widgets-demo");
   command->add_option("--output", *output, "folder for the images and index.html (default: ./quillan-widgets-demo)");
   return [command, output, &host] {

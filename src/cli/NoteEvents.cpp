@@ -7,6 +7,7 @@
 #include "cli/BoundedFile.hpp"
 #include "cli/UsageError.hpp"
 #include "platform/ISO8601.hpp"
+#include "views/JsonNesting.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -63,6 +64,9 @@ std::vector<NoteEvent> readNoteEvents(const std::filesystem::path& path, platfor
     text = readBoundedFile(path, kNoteEventsFileLimit);
   } catch (const BoundedFileError& error) {
     throw badOption("--events", "cannot read", path.string(), error.what());
+  }
+  if (!views::jsonNestsWithin(text)) {
+    throw badOption("--events", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels", path.string());
   }
   const auto json = Json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (json.is_discarded()) throw badOption("--events", "not JSON", path.string());

@@ -29,9 +29,8 @@ void copyJournal(const std::filesystem::path& journal, const std::filesystem::pa
 
 }  // namespace
 
-PrivateJournal::PrivateJournal(const std::filesystem::path& journal) {
-  groupContainer_ = makeTemporaryGroupContainer();
-  root_ = groupContainer_.parent_path();
+PrivateJournal::PrivateJournal(const std::filesystem::path& journal) : root_("quillan-widgets-journal") {
+  groupContainer_ = makeGroupContainerIn(root_.path());
   appSupport_ = platform::FileManager::applicationSupportBeside(groupContainer_);
   try {
     std::filesystem::create_directories(appSupport_);
@@ -39,17 +38,12 @@ PrivateJournal::PrivateJournal(const std::filesystem::path& journal) {
     copyJournal(journal, copy);
     appender_ = std::make_unique<fixtures::JournalAppender>(copy);
   } catch (const std::exception& error) {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
     throw std::runtime_error("cannot copy the journal " + quotedValue(journal.string()) + ": " + error.what());
   }
 }
 
-PrivateJournal::~PrivateJournal() {
-  appender_.reset();
-  std::error_code ignored;
-  std::filesystem::remove_all(root_, ignored);
-}
+// The journal is closed before its folder goes.
+PrivateJournal::~PrivateJournal() { appender_.reset(); }
 
 void PrivateJournal::addNote(platform::Date date, const std::string& text, platform::Date writtenAt) {
   appender_->addNote({.date = date, .info = text, .lastUpdate = writtenAt});

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "fixtures/JournalAppender.hpp"
+#include "cli/ScratchFolder.hpp"
 #include "platform/Date.hpp"
 
 namespace quillan::cli {
@@ -13,7 +14,9 @@ namespace quillan::cli {
 // that writes notes as the app would. The user's files are only read: a closed
 // journal byte by byte, an open one through SQLite's online backup (so
 // committed pages still in its -wal come along and the writer is never
-// disturbed). The copy and its folder are removed with the object.
+// disturbed). The copy and its folder are removed with the object, and by the
+// signals that end the command (see ScratchFolder): a copy of the user's notes
+// never outlives the command.
 class PrivateJournal {
  public:
   // Copies `journal` (a Quillan.sqlite) with its externally stored data.
@@ -32,7 +35,7 @@ class PrivateJournal {
   void addNote(platform::Date date, const std::string& text, platform::Date writtenAt);
 
  private:
-  std::filesystem::path root_;
+  ScratchFolder root_;
   std::filesystem::path groupContainer_;
   std::filesystem::path appSupport_;
   std::unique_ptr<fixtures::JournalAppender> appender_;

@@ -12,6 +12,7 @@
 #include "platform/TimeZone.hpp"
 #include "render/LayoutJson.hpp"
 #include "render/Renderer.hpp"
+#include "views/JsonNesting.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
 
@@ -67,6 +68,9 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
     text = readBoundedFile(path, kTreeFileLimit);
   } catch (const BoundedFileError& error) {
     throw badOption("--tree", "cannot read", path.string(), error.what());
+  }
+  if (!views::jsonNestsWithin(text)) {
+    throw badOption("--tree", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels", path.string());
   }
   const auto json = nlohmann::ordered_json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (json.is_discarded()) throw badOption("--tree", "not JSON", path.string());

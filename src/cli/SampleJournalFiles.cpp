@@ -1,12 +1,6 @@
 #include "cli/SampleJournalFiles.hpp"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <stdexcept>
 #include <string>
-
-#include "cli/QuotedValue.hpp"
 
 #include "fixtures/SampleJournal.hpp"
 #include "platform/Calendar.hpp"
@@ -21,12 +15,8 @@ constexpr const char* kStoreFileName = "Quillan.sqlite";
 
 }  // namespace
 
-std::filesystem::path makeTemporaryGroupContainer() {
-  auto pattern = (std::filesystem::temp_directory_path() / "quillan-widgets-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) {
-    throw std::runtime_error("cannot create a temporary folder " + quotedValue(pattern) + ": " + std::strerror(errno));
-  }
-  const auto container = std::filesystem::path(pattern) / "group.com.tarvelo.Quillan";
+std::filesystem::path makeGroupContainerIn(const std::filesystem::path& folder) {
+  const auto container = folder / "group.com.tarvelo.Quillan";
   std::filesystem::create_directories(container);
   return container;
 }

@@ -6,8 +6,8 @@
 
 namespace quillan::cli {
 
-// A new, empty group container under the system's temporary folder.
-std::filesystem::path makeTemporaryGroupContainer();
+// A group container in `folder`, named as the app's.
+std::filesystem::path makeGroupContainerIn(const std::filesystem::path& folder);
 
 // Writes the sample journal into `container` for the host's now, calendar and
 // seed. Refuses (UsageError) to touch a container that already holds a journal.

@@ -1,4 +1,3 @@
-#include <fstream>
 #include <iostream>
 #include <set>
 
@@ -7,6 +6,7 @@
 #include "cli/QuotedValue.hpp"
 #include "cli/SnapshotCase.hpp"
 #include "cli/SnapshotConfig.hpp"
+#include "cli/SnapshotFolder.hpp"
 #include "cli/SnapshotRenderer.hpp"
 #include "cli/SnapshotReport.hpp"
 #include "cli/SnapshotVerdict.hpp"
@@ -23,19 +23,7 @@ struct SnapshotOptions {
 };
 
 std::filesystem::path configPath(const SnapshotOptions& options) {
-  return options.config.value_or(options.dir / "snapshots.json");
-}
-
-void writeFile(const std::filesystem::path& path, const std::string& text) {
-  std::ofstream file(path, std::ios::binary);
-  file << text;
-  if (!file) throw std::runtime_error("cannot write " + quotedValue(path.string()));
-}
-
-void writeBytes(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (!file) throw std::runtime_error("cannot write " + quotedValue(path.string()));
+  return options.config.value_or(SnapshotFolder{options.dir}.config());
 }
 
 void requireDirectory(const std::filesystem::path& dir) {
@@ -44,11 +32,11 @@ void requireDirectory(const std::filesystem::path& dir) {
 }
 
 // The first record writes the config it runs on, for the user to review and keep.
-SnapshotConfig configForRecord(const SnapshotOptions& options, const HostOptions& host) {
+SnapshotConfig configForRecord(const SnapshotOptions& options, const HostOptions& host, const SnapshotFolder& folder) {
   const auto path = configPath(options);
   std::error_code error;
-  if (!std::filesystem::exists(path, error)) {
-    writeFile(path, snapshotConfigText(defaultSnapshotConfig(host), path));
+  if (!std::filesystem::exists(std::filesystem::symlink_status(path, error))) {
+    folder.write(path, snapshotConfigText(defaultSnapshotConfig(host), path));
     std::cout << "wrote the config " << path.string() << "\n";
   }
   return readSnapshotConfig(path);
@@ -69,44 +57,91 @@ std::vector<SnapshotCase> casesToRecord(const std::vector<SnapshotCase>& cases, 
   return chosen;
 }
 
+// Refuses a suite with a linked entry before anything in it is written.
+void refuseLinkedConfig(const SnapshotOptions& options, const SnapshotFolder& folder) {
+  if (!options.config) folder.refuseLinks({}, /*ownConfig=*/true);
+}
+
 int record(const SnapshotOptions& options, const HostOptions& host) {
   if (options.all && !options.cases.empty()) throw UsageError("--all: cannot be combined with --case");
-  std::filesystem::create_directories(options.dir);
-  const auto config = configForRecord(options, host);
   const SnapshotFolder folder{options.dir};
+  folder.makeFolder(options.dir);
+  refuseLinkedConfig(options, folder);
+  const auto config = configForRecord(options, host, folder);
   const auto cases = snapshotCases(config);
+  folder.refuseLinks(cases, !options.config);
   const auto chosen = casesToRecord(cases, options, folder);
-  std::filesystem::create_directories(options.dir / "cases");
+  folder.makeFolder(folder.cases());
   const SnapshotRenderer renderer(config);
   for (const auto& snapshotCase : chosen) {
     const auto picture = renderer.draw(snapshotCase);
-    writeFile(folder.recordedView(snapshotCase), picture.viewJson);
-    writeBytes(folder.recordedPicture(snapshotCase), picture.png);
+    folder.write(folder.recordedView(snapshotCase), picture.viewJson);
+    folder.write(folder.recordedPicture(snapshotCase), {reinterpret_cast<const char*>(picture.png.data()),
+                                                         picture.png.size()});
   }
   std::cout << "recorded " << chosen.size() << " of " << cases.size() << " cases in "
-            << std::filesystem::absolute(folder.root / "cases").string() << "\n";
+            << std::filesystem::absolute(folder.cases()).string() << "\n";
   return 0;
 }
 
+// The difference images of an earlier run would pass for this one's: the
+// first failure replaces the whole folder.
+class DifferenceWriter {
+ public:
+  explicit DifferenceWriter(const SnapshotFolder& folder) : folder_(folder) {}
+
+  void write(const SnapshotCase& snapshotCase, SnapshotVerdict& verdict) {
+    if (!verdict.difference) return;
+    if (!cleared_) {
+      folder_.remove(folder_.differences());
+      folder_.makeFolder(folder_.differences());
+      cleared_ = true;
+    }
+    const auto file = folder_.differenceImage(snapshotCase);
+    folder_.writePicture(file, *verdict.difference);
+    verdict.difference.reset();
+    verdict.differenceImage = file.lexically_relative(folder_.root).string();
+  }
+
+  // What an earlier run left that this one did not replace.
+  void removeStale(bool keepReport) const {
+    if (!cleared_) folder_.remove(folder_.differences());
+    if (!keepReport) folder_.remove(folder_.report());
+  }
+
+ private:
+  const SnapshotFolder& folder_;
+  bool cleared_ = false;
+};
+
+// Only a run with failures writes: a difference image per failing case and
+// the report. A run where every case matches leaves the suite as it found it,
+// but for the results of an earlier run, which would tell of failures gone.
 int verify(const SnapshotOptions& options) {
   requireDirectory(options.dir);
-  const auto config = readSnapshotConfig(configPath(options));
   const SnapshotFolder folder{options.dir};
-  // Difference images of an earlier run would pass for this one's.
-  std::filesystem::remove_all(options.dir / "diffs");
+  refuseLinkedConfig(options, folder);
+  const auto config = readSnapshotConfig(configPath(options));
+  const auto cases = snapshotCases(config);
+  folder.refuseLinks(cases, !options.config);
   const SnapshotRenderer renderer(config);
+  DifferenceWriter differences(folder);
   std::vector<SnapshotVerdict> verdicts;
   std::size_t failed = 0;
-  for (const auto& snapshotCase : snapshotCases(config)) {
+  for (const auto& snapshotCase : cases) {
     verdicts.push_back(judgeSnapshot(snapshotCase, renderer.draw(snapshotCase), folder, options.tolerance));
-    if (!verdicts.back().passed()) {
-      ++failed;
-      std::cout << "FAIL " << snapshotCase.name << ": " << singleLine(verdicts.back().problem) << "\n";
-    }
+    if (verdicts.back().passed()) continue;
+    ++failed;
+    std::cout << "FAIL " << snapshotCase.name << ": " << singleLine(verdicts.back().problem) << "\n";
+    differences.write(snapshotCase, verdicts.back());
   }
-  writeFile(folder.report(), snapshotReportPage(verdicts, options.tolerance));
-  std::cout << (verdicts.size() - failed) << " of " << verdicts.size() << " cases match; report "
-            << std::filesystem::absolute(folder.report()).string() << "\n";
+  differences.removeStale(/*keepReport=*/failed > 0);
+  std::cout << (verdicts.size() - failed) << " of " << verdicts.size() << " cases match";
+  if (failed > 0) {
+    folder.write(folder.report(), snapshotReportPage(verdicts, options.tolerance));
+    std::cout << "; report " << std::filesystem::absolute(folder.report()).string();
+  }
+  std::cout << "\n";
   return failed == 0 ? 0 : 1;
 }
 
@@ -124,7 +159,7 @@ Run addSnapshotCommand(CLI::App& app, const HostOptions& host) {
       "snapshot",
       "snapshot tests of the widgets: `record` draws every case of the config's matrix (view tree JSON and\n"
       "PNG), `verify` draws them again and compares; exit 0 when all match, 1 when any differs (see\n"
-      "DIR/report.html and DIR/diffs/), 2 for a bad config");
+      "DIR/report.html and DIR/diffs/), 2 for a bad config or a DIR that cannot be used");
   command->require_subcommand(1);
   auto options = std::make_shared<SnapshotOptions>();
   auto* recordCommand = command->add_subcommand(

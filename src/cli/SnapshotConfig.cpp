@@ -17,6 +17,7 @@
 #include "render/DeviceProfile.hpp"
 #include "store/CoreDataStack.hpp"
 #include "views/EnumNames.hpp"
+#include "views/JsonNesting.hpp"
 #include "views/Environment.hpp"
 
 namespace quillan::cli {
@@ -164,6 +165,9 @@ SnapshotConfig readSnapshotConfig(const std::filesystem::path& path) {
     text = readBoundedFile(path, kConfigFileLimit);
   } catch (const BoundedFileError& error) {
     throw badOption("--config", "cannot read", path.string(), error.what());
+  }
+  if (!views::jsonNestsWithin(text)) {
+    throw badOption("--config", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels", path.string());
   }
   const auto json = Json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (json.is_discarded()) throw badOption("--config", "not JSON", path.string());

@@ -1,23 +1,14 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 
 #include "cli/SnapshotCase.hpp"
+#include "cli/SnapshotFolder.hpp"
 #include "cli/SnapshotRenderer.hpp"
+#include "render/PixelImage.hpp"
 
 namespace quillan::cli {
-
-// Where a suite keeps its recordings, its difference images and its report.
-struct SnapshotFolder {
-  std::filesystem::path root;
-
-  std::filesystem::path recordedView(const SnapshotCase& c) const { return root / "cases" / (c.name + ".json"); }
-  std::filesystem::path recordedPicture(const SnapshotCase& c) const { return root / "cases" / (c.name + ".png"); }
-  std::filesystem::path differenceImage(const SnapshotCase& c) const { return root / "diffs" / (c.name + ".png"); }
-  std::filesystem::path report() const { return root / "report.html"; }
-};
 
 // How close a new picture must be to its recording to pass.
 struct SnapshotTolerance {
@@ -25,19 +16,21 @@ struct SnapshotTolerance {
   double perceptualPrecision = 1.0;  // 1 - ΔE / 100 a pixel may differ by and match
 };
 
-// Why a case failed; empty problems mean it passed. The difference image, when
-// one was written, is relative to the suite's folder.
+// Why a case failed; empty problems mean it passed. `difference` (recording,
+// new picture, difference) is drawn for a failing case whose recording could
+// be read; once written, `differenceImage` names it relative to the suite.
 struct SnapshotVerdict {
   std::string caseName;
   std::string problem;
+  std::optional<render::PixelImage> difference;
   std::optional<std::string> differenceImage;
 
   bool passed() const { return problem.empty(); }
 };
 
 // Compares a case drawn again with its recording: the view tree exactly, the
-// picture within `tolerance`. A failing case whose recorded picture exists gets
-// a difference image (reference, new, difference) in the suite's folder.
+// picture within `tolerance`. Only reads the suite's folder. A recording that
+// is missing, no regular file or no picture fails its own case.
 SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPicture& picture,
                               const SnapshotFolder& folder, const SnapshotTolerance& tolerance);
 

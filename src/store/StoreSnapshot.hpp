@@ -13,8 +13,9 @@ namespace quillan::store {
 class StoreSnapshot {
  public:
   // A fresh read-only connection: the app may have replaced the files since the
-  // last read. A journal in a folder the reader cannot write, with no -wal or
-  // -shm to share, is read as an immutable file (see readsAsImmutable).
+  // last read. It adds no file beside the journal: a WAL journal the app has
+  // closed, and one in a folder the reader cannot write with no -wal or -shm
+  // to share, are read as immutable files (see readOnlyModeFor).
   static std::unique_ptr<StoreSnapshot> open(const std::filesystem::path& storePath);
   // A read through a connection kept open by the caller.
   static std::unique_ptr<StoreSnapshot> on(std::shared_ptr<SqliteDatabase> connection);

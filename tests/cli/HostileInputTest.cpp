@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -108,9 +109,10 @@ class TreeFile {
 
 TEST(HostileTrees, ATreeTooDeepOrWithAnAbsurdFontIsOneLineNeverACrash) {
   std::string deep;
-  for (int i = 0; i < 10'000; ++i) deep += R"({"type": "VStack", "children": [)";
+  // Past the views' depth limit, well within the JSON nesting any reader accepts.
+  for (int i = 0; i < 100; ++i) deep += R"({"type": "VStack", "children": [)";
   deep += R"({"type": "Spacer"})";
-  for (int i = 0; i < 10'000; ++i) deep += "]}";
+  for (int i = 0; i < 100; ++i) deep += "]}";
   const std::string font = R"({"type": "Text", "text": "x", "modifiers": [{"modifier": "font", "font": {"size": )";
   const std::pair<std::string, std::string> cases[] = {
       {deep, "views nest more than 64 levels deep"},
@@ -125,6 +127,31 @@ TEST(HostileTrees, ATreeTooDeepOrWithAnAbsurdFontIsOneLineNeverACrash) {
     EXPECT_NE(result.err.find(problem), std::string::npos) << result.err;
     EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
     EXPECT_EQ(result.err.find("CRITICAL"), std::string::npos) << result.err;
+  }
+}
+
+// Every JSON file a one-shot command reads, nested far past what its parser's
+// readers can walk: one line naming the option, never a crash.
+TEST(HostileJson, NestingPastTheLimitIsRefusedByEveryReader) {
+  const testing::TemporaryFolder folder("quillan-hostile-json");
+  const auto file = folder.path() / "deep.json";
+  std::ofstream(file) << std::string(100'000, '[');
+  const auto suite = folder.path() / "suite";
+  fs::create_directories(suite);
+  const std::vector<std::pair<std::vector<std::string>, std::string>> readers = {
+      {{"simulate", "--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z", "--events", file.string(),
+        "--output", (folder.path() / "out").string(), "--group-container", folder.path().string()},
+       "--events"},
+      {{"snapshot", "verify", "--dir", suite.string(), "--config", file.string()}, "--config"},
+      {{"snapshot", "record", "--dir", suite.string(), "--config", file.string()}, "--config"},
+      {{"render", "--tree", file.string(), "--format", "png", "--output", (folder.path() / "x.png").string()},
+       "--tree"},
+  };
+  for (const auto& [arguments, option] : readers) {
+    const auto result = runCommand(arguments);
+    EXPECT_EQ(result.exitStatus, 2) << arguments.front() << ": " << result.err;
+    EXPECT_EQ(result.err.rfind("quillan-widgets: " + option + ": nested deeper than", 0), 0u) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
   }
 }
 

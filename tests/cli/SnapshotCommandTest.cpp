@@ -1,7 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <map>
 
 #include <nlohmann/json.hpp>
 
@@ -29,6 +36,65 @@ std::string readText(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// Every file under `folder`, by relative path, with its bytes.
+std::map<std::string, std::string> contentsOf(const fs::path& folder) {
+  std::map<std::string, std::string> contents;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    contents[entry.path().lexically_relative(folder).string()] =
+        entry.is_regular_file() ? readText(entry.path()) : "(folder)";
+  }
+  return contents;
+}
+
+std::string caseName(const std::string& kind, const std::string& scheme) {
+  return kind + "_" + scheme + "_fullColor_17.0_393x852_en-US";
+}
+
+// A PNG of 0x0 pixels, well formed but for that.
+std::string emptyPng() {
+  const auto crc = [](const std::string& bytes) {
+    std::uint32_t value = 0xFFFFFFFF;
+    for (const unsigned char byte : bytes) {
+      value ^= byte;
+      for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ (0xEDB88320 & (0 - (value & 1)));
+    }
+    return ~value;
+  };
+  const auto bigEndian = [](std::uint32_t value) {
+    return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8),
+                       static_cast<char>(value)};
+  };
+  const auto chunk = [&](const std::string& type, const std::string& data) {
+    return bigEndian(static_cast<std::uint32_t>(data.size())) + type + data + bigEndian(crc(type + data));
+  };
+  const std::string header = bigEndian(0) + bigEndian(0) + std::string{8, 6, 0, 0, 0};
+  return std::string("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IEND", "");
+}
+
+// runCommand() as an unprivileged user, to whom files of the test's own are read-only.
+testing::CommandResult runAsNobody(const std::vector<std::string>& arguments) {
+  constexpr uid_t kNobody = 65534;
+  int pipe[2];
+  if (::pipe(pipe) != 0) return {};
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(pipe[0]);
+    if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(3);
+    const auto result = runCommand(arguments);
+    const std::string report = std::to_string(result.exitStatus) + "\n" + result.err;
+    ::_exit(::write(pipe[1], report.data(), report.size()) == static_cast<ssize_t>(report.size()) ? 0 : 4);
+  }
+  ::close(pipe[1]);
+  std::string report;
+  char buffer[4096];
+  for (ssize_t n; (n = ::read(pipe[0], buffer, sizeof buffer)) > 0;) report.append(buffer, static_cast<std::size_t>(n));
+  ::close(pipe[0]);
+  ::waitpid(child, nullptr, 0);
+  const auto newline = report.find('\n');
+  if (newline == std::string::npos) return {};
+  return {std::stoi(report.substr(0, newline)), "", report.substr(newline + 1)};
+}
+
 // A suite over a sample journal of its own, recorded with the default config.
 class Snapshot : public ::testing::Test {
  protected:
@@ -50,8 +116,10 @@ class Snapshot : public ::testing::Test {
                        "--now", kNow, "--time-zone", "Europe/Berlin", "--locale", "en_US", "--seed", "3"});
   }
 
+  fs::path outside() const { return folder_.path() / "outside"; }
   fs::path container() const { return folder_.path() / "group"; }
   fs::path dir() const { return folder_.path() / "suite"; }
+  fs::path suiteParent() const { return folder_.path(); }
   fs::path recording(const std::string& name, const char* extension) const {
     return dir() / "cases" / (name + extension);
   }
@@ -78,8 +146,8 @@ TEST_F(Snapshot, TheFirstRecordWritesItsConfigAndAVerifyRightAfterPasses) {
   const auto verified = runCommand({"snapshot", "verify", "--dir", dir().string(), "--time-zone", "Asia/Tokyo",
                                     "--seed", "99"});
   EXPECT_EQ(verified.exitStatus, 0) << verified.out << verified.err;
-  EXPECT_NE(verified.out.find("10 of 10 cases match"), std::string::npos) << verified.out;
-  EXPECT_TRUE(fs::is_regular_file(dir() / "report.html"));
+  EXPECT_EQ(verified.out, "10 of 10 cases match\n");
+  EXPECT_FALSE(fs::exists(dir() / "report.html")) << "a run where all match writes nothing";
 }
 
 TEST_F(Snapshot, OnePixelOffFailsAtFullPrecisionAndPassesAt0999) {
@@ -102,6 +170,7 @@ TEST_F(Snapshot, OnePixelOffFailsAtFullPrecisionAndPassesAt0999) {
   const auto lenient = snapshot({"verify", "--precision", "0.999"});
   EXPECT_EQ(lenient.exitStatus, 0) << lenient.out;
   EXPECT_FALSE(fs::exists(diff)) << "a difference image of the run before is left";
+  EXPECT_FALSE(fs::exists(dir() / "report.html")) << "the report of the run before is left";
   // Far off in colour: a perceptual tolerance alone does not let it pass.
   EXPECT_EQ(snapshot({"verify", "--perceptual-precision", "0.98"}).exitStatus, 1);
 }
@@ -184,6 +253,96 @@ TEST_F(Snapshot, AMissingOrCorruptConfigIsOneLineAndExitTwo) {
   expectRefused({"snapshot", "verify", "--dir", dir().string(), "--precision", "1.5"}, "--precision");
   expectRefused({"snapshot", "verify", "--dir", dir().string(), "--perceptual-precision", "-0.1"},
                 "--perceptual-precision");
+}
+
+TEST_F(Snapshot, AnEntryThatIsASymbolicLinkIsRefusedAndNothingIsWrittenThroughIt) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  // A failing case makes verify write its difference image and the report.
+  std::ofstream(recording(kComposeCase, ".json")) << "edited";
+  fs::create_directories(outside());
+  std::ofstream(outside() / "file") << "outside";
+  const auto before = contentsOf(outside());
+  const std::string linkedEntries[] = {"cases/" + std::string(kComposeCase) + ".png",
+                                       "cases/" + std::string(kComposeCase) + ".json",
+                                       "report.html", "snapshots.json", "diffs", "cases"};
+  for (const auto& entry : linkedEntries) {
+    const auto path = dir() / entry;
+    const auto kept = suiteParent() / "kept";
+    if (fs::exists(path)) fs::rename(path, kept);
+    const bool isFolder = entry == "diffs" || entry == "cases";
+    fs::create_symlink(isFolder ? outside() : outside() / "file", path);
+    expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--dir");
+    expectRefused({"snapshot", "record", "--all", "--dir", dir().string()}, "--dir");
+    EXPECT_EQ(contentsOf(outside()), before) << "written through " << entry;
+    fs::remove(path);
+    if (fs::exists(kept)) fs::rename(kept, path);
+  }
+}
+
+TEST_F(Snapshot, AnUnreadableRecordingFailsItsOwnCaseAndTheOthersAreVerified) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  const auto picture = readText(recording(kComposeCase, ".png"));
+  const auto makeFifo = [](const fs::path& path) {
+    fs::remove(path);
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  };
+  const auto writeBytes = [](const std::string& bytes) {
+    return [bytes](const fs::path& path) { std::ofstream(path, std::ios::binary) << bytes; };
+  };
+  struct Damage {
+    std::string caseName;
+    const char* extension;
+    std::function<void(const fs::path&)> apply;
+    std::string why;
+  };
+  const std::vector<Damage> damages = {
+      {caseName("OnThisDayWidget", "light"), ".png", makeFifo, "not a regular file"},
+      {caseName("OnThisDayWidget", "dark"), ".json", makeFifo, "not a regular file"},
+      {caseName("OTDComposeWidget", "light"), ".png", writeBytes(picture.substr(0, picture.size() / 2)),
+       "not a readable PNG"},
+      {caseName("OTDComposeWidget", "dark"), ".png", writeBytes("no picture at all"), "not a readable PNG"},
+      {caseName("StreakWidget", "light"), ".png", writeBytes(emptyPng()), "not a readable PNG"},
+  };
+  for (const auto& damage : damages) damage.apply(recording(damage.caseName, damage.extension));
+
+  const auto result = snapshot({"verify"});
+  EXPECT_EQ(result.exitStatus, 1) << result.err;
+  const auto report = readText(dir() / "report.html");
+  for (const auto& damage : damages) {
+    EXPECT_NE(result.out.find("FAIL " + damage.caseName + ": unreadable recording (" + damage.caseName +
+                              damage.extension + ": " + damage.why + ")\n"),
+              std::string::npos)
+        << result.out;
+    EXPECT_NE(report.find(damage.caseName), std::string::npos) << damage.caseName;
+  }
+  EXPECT_NE(result.out.find("5 of 10 cases match; report "), std::string::npos) << result.out;
+}
+
+TEST_F(Snapshot, AReadOnlySuiteIsVerifiedWithoutWritingAndOneThatMustBeWrittenIsExitTwo) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  // The unprivileged user reads everything and writes nowhere (root would
+  // write anyway, hence the other user).
+  ::chmod(suiteParent().c_str(), 0755);
+  ::chmod(dir().c_str(), 0555);
+  struct Run {
+    std::string edit;  // written over the compose case's view tree, when not empty
+    int exitStatus;
+    std::string error;
+  };
+  const Run runs[] = {
+      {"", 0, ""},
+      {"edited", 2, "quillan-widgets: --dir: cannot write: \"" + (dir() / "diffs").string() + "\""},
+  };
+  for (const auto& run : runs) {
+    if (!run.edit.empty()) std::ofstream(recording(kComposeCase, ".json")) << run.edit;
+    const auto before = contentsOf(dir());
+    const auto result = runAsNobody({"snapshot", "verify", "--dir", dir().string()});
+    EXPECT_EQ(result.exitStatus, run.exitStatus) << result.err;
+    EXPECT_EQ(result.err.rfind(run.error, 0), 0u) << result.err;
+    EXPECT_EQ(result.err.find("quillan-widgets: ", run.error.size()), std::string::npos) << "a second complaint";
+    EXPECT_EQ(contentsOf(dir()), before) << "the suite was written";
+  }
+  ::chmod(dir().c_str(), 0755);
 }
 
 }  // namespace
