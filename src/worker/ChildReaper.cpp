@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -37,7 +38,6 @@ void waitFor(pid_t pid) {
 
 ChildReaper::ChildReaper() : wake_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
   if (wake_ < 0) throw std::runtime_error(std::string("worker: no eventfd for the reaper: ") + std::strerror(errno));
-  thread_ = std::thread([this] { run(); });
 }
 
 ChildReaper::~ChildReaper() {
@@ -46,7 +46,7 @@ ChildReaper::~ChildReaper() {
     stopping_ = true;
   }
   signal(wake_);
-  thread_.join();
+  if (thread_.joinable()) thread_.join();
   for (const auto& child : children_) {
     waitFor(child.pid);
     if (child.exitFd >= 0) close(child.exitFd);
@@ -54,10 +54,15 @@ ChildReaper::~ChildReaper() {
   close(wake_);
 }
 
+// The thread starts with the first child, after its fork: a thread starting
+// while the host forks may hold an allocator's lock at that moment (one that
+// does not guard fork, as the sanitizers' does not), which then stays held
+// for good in the child.
 void ChildReaper::adopt(pid_t pid) {
   {
     std::lock_guard lock(mutex_);
     children_.push_back({pid, openPidfd(pid)});
+    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   }
   signal(wake_);
 }
@@ -67,17 +72,21 @@ std::size_t ChildReaper::unreaped() const {
   return children_.size();
 }
 
+// The loop allocates nothing, for the same reason: its host forks keepers
+// while it runs. Children past the array's room are still reaped at each wake.
 void ChildReaper::run() {
+  std::array<pollfd, kWatchedAtOnce + 1> fds{};
   while (true) {
-    std::vector<pollfd> fds{{wake_, POLLIN, 0}};
+    fds[0] = {wake_, POLLIN, 0};
+    std::size_t count = 1;
     {
       std::lock_guard lock(mutex_);
       if (stopping_) return;
       for (const auto& child : children_) {
-        if (child.exitFd >= 0) fds.push_back({child.exitFd, POLLIN, 0});
+        if (child.exitFd >= 0 && count < fds.size()) fds[count++] = {child.exitFd, POLLIN, 0};
       }
     }
-    if (poll(fds.data(), fds.size(), -1) < 0 && errno != EINTR) return;
+    if (poll(fds.data(), count, -1) < 0 && errno != EINTR) return;
     if (fds[0].revents != 0) drain(wake_);
     reapEnded();
   }

@@ -31,6 +31,8 @@ class ChildReaper {
     int exitFd;
   };
 
+  static constexpr std::size_t kWatchedAtOnce = 63;
+
   void run();
   void reapEnded();
 
