@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <mutex>
 
@@ -67,6 +68,31 @@ TEST_F(ServerTest, ListsTheFiveWidgetsWithTheirTimelineState) {
     EXPECT_TRUE(widget["policy"]["type"].is_string());
     EXPECT_EQ(widget["reloads"]["budget"], 70);
     EXPECT_GE(widget["version"].get<int>(), 1);
+  }
+}
+
+// The page's files are compiled in at build time: each must come out byte
+// for byte, under its own path and type.
+TEST_F(ServerTest, ServesThePageFilesAsWritten) {
+  const std::filesystem::path pageFolder = std::filesystem::path(QUILLAN_TEST_DATA_DIR) / "../../src/server/page";
+  struct PageFile {
+    std::string path;
+    std::string file;
+    std::string type;
+  };
+  const std::vector<PageFile> files = {{"/", "index.html", "text/html; charset=utf-8"},
+                                       {"/page.js", "page.js", "text/javascript; charset=utf-8"},
+                                       {"/page.css", "page.css", "text/css; charset=utf-8"}};
+  for (const auto& [path, file, type] : files) {
+    SCOPED_TRACE(path);
+    std::ifstream written(pageFolder / file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+    const auto served = client_->Get(path);
+    ASSERT_TRUE(served);
+    EXPECT_EQ(served->status, 200);
+    EXPECT_EQ(served->get_header_value("Content-Type"), type);
+    EXPECT_FALSE(bytes.empty());
+    EXPECT_EQ(served->body, bytes);
   }
 }
 
