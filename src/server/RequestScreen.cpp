@@ -1,39 +1,18 @@
 #include "server/RequestScreen.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <string_view>
 
 #include "server/RequestError.hpp"
+#include "server/RouteTable.hpp"
 
 namespace quillan::server {
 namespace {
 
-struct Route {
-  std::string_view path;
-  bool changesHost;  // also takes POST
-};
-
-// The paths Server::route() answers; a path missing here is never routed.
-constexpr std::array<Route, 9> kRoutes{{{"/", false},
-                                         {"/page.js", false},
-                                         {"/page.css", false},
-                                         {"/api/widgets", false},
-                                         {"/api/clock", true},
-                                         {"/api/environment", true},
-                                         {"/api/render", false},
-                                         {"/api/tap", false},
-                                         {"/api/events", false}}};
-
 // More digits than this cannot be a body the server takes, and would
 // overflow before being compared.
 constexpr std::size_t kMaxLengthDigits = 18;
-
-const Route* routeOf(const std::string& path) {
-  const auto found = std::find_if(kRoutes.begin(), kRoutes.end(), [&](const Route& route) { return route.path == path; });
-  return found == kRoutes.end() ? nullptr : &*found;
-}
 
 std::string lowered(std::string_view text) {
   std::string lower(text);
@@ -91,7 +70,7 @@ std::optional<Refusal> screenChange(const IncomingRequest& request, const Served
 std::string allowedMethods(const std::string& path) {
   const auto* route = routeOf(path);
   if (!route) return {};
-  return route->changesHost ? "GET, HEAD, POST" : "GET, HEAD";
+  return route->post ? "GET, HEAD, POST" : "GET, HEAD";
 }
 
 std::optional<Refusal> screenRequest(const IncomingRequest& request, const ServedHosts& served) {
@@ -99,7 +78,7 @@ std::optional<Refusal> screenRequest(const IncomingRequest& request, const Serve
   const auto* route = routeOf(request.path);
   if (!route) return refusal(404, badValue("path", "no such path", request.path));
   const bool reads = request.method == "GET" || request.method == "HEAD";
-  if (!reads && !(route->changesHost && request.method == "POST")) {
+  if (!reads && !(route->post && request.method == "POST")) {
     return Refusal{405, badValue("method", "not allowed on " + request.path + ":", request.method).what(),
                    allowedMethods(request.path)};
   }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 #include "server/EventHub.hpp"
@@ -15,6 +13,7 @@
 namespace quillan::server {
 
 class HttpTransport;
+class RouteHandlers;
 class ServedHosts;
 
 // `serve`: the live host and its page over HTTP (routes in the README).
@@ -40,20 +39,22 @@ class Server {
   LiveHost& host() { return *host_; }
 
  private:
+  // Sets up the transport: the request screen, the answers to failures and
+  // every path of the route table.
   void route();
+  void screenRequests();
+  void answerFailures();
   void publishPicture(const std::string& kind, std::uint64_t version);
 
   ServerOptions options_;
   std::unique_ptr<worker::WidgetWorker> timelines_;
   std::unique_ptr<WidgetPictures> pictures_;
   EventHub events_;
-  std::atomic<int> openStreams_{0};
-  // Layout and drawing go through Pango and fontconfig, whose shared font data
-  // crashes when several threads lay out text at once: one picture at a time.
-  std::mutex drawing_;
   std::unique_ptr<LiveHost> host_;
   std::unique_ptr<JournalWatcher> watcher_;
   std::unique_ptr<ViewHealer> healer_;
+  // Outlives the transport, whose open event streams call into it.
+  std::unique_ptr<RouteHandlers> handlers_;
   std::unique_ptr<HttpTransport> http_;
   // Known once bound: the names and port requests must be addressed to.
   std::unique_ptr<ServedHosts> served_;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <mutex>
 
@@ -30,43 +31,30 @@ std::int64_t residentKilobytes() {
 
 platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
 
-// One server for the suite over a small journal the test keeps open as the
-// app does, so later notes arrive through the WAL.
+// A server of its own for each test, over a small journal the test keeps open
+// as the app does, so later notes arrive through the WAL.
 class ServerTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new ServerFolder();
+  void SetUp() override {
     // The server forks its workers first: SQLite's per-file state in this
     // process (the writer's shared-memory handle) must not reach them.
-    server_ = new Server(serverOptions(folder_->journal()));
-    writer_ = new fixtures::JournalWriter(folder_->journal());
+    server_ = std::make_unique<Server>(serverOptions(folder_.journal()));
+    writer_ = std::make_unique<fixtures::JournalWriter>(folder_.journal());
     writer_->addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
     writer_->addNote({.date = at("2026-11-21T10:00:00+01:00"), .info = std::string("yesterday")});
     port_ = server_->start();
-  }
-  static void TearDownTestSuite() {
-    delete writer_;
-    delete server_;
-    delete folder_;
-  }
-  void SetUp() override {
     client_ = clientOf(port_);
     widgets_ = placedWidgets(*client_);
     ASSERT_EQ(widgets_["widgets"].size(), 5u);
   }
 
-  static ServerFolder* folder_;
-  static fixtures::JournalWriter* writer_;
-  static Server* server_;
-  static int port_;
+  ServerFolder folder_;
+  std::unique_ptr<Server> server_;
+  std::unique_ptr<fixtures::JournalWriter> writer_;
+  int port_ = 0;
   std::unique_ptr<httplib::Client> client_;
   nlohmann::json widgets_;
 };
-
-ServerFolder* ServerTest::folder_ = nullptr;
-fixtures::JournalWriter* ServerTest::writer_ = nullptr;
-Server* ServerTest::server_ = nullptr;
-int ServerTest::port_ = 0;
 
 TEST_F(ServerTest, ListsTheFiveWidgetsWithTheirTimelineState) {
   EXPECT_EQ(widgets_["now"], "2026-11-22T09:00:00+01:00");
@@ -80,6 +68,31 @@ TEST_F(ServerTest, ListsTheFiveWidgetsWithTheirTimelineState) {
     EXPECT_TRUE(widget["policy"]["type"].is_string());
     EXPECT_EQ(widget["reloads"]["budget"], 70);
     EXPECT_GE(widget["version"].get<int>(), 1);
+  }
+}
+
+// The page's files are compiled in at build time: each must come out byte
+// for byte, under its own path and type.
+TEST_F(ServerTest, ServesThePageFilesAsWritten) {
+  const std::filesystem::path pageFolder = std::filesystem::path(QUILLAN_TEST_DATA_DIR) / "../../src/server/page";
+  struct PageFile {
+    std::string path;
+    std::string file;
+    std::string type;
+  };
+  const std::vector<PageFile> files = {{"/", "index.html", "text/html; charset=utf-8"},
+                                       {"/page.js", "page.js", "text/javascript; charset=utf-8"},
+                                       {"/page.css", "page.css", "text/css; charset=utf-8"}};
+  for (const auto& [path, file, type] : files) {
+    SCOPED_TRACE(path);
+    std::ifstream written(pageFolder / file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+    const auto served = client_->Get(path);
+    ASSERT_TRUE(served);
+    EXPECT_EQ(served->status, 200);
+    EXPECT_EQ(served->get_header_value("Content-Type"), type);
+    EXPECT_FALSE(bytes.empty());
+    EXPECT_EQ(served->body, bytes);
   }
 }
 
@@ -119,25 +132,37 @@ TEST_F(ServerTest, TapOnTheStreaksTodayCircleOpensAddRecord) {
 }
 
 TEST_F(ServerTest, BadRequestsAreRefusedWithOneLineNamingTheProblem) {
-  const std::vector<std::pair<std::string, std::string>> requests = {
-      {"/api/render?format=png", "kind: required"},
-      {"/api/render?kind=Nope", "kind: unknown widget \"Nope\""},
-      {"/api/render?kind=StreakWidget&format=gif", "format: unknown format \"gif\""},
-      {"/api/render?kind=StreakWidget&scale=9", "scale:"},
-      {"/api/render?kind=StreakWidget&colour=red", "unknown parameter \"colour\""},
-      {"/api/render?kind=StreakWidget&kind=OnThisDayWidget", "more than once"},
-      {"/api/render?kind=StreakWidget&timeZone=Mars%2FOlympus", "timeZone: unknown time zone"},
-      {"/api/tap?kind=StreakWidget&x=1e3&y=2", "x: expected a decimal number"},
-      {"/api/tap?kind=StreakWidget&x=1", "y: required"},
+  struct Case {
+    std::string method;
+    std::string path;
+    std::string body;
+    int status;
+    std::string message;
   };
-  for (const auto& [path, message] : requests) {
-    SCOPED_TRACE(path);
-    const auto result = client_->Get(path);
+  const std::vector<Case> cases = {
+      {"GET", "/api/render?format=png", "", 400, "kind: required"},
+      {"GET", "/api/render?kind=Nope", "", 400, "kind: unknown widget \"Nope\""},
+      {"GET", "/api/render?kind=StreakWidget&format=gif", "", 400, "format: unknown format \"gif\""},
+      {"GET", "/api/render?kind=StreakWidget&scale=9", "", 400, "scale:"},
+      {"GET", "/api/render?kind=StreakWidget&colour=red", "", 400, "unknown parameter \"colour\""},
+      {"GET", "/api/render?kind=StreakWidget&kind=OnThisDayWidget", "", 400, "more than once"},
+      {"GET", "/api/render?kind=StreakWidget&timeZone=Mars%2FOlympus", "", 400, "timeZone: unknown time zone"},
+      {"GET", "/api/tap?kind=StreakWidget&x=1e3&y=2", "", 400, "x: expected a decimal number"},
+      {"GET", "/api/tap?kind=StreakWidget&x=1", "", 400, "y: required"},
+      {"GET", "/api/nothing", "", 404, "/api/nothing"},
+      {"POST", "/api/clock", R"({"rate": 0})", 400, "rate:"},
+      {"POST", "/api/clock", std::string(64 * 1024, ' '), 413, "16 KiB"},
+      {"POST", "/api/environment", "{colorScheme", 400, "not JSON"},
+  };
+  for (const auto& [method, path, body, status, message] : cases) {
+    SCOPED_TRACE(method + " " + path);
+    const auto result = method == "GET" ? client_->Get(path) : client_->Post(path, body, "application/json");
     ASSERT_TRUE(result);
-    EXPECT_EQ(result->status, 400);
+    EXPECT_EQ(result->status, status);
     EXPECT_EQ(result->body.find('\n'), std::string::npos);
     EXPECT_THAT(jsonOf(result)["error"].get<std::string>(), HasSubstr(message));
   }
+  EXPECT_EQ(jsonOf(client_->Get("/api/clock"))["now"], kServerNow);
 }
 
 TEST_F(ServerTest, OnlyThePageItselfMayChangeTheHost) {
@@ -262,7 +287,9 @@ TEST_F(ServerTest, SlowClientsCannotStarveOthers) {
   }
 }
 
-TEST_F(ServerTest, AClosedEventStreamFreesItsSlotAtOnce) {
+// The page that closed its streams never sends again: each stream must notice
+// on its own that it is gone.
+TEST_F(ServerTest, AClosedEventStreamFreesItsSlot) {
   const auto host = "Host: 127.0.0.1:" + std::to_string(port_) + "\r\n";
   const auto openStream = [&](RawClient& raw) {
     raw.send("GET /api/events HTTP/1.1\r\n" + host + "\r\n");
@@ -277,7 +304,6 @@ TEST_F(ServerTest, AClosedEventStreamFreesItsSlotAtOnce) {
     RawClient ninth(port_);
     EXPECT_EQ(openStream(ninth), 503);
   }
-  const auto closed = std::chrono::steady_clock::now();
   std::vector<std::unique_ptr<RawClient>> reopened;
   EXPECT_TRUE(eventually(
       [&] {
@@ -290,14 +316,13 @@ TEST_F(ServerTest, AClosedEventStreamFreesItsSlotAtOnce) {
         }
         return true;
       },
-      std::chrono::seconds(2)))
-      << reopened.size() << " streams reopened in "
-      << std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - closed).count() << " ms";
+      std::chrono::seconds(30)))
+      << reopened.size() << " streams reopened";
 }
 
 TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
   const auto command = "timeout 30 " + std::string(QUILLAN_CLI_PATH) + " serve --group-container " +
-                       folder_->journal().parent_path().string() + " --port " + std::to_string(port_) + " 2>&1";
+                       folder_.journal().parent_path().string() + " --port " + std::to_string(port_) + " 2>&1";
   FILE* output = popen(command.c_str(), "r");
   ASSERT_NE(output, nullptr);
   std::string text;
@@ -308,28 +333,11 @@ TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
   EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) + " is in use; choose another with --port, or 0 for a free one\n");
 }
 
-TEST_F(ServerTest, UnknownPathsAndOversizedBodiesAreRefused) {
-  const auto missing = client_->Get("/api/nothing");
-  ASSERT_TRUE(missing);
-  EXPECT_EQ(missing->status, 404);
-  EXPECT_THAT(jsonOf(missing)["error"].get<std::string>(), HasSubstr("/api/nothing"));
-  const auto huge = client_->Post("/api/clock", std::string(64 * 1024, ' '), "application/json");
-  ASSERT_TRUE(huge);
-  EXPECT_EQ(huge->status, 413);
-  const auto notJson = client_->Post("/api/environment", "{colorScheme", "application/json");
-  ASSERT_TRUE(notJson);
-  EXPECT_EQ(notJson->status, 400);
-}
-
 TEST_F(ServerTest, PinningTheClockMovesTheHost) {
   const auto moved = client_->Post("/api/clock", R"({"now": "2026-11-22T18:00:00+01:00"})", "application/json");
   ASSERT_TRUE(moved);
   EXPECT_EQ(moved->status, 200);
   EXPECT_EQ(jsonOf(client_->Get("/api/widgets"))["now"], "2026-11-22T18:00:00+01:00");
-  const auto bad = client_->Post("/api/clock", R"({"rate": 0})", "application/json");
-  ASSERT_TRUE(bad);
-  EXPECT_EQ(bad->status, 400);
-  ASSERT_TRUE(client_->Post("/api/clock", R"({"now": "2026-11-22T09:00:00+01:00"})", "application/json"));
 }
 
 TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {
@@ -393,22 +401,19 @@ int announcedVersion(const std::string& stream, const std::string& kind) {
   return version;
 }
 
-TEST_F(ServerTest, TheAppsCommitRedrawsTheComposeButtonWithinTwoSeconds) {
+// How soon after the commit the picture changes is measured by the browser
+// test (tests/browser/serve_test.py --commits N), not here.
+TEST_F(ServerTest, TheAppsCommitRedrawsTheComposeButton) {
   EventReader events(port_);
   std::this_thread::sleep_for(std::chrono::milliseconds(200));  // the stream is open
   const auto widgets = jsonOf(client_->Get("/api/widgets"));
   const auto before = widgetOf(widgets, "ComposeButtonWidget")["version"].get<int>();
   const auto appReloads = widgetOf(widgets, "ComposeButtonWidget")["reloads"]["app"].get<int>();
   const auto pictureBefore = jsonOf(client_->Get("/api/render?kind=ComposeButtonWidget&format=json"))["view"];
-  const auto committed = std::chrono::steady_clock::now();
   writer_->addNote({.date = at(kServerNow), .info = std::string("written today")});
   const bool heard = eventually([&] { return announcedVersion(events.text(), "ComposeButtonWidget") > before; },
                                 std::chrono::seconds(60));
-  const auto elapsed = std::chrono::steady_clock::now() - committed;
   ASSERT_TRUE(heard) << events.text();
-#if !defined(__SANITIZE_ADDRESS__)
-  EXPECT_LT(elapsed, std::chrono::seconds(2));
-#endif
   EXPECT_THAT(events.text(), HasSubstr("event: widget\ndata: {"));
   const auto after = jsonOf(client_->Get("/api/widgets"));
   EXPECT_GT(widgetOf(after, "ComposeButtonWidget")["reloads"]["app"], appReloads);
