@@ -254,19 +254,9 @@ TEST_F(Simulate, BadValuesAreRefusedNamingTheOption) {
   expectRefused(withSpan({"--kind", "StreakWidget", "--kind", "StreakWidget"}), "--kind");
   expectRefused(withSpan({"--output", folderPath().string()}), "--output");
   expectRefused(withSpan({"--events", (folderPath() / "missing.json").string()}), "--events");
-  const std::vector<std::string> badEvents = {
-      "{not json",
-      R"({"at": "2026-11-22T09:00:00Z"})",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}, "mood": 3}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "yesterday", "text": "x"}}])",
-      R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": 5}}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z"}}])",
-  };
-  for (const auto& text : badEvents) {
-    std::ofstream(events) << text;
-    expectRefused(withSpan({"--events", events.string()}), "--events");
-  }
+  // Each bad event's message is the events reader's (tests/replay); here, that the command refuses with it.
+  std::ofstream(events) << R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])";
+  expectRefused(withSpan({"--events", events.string()}), "--events");
 }
 
 }  // namespace

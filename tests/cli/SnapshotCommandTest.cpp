@@ -225,26 +225,8 @@ TEST_F(Snapshot, AMissingOrCorruptConfigIsOneLineAndExitTwo) {
     json[Json::json_pointer(pointer)] = value;
     return json.dump();
   };
-  const std::vector<std::string> corrupt = {
-      "{\"journal\": ",
-      "[]",
-      with("/journal", (dir() / "nowhere").string()),
-      with("/journal", dir().string()),
-      with("/now", "tomorrow"),
-      with("/timeZone", "Mars/Olympus"),
-      with("/seed", -1),
-      with("/scale", 9),
-      with("/colour", "blue"),
-      with("/matrix/kinds", Json::parse(R"(["Nope"])")),
-      with("/matrix/kinds", Json::array()),
-      with("/matrix/colorSchemes", Json::parse(R"(["sepia"])")),
-      with("/matrix/renderingModes", Json::parse(R"(["fullColor", "fullColor"])")),
-      with("/matrix/platformVersions", Json::parse(R"(["seventeen"])")),
-      with("/matrix/devices", Json::parse(R"(["1x1"])")),
-      with("/matrix/locales", Json::parse(R"(["xx_YY"])")),
-      with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])")),
-  };
-  for (const auto& text : corrupt) {
+  // Each bad value's message is the config reader's (tests/snapshot); here, that both commands refuse with it.
+  for (const auto& text : {std::string("[]"), with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])"))}) {
     std::ofstream(config) << text;
     expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--config");
     expectRefused({"snapshot", "record", "--dir", dir().string()}, "--config");
