@@ -7,8 +7,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "fixtures/JournalWriter.hpp"
-#include "platform/ISO8601.hpp"
 #include "render/PixelImage.hpp"
 #include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
@@ -172,26 +170,6 @@ TEST_F(Simulate, ANoteAt0914TurnsTheComposeButtonGreyAndLeavesTheJournalUntouche
   // Compared without printing a journal's bytes on failure.
   EXPECT_TRUE(contentsOf(container()) == before) << "the journal's folder changed";
   EXPECT_TRUE(fs::is_empty(scratch())) << "the private copy is left behind";
-}
-
-TEST_F(Simulate, AJournalTheAppHasOpenIsCopiedWithWhatIsStillInItsWal) {
-  fs::create_directories(container());
-  fixtures::JournalWriter app(container() / "Quillan.sqlite", {.walAutocheckpoint = 0});
-  app.addNote({.date = platform::ISO8601::parse("2026-11-22T07:30:00+01:00"), .info = std::string("early")});
-  const auto journal = readText(container() / "Quillan.sqlite");
-  const auto wal = readText(container() / "Quillan.sqlite-wal");
-  ASSERT_FALSE(wal.empty());
-  const auto events = folderPath() / "events.json";
-  std::ofstream(events) << R"([{"at": "2026-11-22T09:00:00+01:00",
-                                "note": {"date": "2026-11-22T09:00:00+01:00", "text": "later"}}])";
-  const auto log = simulate("Europe/Berlin", {"--kind", "ComposeButtonWidget", "--from", "2026-11-22T08:00:00+01:00",
-                                              "--to", "2026-11-22T10:00:00+01:00", "--events", events.string()});
-  ASSERT_FALSE(log.is_null());
-  const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
-  ASSERT_FALSE(entries.empty());
-  EXPECT_TRUE(looksGrey(output() / entries[0]["light"].get<std::string>())) << "the note in the -wal was not copied";
-  EXPECT_TRUE(readText(container() / "Quillan.sqlite") == journal);
-  EXPECT_TRUE(readText(container() / "Quillan.sqlite-wal") == wal);
 }
 
 TEST_F(Simulate, TheFilmstripShowsEveryEntryWithItsDeepLinks) {
