@@ -36,11 +36,8 @@ std::vector<Variant> variantsOf(const widgets::WidgetConfiguration& widget) {
 
 pages::GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const HostOptions& host,
                                  const std::filesystem::path& directory) {
-  pages::GallerySection section{widget.kind,
-                                widget.displayName,
-                                widget.description,
-                                hosting::timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})),
-                                {}};
+  pages::GallerySection section{widget.kind, widget.displayName, widget.description,
+                                hosting::timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})), {}};
   const auto family = widget.supportedFamilies.front();
   const auto entryDate = hosting::currentEntryDate(widget);
   for (const auto& variant : variantsOf(widget)) {
