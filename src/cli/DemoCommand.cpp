@@ -3,11 +3,11 @@
 #include <optional>
 
 #include "cli/Commands.hpp"
-#include "cli/Gallery.hpp"
-#include "cli/SampleJournalFiles.hpp"
-#include "cli/ScratchFolder.hpp"
-#include "cli/TimelineJson.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "pages/Gallery.hpp"
+#include "hosting/SampleJournalFiles.hpp"
+#include "hosting/ScratchFolder.hpp"
+#include "hosting/TimelineJson.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -34,12 +34,12 @@ std::vector<Variant> variantsOf(const widgets::WidgetConfiguration& widget) {
   return variants;
 }
 
-GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const HostOptions& host,
-                          const std::filesystem::path& directory) {
-  GallerySection section{widget.kind, widget.displayName, widget.description,
-                         timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})), {}};
+pages::GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const HostOptions& host,
+                                 const std::filesystem::path& directory) {
+  pages::GallerySection section{widget.kind, widget.displayName, widget.description,
+                                hosting::timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})), {}};
   const auto family = widget.supportedFamilies.front();
-  const auto entryDate = currentEntryDate(widget);
+  const auto entryDate = hosting::currentEntryDate(widget);
   for (const auto& variant : variantsOf(widget)) {
     render::RenderContext context;
     context.env = host.environment(family);
@@ -58,13 +58,13 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
   std::filesystem::create_directories(directory);
   std::string subtitle;
   // The sample journal lives as long as the drawing does.
-  std::optional<ScratchFolder> sample;
+  std::optional<hosting::ScratchFolder> sample;
   if (host.groupContainer) {
     subtitle = "The journal in " + host.groupContainer->string() + ".";
   } else {
     sample.emplace("quillan-widgets-demo");
-    const auto container = makeGroupContainerIn(sample->path());
-    writeSampleJournal(container, host);
+    const auto container = hosting::makeGroupContainerIn(sample->path());
+    hosting::writeSampleJournal(container, host.seed);
     platform::FileManager::setGroupContainerDirectory(container);
     // The sample is drawn as a phone of its own: a legacy journal wherever
     // --app-support or the default points must not be moved into it (and so
@@ -75,14 +75,14 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
   }
   subtitle += " Drawn at " + platform::ISO8601::format(platform::Clock::now(), platform::TimeZone::current()) + ".";
 
-  std::vector<GallerySection> sections;
+  std::vector<pages::GallerySection> sections;
   std::size_t images = 0;
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
     sections.push_back(drawWidget(widget, host, directory));
     images += sections.back().images.size();
   }
   const auto page = directory / "index.html";
-  std::ofstream(page) << galleryPage(sections, subtitle);
+  std::ofstream(page) << pages::galleryPage(sections, subtitle);
   std::cout << "wrote " << images << " widget images and the gallery " << std::filesystem::absolute(page).string()
             << "\n";
   return 0;

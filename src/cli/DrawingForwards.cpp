@@ -1,6 +1,7 @@
 // The command's side of the drawing functions: each call goes to the drawing
-// module, loaded on the first call. Only the command links this file; the
-// libraries and their tests call the drawing code directly.
+// module, loaded on the first call. Only the command links this file, so the
+// calls its libraries make (replay's pictures, snapshot's cases) come here too;
+// those libraries' tests, and the modules, call the drawing code directly.
 #include "cli/ModuleLoader.hpp"
 #include "render/DrawingFunctions.hpp"
 #include "render/LayoutJson.hpp"

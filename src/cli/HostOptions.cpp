@@ -15,7 +15,7 @@ namespace {
 void requireDirectory(const std::filesystem::path& path, std::string_view option) {
   std::error_code error;
   if (!std::filesystem::is_directory(path, error)) {
-    throw badOption(option, "no such directory", path.string());
+    throw hosting::badOption(option, "no such directory", path.string());
   }
 }
 
@@ -76,21 +76,24 @@ void HostOptions::apply() const {
   }
   if (timeZone) {
     const auto zone = platform::TimeZone::named(*timeZone);
-    if (!zone) throw badOption("--time-zone", "unknown time zone", *timeZone, "expected an IANA name, e.g. Europe/Berlin");
+    if (!zone)
+      throw hosting::badOption("--time-zone", "unknown time zone", *timeZone,
+                               "expected an IANA name, e.g. Europe/Berlin");
     platform::TimeZone::setCurrent(*zone);
   }
   if (locale) {
     const auto named = platform::Locale::named(*locale);
-    if (!named) throw badOption("--locale", "unknown locale", *locale, "expected an ICU name, e.g. de_DE");
+    if (!named) throw hosting::badOption("--locale", "unknown locale", *locale, "expected an ICU name, e.g. de_DE");
     if (const auto calendar = named->calendarKeyword(); calendar && !platform::Locale::knowsCalendar(*calendar)) {
-      throw badOption("--locale", "unknown calendar keyword", "calendar=" + *calendar,
-                      "expected one ICU knows, e.g. gregorian, japanese, buddhist");
+      throw hosting::badOption("--locale", "unknown calendar keyword", "calendar=" + *calendar,
+                               "expected one ICU knows, e.g. gregorian, japanese, buddhist");
     }
     platform::Locale::setCurrent(*named);
   }
   if (now) {
     const auto date = platform::ISO8601::parse(*now);
-    if (!date) throw badOption("--now", "not an ISO-8601 date with offset", *now, "e.g. 2026-11-22T08:30:00+01:00");
+    if (!date)
+      throw hosting::badOption("--now", "not an ISO-8601 date with offset", *now, "e.g. 2026-11-22T08:30:00+01:00");
     platform::Clock::pin(*date);
   }
   if (seed) platform::RandomSource::seed(*seed);
@@ -109,7 +112,7 @@ views::Environment HostOptions::environment(views::WidgetFamily family) const {
                                                                                  : views::LayoutDirection::leftToRight;
     environment.dynamicTypeSize = views::parseDynamicTypeSize(dynamicType);
   } catch (const views::EnvironmentParseError& error) {
-    throw UsageError(error.what());
+    throw hosting::UsageError(error.what());
   }
   environment.family = family;
   return environment;

@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/UsageError.hpp"
+#include "hosting/UsageError.hpp"
 #include "views/Environment.hpp"
 
 namespace quillan::cli {

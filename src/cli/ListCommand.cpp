@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/Commands.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
@@ -13,7 +13,7 @@ nlohmann::ordered_json bundleJson() {
   auto widgets = nlohmann::ordered_json::array();
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
     auto families = nlohmann::ordered_json::array();
-    for (auto family : widget.supportedFamilies) families.push_back(familyName(family));
+    for (auto family : widget.supportedFamilies) families.push_back(hosting::familyName(family));
     widgets.push_back({{"kind", widget.kind},
                        {"displayName", widget.displayName},
                        {"description", widget.description},
@@ -25,7 +25,8 @@ nlohmann::ordered_json bundleJson() {
 void printTable() {
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
     std::string families;
-    for (auto family : widget.supportedFamilies) families += (families.empty() ? "" : ", ") + familyName(family);
+    for (auto family : widget.supportedFamilies)
+      families += (families.empty() ? "" : ", ") + hosting::familyName(family);
     std::cout << widget.kind << "\n  " << widget.displayName << " (" << families << ")\n  " << widget.description
               << "\n";
   }

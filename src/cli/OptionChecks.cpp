@@ -59,9 +59,9 @@ std::string rangeHint(double min, double max) { return "expected " + canonical(m
 
 // Checks `value` and rewrites it canonically; an error message, or empty.
 std::string checkDecimal(std::string& value, double min, double max, const std::string& hint) {
-  if (!isDecimalNumber(value)) return badValue("not a decimal number", value, hint);
+  if (!isDecimalNumber(value)) return hosting::badValue("not a decimal number", value, hint);
   const double number = decimalValue(value);
-  if (!std::isfinite(number) || number < min || number > max) return badValue("out of range", value, hint);
+  if (!std::isfinite(number) || number < min || number > max) return hosting::badValue("out of range", value, hint);
   value = canonical(number);
   return {};
 }
@@ -86,9 +86,9 @@ CLI::Validator wholeNumber() {
         const std::string hint = "expected 0 to " + std::to_string(std::numeric_limits<std::uint64_t>::max());
         std::uint64_t number = 0;
         const bool digitsOnly = !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
-        if (!digitsOnly) return badValue("not a whole decimal number", value, hint);
+        if (!digitsOnly) return hosting::badValue("not a whole decimal number", value, hint);
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-        if (error != std::errc()) return badValue("out of range", value, hint);
+        if (error != std::errc()) return hosting::badValue("out of range", value, hint);
         value = std::to_string(number);
         return {};
       },
@@ -106,7 +106,7 @@ CLI::Validator platformVersion() {
           if (const auto second = value.find('.', first + 1); second != std::string::npos) {
             const auto patch = std::string_view(value).substr(second + 1);
             if (patch.empty() || patch.size() > 4 || patch.find_first_not_of("0123456789") != std::string_view::npos) {
-              return badValue("not a version", value, hint);
+              return hosting::badValue("not a version", value, hint);
             }
             majorMinor = value.substr(0, second);
           }
@@ -114,7 +114,7 @@ CLI::Validator platformVersion() {
         try {
           views::parsePlatformVersion(majorMinor);
         } catch (const views::EnvironmentParseError&) {
-          return badValue("not a version", value, hint);
+          return hosting::badValue("not a version", value, hint);
         }
         value = majorMinor;
         return {};
@@ -126,13 +126,13 @@ CLI::Validator outputFilePath() {
   return CLI::Validator(
       [](std::string& value) -> std::string {
         namespace fs = std::filesystem;
-        if (value.empty()) return badValue("no file name", value);
+        if (value.empty()) return hosting::badValue("no file name", value);
         const fs::path path(value);
         std::error_code error;
-        if (fs::is_directory(path, error)) return badValue("a folder, not a file", value);
+        if (fs::is_directory(path, error)) return hosting::badValue("a folder, not a file", value);
         const auto folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
-        if (!fs::is_directory(folder, error)) return badValue("no such folder", folder.string());
-        if (::access(folder.c_str(), W_OK) != 0) return badValue("cannot write into folder", folder.string());
+        if (!fs::is_directory(folder, error)) return hosting::badValue("no such folder", folder.string());
+        if (::access(folder.c_str(), W_OK) != 0) return hosting::badValue("cannot write into folder", folder.string());
         return {};
       },
       "", "output file");

@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "cli/UsageError.hpp"
+#include "hosting/UsageError.hpp"
 #include "views/EnumNames.hpp"
 
 namespace quillan::cli {
@@ -39,7 +39,7 @@ CLI::Validator enumName(std::string what) {
   return CLI::Validator(
       [what](std::string& value) -> std::string {
         if (views::fromString<E>(value)) return {};
-        return badValue("unknown " + what, value, "expected " + views::acceptedNames<E>());
+        return hosting::badValue("unknown " + what, value, "expected " + views::acceptedNames<E>());
       },
       "", what);
 }

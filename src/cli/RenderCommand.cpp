@@ -3,11 +3,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "cli/BoundedFile.hpp"
+#include "hosting/BoundedFile.hpp"
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
 #include "cli/OptionChecks.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
 #include "render/LayoutJson.hpp"
@@ -44,7 +44,7 @@ void writeJson(const RenderOptions& options, const std::string& text) {
   }
   std::ofstream file(*options.output, std::ios::binary);
   file << text;
-  if (!file) throw badOption("--output", "cannot write", options.output->string());
+  if (!file) throw hosting::badOption("--output", "cannot write", options.output->string());
 }
 
 // What to draw: a widget's current view, or a tree another host wrote.
@@ -57,7 +57,8 @@ struct Drawing {
 // `option` is where the name came from: --family, or the tree file's "family".
 views::WidgetFamily familyNamed(const std::string& name, std::string_view option) {
   if (const auto family = views::fromString<views::WidgetFamily>(name)) return *family;
-  throw badOption(option, "unknown widget family", name, "expected " + views::acceptedNames<views::WidgetFamily>());
+  throw hosting::badOption(option, "unknown widget family", name,
+                           "expected " + views::acceptedNames<views::WidgetFamily>());
 }
 
 // Reads a bare view tree, or the object `render --format json` prints.
@@ -65,15 +66,16 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
   const auto& path = *options.tree;
   std::string text;
   try {
-    text = readBoundedFile(path, kTreeFileLimit);
-  } catch (const BoundedFileError& error) {
-    throw badOption("--tree", "cannot read", path.string(), error.what());
+    text = hosting::readBoundedFile(path, kTreeFileLimit);
+  } catch (const hosting::BoundedFileError& error) {
+    throw hosting::badOption("--tree", "cannot read", path.string(), error.what());
   }
   if (!views::jsonNestsWithin(text)) {
-    throw badOption("--tree", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels", path.string());
+    throw hosting::badOption("--tree", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels",
+                             path.string());
   }
   const auto json = nlohmann::ordered_json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw badOption("--tree", "not JSON", path.string());
+  if (json.is_discarded()) throw hosting::badOption("--tree", "not JSON", path.string());
   const bool wrapped = json.is_object() && json.contains("view");
   const bool fileNamesFamily = wrapped && json.contains("family") && json["family"].is_string();
   const auto family = options.family ? familyNamed(*options.family, "--family")
@@ -83,14 +85,14 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
     return {path.stem().string(), host.environment(family),
             views::nodeFromJson(wrapped ? json["view"] : json)};
   } catch (const views::ViewTreeJsonError& error) {
-    throw badOption("--tree", "not a view tree", path.string(), error.what());
+    throw hosting::badOption("--tree", "not a view tree", path.string(), error.what());
   }
 }
 
 render::RenderContext contextFor(const RenderOptions& options, const Drawing& drawing) {
   render::RenderContext context;
   context.env = drawing.environment;
-  context.device = deviceNamed(options.device);
+  context.device = hosting::deviceNamed(options.device);
   context.scale = options.scale;
   context.redacted = options.redacted;
   return context;
@@ -105,7 +107,7 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
   if (options.format == "png") format = render::Format::png;
   else if (options.format == "svg") format = render::Format::svg;
   else if (options.format == "pdf") format = render::Format::pdf;
-  else throw badOption("--format", "unknown format", options.format, "expected json, layout, png, svg or pdf");
+  else throw hosting::badOption("--format", "unknown format", options.format, "expected json, layout, png, svg or pdf");
 
   const render::RenderContext context = contextFor(options, drawing);
   const auto path = options.output.value_or(drawing.name + "." + options.format);
@@ -120,7 +122,7 @@ bool drawsText(const std::string& format) {
 
 int run(const RenderOptions& options, const HostOptions& host) {
   // JSON needs no device, but a misspelt one is still an error rather than ignored.
-  deviceNamed(options.device);
+  hosting::deviceNamed(options.device);
   if (options.tree) {
     const auto drawing = treeFromFile(options, host);
     if (options.format == "json") {
@@ -129,24 +131,25 @@ int run(const RenderOptions& options, const HostOptions& host) {
     }
     return draw(options, drawing);
   }
-  if (options.kind.empty()) throw UsageError("--kind: a widget kind is required (or --tree FILE)");
-  const auto& widget = widgetOfKind(options.kind);
+  if (options.kind.empty()) throw hosting::UsageError("--kind: a widget kind is required (or --tree FILE)");
+  const auto& widget = hosting::widgetOfKind(options.kind);
   const auto family = widget.supportedFamilies.front();
   // A widget is only ever placed in the family it offers.
   if (options.family && familyNamed(*options.family, "--family") != family) {
-    throw badOption("--family", "not offered by " + widget.kind, *options.family, "expected " + familyName(family));
+    throw hosting::badOption("--family", "not offered by " + widget.kind, *options.family,
+                             "expected " + hosting::familyName(family));
   }
   std::optional<FontPreparation> fonts;
   if (drawsText(options.format)) fonts.emplace();
   const auto environment = host.environment(family);
-  const auto entryDate = currentEntryDate(widget);
+  const auto entryDate = hosting::currentEntryDate(widget);
   const auto tree = widget.content(entryDate, environment);
   if (fonts) fonts->finish();
 
   if (options.format == "json") {
     nlohmann::ordered_json json;
     json["kind"] = widget.kind;
-    json["family"] = familyName(family);
+    json["family"] = hosting::familyName(family);
     json["date"] = platform::ISO8601::format(entryDate, platform::TimeZone::current());
     json["view"] = views::toJson(tree);
     // Note text that is not UTF-8 is shown as is by the views; JSON must stay valid.
@@ -169,7 +172,8 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host) {
   command->add_option("--kind", options->kind, "the widget's kind (see `list`)");
   command->add_option("--tree", options->tree,
                       "draw a view tree from this JSON file instead (a bare tree, or what --format json prints;\n"
-                      "a regular file of at most " + byteCountName(kTreeFileLimit) + ")");
+                      "a regular file of at most " +
+                          hosting::byteCountName(kTreeFileLimit) + ")");
   command->add_option("--family", options->family,
                       "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)")
       ->check(enumName<views::WidgetFamily>("widget family"));

@@ -1,7 +1,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
-#include "cli/SampleJournalFiles.hpp"
+#include "hosting/SampleJournalFiles.hpp"
 
 namespace quillan::cli {
 
@@ -13,8 +13,9 @@ Run addSampleJournalCommand(CLI::App& app, HostOptions& host) {
       "a streak of recent days, nothing yet today; relative to --now in --time-zone, reproducible with --seed");
   return [command, &host] {
     if (!command->parsed()) return -1;
-    if (!host.groupContainer) throw UsageError("--group-container: sample-journal needs the folder to write into");
-    const auto path = writeSampleJournal(*host.groupContainer, host);
+    if (!host.groupContainer)
+      throw hosting::UsageError("--group-container: sample-journal needs the folder to write into");
+    const auto path = hosting::writeSampleJournal(*host.groupContainer, host.seed);
     std::cout << "wrote " << path.string() << "\n";
     return 0;
   };

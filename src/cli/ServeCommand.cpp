@@ -5,7 +5,7 @@
 
 #include "cli/Commands.hpp"
 #include "cli/OptionChecks.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "host/ReloadBudget.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -32,7 +32,7 @@ void checkBind(const std::string& address) {
   in_addr v4{};
   in6_addr v6{};
   if (inet_pton(AF_INET, address.c_str(), &v4) != 1 && inet_pton(AF_INET6, address.c_str(), &v6) != 1) {
-    throw badOption("--bind", "not an IP address", address, "e.g. 127.0.0.1");
+    throw hosting::badOption("--bind", "not an IP address", address, "e.g. 127.0.0.1");
   }
 }
 
@@ -45,7 +45,7 @@ server::PageSettings pageSettings(const ServeOptions& options, const HostOptions
   settings.timeZone = host.timeZone;
   settings.layoutDirection = host.layoutDirection;
   settings.dynamicType = host.dynamicType;
-  settings.device = deviceNamed(options.device).name;
+  settings.device = hosting::deviceNamed(options.device).name;
   settings.scale = options.scale;
   return settings;
 }
@@ -69,7 +69,7 @@ server::ServerOptions serverOptions(const ServeOptions& options, const HostOptio
   const auto container = host.groupContainer.value_or(platform::FileManager::defaultGroupContainerDirectory());
   std::error_code error;
   if (!std::filesystem::is_directory(container, error)) {
-    throw badOption("--group-container", "no such directory", container.string());
+    throw hosting::badOption("--group-container", "no such directory", container.string());
   }
   server.journal = container / "Quillan.sqlite";
   server.worker.deadline = std::chrono::milliseconds(std::llround(options.deadlineSeconds * 1000));
@@ -93,7 +93,7 @@ int serve(const ServeOptions& options, const HostOptions& host, bool modeGiven) 
                 << std::endl;
     });
   } catch (const server::PortInUse& error) {
-    throw UsageError(std::string(error.what()) + "; choose another with --port, or 0 for a free one");
+    throw hosting::UsageError(std::string(error.what()) + "; choose another with --port, or 0 for a free one");
   }
   return 0;
 }

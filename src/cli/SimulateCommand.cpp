@@ -4,12 +4,12 @@
 #include <set>
 
 #include "cli/Commands.hpp"
-#include "cli/EntryPainter.hpp"
-#include "cli/NoteEvents.hpp"
-#include "cli/PrivateJournal.hpp"
-#include "cli/QuotedValue.hpp"
-#include "cli/Simulation.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "replay/EntryPainter.hpp"
+#include "replay/NoteEvents.hpp"
+#include "replay/PrivateJournal.hpp"
+#include "hosting/QuotedValue.hpp"
+#include "replay/Simulation.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
@@ -36,7 +36,8 @@ struct SimulateOptions {
 
 platform::Date instant(const std::string& text, std::string_view option) {
   const auto date = platform::ISO8601::parse(text);
-  if (!date) throw badOption(option, "not an ISO-8601 date with offset", text, "e.g. 2026-03-07T00:00:00-05:00");
+  if (!date)
+    throw hosting::badOption(option, "not an ISO-8601 date with offset", text, "e.g. 2026-03-07T00:00:00-05:00");
   return *date;
 }
 
@@ -48,37 +49,40 @@ std::vector<std::string> kindsToPlace(const std::vector<std::string>& named) {
   }
   std::set<std::string> seen;
   for (const auto& kind : named) {
-    widgetOfKind(kind);
-    if (!seen.insert(kind).second) throw badOption("--kind", "named twice", kind, "a widget is placed once");
+    hosting::widgetOfKind(kind);
+    if (!seen.insert(kind).second) throw hosting::badOption("--kind", "named twice", kind, "a widget is placed once");
   }
   return named;
 }
 
-SimulationPlan planOf(const SimulateOptions& options) {
-  SimulationPlan plan{instant(options.from, "--from"), instant(options.to, "--to"), kindsToPlace(options.kinds), {}};
-  if (plan.to <= plan.from) throw badOption("--to", "not after --from", options.to);
+replay::SimulationPlan planOf(const SimulateOptions& options) {
+  replay::SimulationPlan plan{
+      instant(options.from, "--from"), instant(options.to, "--to"), kindsToPlace(options.kinds), {}};
+  if (plan.to <= plan.from) throw hosting::badOption("--to", "not after --from", options.to);
   const double days = (plan.to.timeIntervalSinceReferenceDate() - plan.from.timeIntervalSinceReferenceDate()) / 86400;
   if (days > kMaxSpanDays) {
-    throw badOption("--to", "more than " + std::to_string(static_cast<int>(kMaxSpanDays)) + " days after --from",
-                    options.to);
+    throw hosting::badOption(
+        "--to", "more than " + std::to_string(static_cast<int>(kMaxSpanDays)) + " days after --from", options.to);
   }
-  if (options.events) plan.notes = readNoteEvents(*options.events, plan.from, plan.to);
+  if (options.events) plan.notes = replay::readNoteEvents(*options.events, plan.from, plan.to);
   return plan;
 }
 
 std::filesystem::path outputFolder(const std::optional<std::filesystem::path>& named) {
   if (!named) {
     auto pattern = (std::filesystem::temp_directory_path() / "quillan-widgets-simulation-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot create a folder " + quotedValue(pattern));
+    if (mkdtemp(pattern.data()) == nullptr)
+      throw std::runtime_error("cannot create a folder " + hosting::quotedValue(pattern));
     return pattern;
   }
   std::error_code error;
   if (std::filesystem::exists(*named, error) &&
       (!std::filesystem::is_directory(*named, error) || !std::filesystem::is_empty(*named, error))) {
-    throw badOption("--output", "not an empty folder", named->string(), "pictures of another run would mix in");
+    throw hosting::badOption("--output", "not an empty folder", named->string(),
+                             "pictures of another run would mix in");
   }
   std::filesystem::create_directories(*named, error);
-  if (error) throw badOption("--output", "cannot create the folder", named->string(), error.message());
+  if (error) throw hosting::badOption("--output", "cannot create the folder", named->string(), error.message());
   return *named;
 }
 
@@ -102,10 +106,10 @@ std::filesystem::path userJournal(const HostOptions& host) {
 void writeFile(const std::filesystem::path& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary);
   file << text;
-  if (!file) throw std::runtime_error("cannot write " + quotedValue(path.string()));
+  if (!file) throw std::runtime_error("cannot write " + hosting::quotedValue(path.string()));
 }
 
-std::string subtitle(const SimulationPlan& plan, const SimulationLog& log) {
+std::string subtitle(const replay::SimulationPlan& plan, const replay::SimulationLog& log) {
   std::string text = "From " + log.iso(plan.from) + " to " + log.iso(plan.to) + " in " +
                      platform::TimeZone::current().identifier() + ".";
   if (!plan.notes.empty()) text += " " + std::to_string(plan.notes.size()) + " notes written on the way.";
@@ -114,13 +118,13 @@ std::string subtitle(const SimulationPlan& plan, const SimulationLog& log) {
 
 int runSimulation(const SimulateOptions& options, const HostOptions& host) {
   const auto plan = planOf(options);
-  const auto device = deviceNamed(options.device);
+  const auto device = hosting::deviceNamed(options.device);
   const auto output = outputFolder(options.output);
   // The worker forks before this process opens any journal: its children
   // must not inherit SQLite's per-file state.
   worker::WidgetWorker worker(extensionLimits());
-  std::unique_ptr<PrivateJournal> journal;
-  if (!plan.notes.empty()) journal = std::make_unique<PrivateJournal>(userJournal(host));
+  std::unique_ptr<replay::PrivateJournal> journal;
+  if (!plan.notes.empty()) journal = std::make_unique<replay::PrivateJournal>(userJournal(host));
 
   worker::ProcessSettings settings;
   settings.seed = host.seed;
@@ -129,15 +133,16 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
     settings.appSupport = journal->appSupport();
   }
   const auto log = [](std::string_view kind, std::string_view line) {
-    std::cerr << kind << ": " << singleLine(line) << "\n";
+    std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   };
-  EntryPainter painter(worker, settings, host, device, output);
-  Simulation simulation(worker::workerTimelineSource(worker, settings, log), painter, journal.get(),
-                        platform::TimeZone::current());
+  replay::EntryPainter painter(
+      worker, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output);
+  replay::Simulation simulation(worker::workerTimelineSource(worker, settings, log), painter, journal.get(),
+                                platform::TimeZone::current());
   simulation.run(plan);
 
   writeFile(output / "log.json", simulation.log().text());
-  writeFile(output / "index.html", filmstripPage(simulation.filmstrip(), subtitle(plan, simulation.log())));
+  writeFile(output / "index.html", pages::filmstripPage(simulation.filmstrip(), subtitle(plan, simulation.log())));
   std::cout << std::filesystem::absolute(output).string() << "\n";
   return 0;
 }

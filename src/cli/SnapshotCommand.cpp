@@ -3,13 +3,13 @@
 
 #include "cli/Commands.hpp"
 #include "cli/OptionChecks.hpp"
-#include "cli/QuotedValue.hpp"
-#include "cli/SnapshotCase.hpp"
-#include "cli/SnapshotConfig.hpp"
-#include "cli/SnapshotFolder.hpp"
-#include "cli/SnapshotRenderer.hpp"
-#include "cli/SnapshotReport.hpp"
-#include "cli/SnapshotVerdict.hpp"
+#include "hosting/QuotedValue.hpp"
+#include "snapshot/SnapshotCase.hpp"
+#include "snapshot/SnapshotConfig.hpp"
+#include "snapshot/SnapshotFolder.hpp"
+#include "snapshot/SnapshotRenderer.hpp"
+#include "pages/SnapshotReport.hpp"
+#include "snapshot/SnapshotVerdict.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -19,33 +19,36 @@ struct SnapshotOptions {
   std::optional<std::filesystem::path> config;
   std::vector<std::string> cases;
   bool all = false;
-  SnapshotTolerance tolerance;
+  snapshot::SnapshotTolerance tolerance;
 };
 
 std::filesystem::path configPath(const SnapshotOptions& options) {
-  return options.config.value_or(SnapshotFolder{options.dir}.config());
+  return options.config.value_or(snapshot::SnapshotFolder{options.dir}.config());
 }
 
 void requireDirectory(const std::filesystem::path& dir) {
   std::error_code error;
-  if (!std::filesystem::is_directory(dir, error)) throw badOption("--dir", "no such folder", dir.string());
+  if (!std::filesystem::is_directory(dir, error)) throw hosting::badOption("--dir", "no such folder", dir.string());
 }
 
 // The first record writes the config it runs on, for the user to review and keep.
-SnapshotConfig configForRecord(const SnapshotOptions& options, const HostOptions& host, const SnapshotFolder& folder) {
+snapshot::SnapshotConfig configForRecord(const SnapshotOptions& options, const HostOptions& host,
+                                         const snapshot::SnapshotFolder& folder) {
   const auto path = configPath(options);
   std::error_code error;
   if (!std::filesystem::exists(std::filesystem::symlink_status(path, error))) {
-    folder.write(path, snapshotConfigText(defaultSnapshotConfig(host), path));
+    folder.write(path,
+                 snapshot::snapshotConfigText(snapshot::defaultSnapshotConfig(host.groupContainer, host.seed), path));
     std::cout << "wrote the config " << path.string() << "\n";
   }
-  return readSnapshotConfig(path);
+  return snapshot::readSnapshotConfig(path);
 }
 
-std::vector<SnapshotCase> casesToRecord(const std::vector<SnapshotCase>& cases, const SnapshotOptions& options,
-                                        const SnapshotFolder& folder) {
+std::vector<snapshot::SnapshotCase> casesToRecord(const std::vector<snapshot::SnapshotCase>& cases,
+                                                  const SnapshotOptions& options,
+                                                  const snapshot::SnapshotFolder& folder) {
   std::set<std::string> named(options.cases.begin(), options.cases.end());
-  std::vector<SnapshotCase> chosen;
+  std::vector<snapshot::SnapshotCase> chosen;
   for (const auto& snapshotCase : cases) {
     const bool recorded = std::filesystem::exists(folder.recordedView(snapshotCase)) &&
                           std::filesystem::exists(folder.recordedPicture(snapshotCase));
@@ -53,26 +56,26 @@ std::vector<SnapshotCase> casesToRecord(const std::vector<SnapshotCase>& cases, 
       chosen.push_back(snapshotCase);
     }
   }
-  if (!named.empty()) throw badOption("--case", "no such case in the matrix", *named.begin());
+  if (!named.empty()) throw hosting::badOption("--case", "no such case in the matrix", *named.begin());
   return chosen;
 }
 
 // Refuses a suite with a linked entry before anything in it is written.
-void refuseLinkedConfig(const SnapshotOptions& options, const SnapshotFolder& folder) {
+void refuseLinkedConfig(const SnapshotOptions& options, const snapshot::SnapshotFolder& folder) {
   if (!options.config) folder.refuseLinks({}, /*ownConfig=*/true);
 }
 
 int record(const SnapshotOptions& options, const HostOptions& host) {
-  if (options.all && !options.cases.empty()) throw UsageError("--all: cannot be combined with --case");
-  const SnapshotFolder folder{options.dir};
+  if (options.all && !options.cases.empty()) throw hosting::UsageError("--all: cannot be combined with --case");
+  const snapshot::SnapshotFolder folder{options.dir};
   folder.makeFolder(options.dir);
   refuseLinkedConfig(options, folder);
   const auto config = configForRecord(options, host, folder);
-  const auto cases = snapshotCases(config);
+  const auto cases = snapshot::snapshotCases(config);
   folder.refuseLinks(cases, !options.config);
   const auto chosen = casesToRecord(cases, options, folder);
   folder.makeFolder(folder.cases());
-  const SnapshotRenderer renderer(config);
+  const snapshot::SnapshotRenderer renderer(config);
   for (const auto& snapshotCase : chosen) {
     const auto picture = renderer.draw(snapshotCase);
     folder.write(folder.recordedView(snapshotCase), picture.viewJson);
@@ -88,9 +91,9 @@ int record(const SnapshotOptions& options, const HostOptions& host) {
 // first failure replaces the whole folder.
 class DifferenceWriter {
  public:
-  explicit DifferenceWriter(const SnapshotFolder& folder) : folder_(folder) {}
+  explicit DifferenceWriter(const snapshot::SnapshotFolder& folder) : folder_(folder) {}
 
-  void write(const SnapshotCase& snapshotCase, SnapshotVerdict& verdict) {
+  void write(const snapshot::SnapshotCase& snapshotCase, snapshot::SnapshotVerdict& verdict) {
     if (!verdict.difference) return;
     if (!cleared_) {
       folder_.remove(folder_.differences());
@@ -110,7 +113,7 @@ class DifferenceWriter {
   }
 
  private:
-  const SnapshotFolder& folder_;
+  const snapshot::SnapshotFolder& folder_;
   bool cleared_ = false;
 };
 
@@ -119,26 +122,26 @@ class DifferenceWriter {
 // but for the results of an earlier run, which would tell of failures gone.
 int verify(const SnapshotOptions& options) {
   requireDirectory(options.dir);
-  const SnapshotFolder folder{options.dir};
+  const snapshot::SnapshotFolder folder{options.dir};
   refuseLinkedConfig(options, folder);
-  const auto config = readSnapshotConfig(configPath(options));
-  const auto cases = snapshotCases(config);
+  const auto config = snapshot::readSnapshotConfig(configPath(options));
+  const auto cases = snapshot::snapshotCases(config);
   folder.refuseLinks(cases, !options.config);
-  const SnapshotRenderer renderer(config);
+  const snapshot::SnapshotRenderer renderer(config);
   DifferenceWriter differences(folder);
-  std::vector<SnapshotVerdict> verdicts;
+  std::vector<snapshot::SnapshotVerdict> verdicts;
   std::size_t failed = 0;
   for (const auto& snapshotCase : cases) {
-    verdicts.push_back(judgeSnapshot(snapshotCase, renderer.draw(snapshotCase), folder, options.tolerance));
+    verdicts.push_back(snapshot::judgeSnapshot(snapshotCase, renderer.draw(snapshotCase), folder, options.tolerance));
     if (verdicts.back().passed()) continue;
     ++failed;
-    std::cout << "FAIL " << snapshotCase.name << ": " << singleLine(verdicts.back().problem) << "\n";
+    std::cout << "FAIL " << snapshotCase.name << ": " << hosting::singleLine(verdicts.back().problem) << "\n";
     differences.write(snapshotCase, verdicts.back());
   }
   differences.removeStale(/*keepReport=*/failed > 0);
   std::cout << (verdicts.size() - failed) << " of " << verdicts.size() << " cases match";
   if (failed > 0) {
-    folder.write(folder.report(), snapshotReportPage(verdicts, options.tolerance));
+    folder.write(folder.report(), pages::snapshotReportPage(verdicts, options.tolerance));
     std::cout << "; report " << std::filesystem::absolute(folder.report()).string();
   }
   std::cout << "\n";

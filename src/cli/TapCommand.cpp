@@ -3,7 +3,7 @@
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
 #include "cli/OptionChecks.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "render/HitTest.hpp"
 
 namespace quillan::cli {
@@ -27,12 +27,12 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
   command->add_option("--device", options->device, "device profile for the widget sizes (default: 393x852)");
   return [command, options, &host] {
     if (!command->parsed()) return -1;
-    const auto& widget = widgetOfKind(options->kind);
+    const auto& widget = hosting::widgetOfKind(options->kind);
     render::RenderContext context;
     context.env = host.environment(widget.supportedFamilies.front());
-    context.device = deviceNamed(options->device);
+    context.device = hosting::deviceNamed(options->device);
     FontPreparation fonts;
-    const auto tree = widget.content(currentEntryDate(widget), context.env);
+    const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
     fonts.finish();
     if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
     return 0;

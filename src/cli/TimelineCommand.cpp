@@ -1,8 +1,8 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
-#include "cli/TimelineJson.hpp"
-#include "cli/WidgetLookup.hpp"
+#include "hosting/TimelineJson.hpp"
+#include "hosting/WidgetLookup.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -11,7 +11,7 @@ widgets::TimelineRequest parseRequest(const std::string& text) {
   if (text == "timeline") return widgets::TimelineRequest::timeline;
   if (text == "snapshot") return widgets::TimelineRequest::snapshot;
   if (text == "placeholder") return widgets::TimelineRequest::placeholder;
-  throw badOption("--request", "unknown request", text, "expected timeline, snapshot or placeholder");
+  throw hosting::badOption("--request", "unknown request", text, "expected timeline, snapshot or placeholder");
 }
 
 }  // namespace
@@ -28,9 +28,9 @@ Run addTimelineCommand(CLI::App& app) {
   command->add_option("--request", *request, "timeline, snapshot or placeholder (default: timeline)");
   return [command, kind, request] {
     if (!command->parsed()) return -1;
-    const auto& widget = widgetOfKind(*kind);
+    const auto& widget = hosting::widgetOfKind(*kind);
     const auto answer = widget.provider(parseRequest(*request), {});
-    std::cout << timelineJson(answer) << "\n";
+    std::cout << hosting::timelineJson(answer) << "\n";
     return 0;
   };
 }

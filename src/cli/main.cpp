@@ -8,7 +8,7 @@
 #include "cli/Commands.hpp"
 #include "cli/FirstRunHint.hpp"
 #include "cli/HostOptions.hpp"
-#include "cli/QuotedValue.hpp"
+#include "hosting/QuotedValue.hpp"
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
 #include "views/ViewTreeJson.hpp"
@@ -17,7 +17,9 @@
 namespace {
 
 // Messages may echo values, and values may hold anything: every line written is one line.
-void report(std::string_view message) { std::cerr << "quillan-widgets: " << quillan::cli::singleLine(message) << "\n"; }
+void report(std::string_view message) {
+  std::cerr << "quillan-widgets: " << quillan::hosting::singleLine(message) << "\n";
+}
 
 constexpr const char* kDescription =
     "The Quillan journal's widgets, off the phone: timelines, view trees, drawings and taps.\n"
@@ -66,7 +68,7 @@ int main(int argc, char** argv) {
     // An unknown subcommand is left over rather than reported by name.
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
-      report(cli::badValue(
+      report(hosting::badValue(
           "unknown subcommand", leftover.front(),
           "expected list, timeline, render, tap, sample-journal, demo, serve, simulate or snapshot; see --help"));
       return 2;
@@ -88,7 +90,7 @@ int main(int argc, char** argv) {
     for (const auto& command : commands) {
       if (const int status = command(); status >= 0) return status;
     }
-  } catch (const cli::UsageError& error) {
+  } catch (const hosting::UsageError& error) {
     report(error.what());
     return 2;
   } catch (const std::exception& error) {

@@ -7,8 +7,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "fixtures/JournalWriter.hpp"
-#include "platform/ISO8601.hpp"
 #include "render/PixelImage.hpp"
 #include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
@@ -174,26 +172,6 @@ TEST_F(Simulate, ANoteAt0914TurnsTheComposeButtonGreyAndLeavesTheJournalUntouche
   EXPECT_TRUE(fs::is_empty(scratch())) << "the private copy is left behind";
 }
 
-TEST_F(Simulate, AJournalTheAppHasOpenIsCopiedWithWhatIsStillInItsWal) {
-  fs::create_directories(container());
-  fixtures::JournalWriter app(container() / "Quillan.sqlite", {.walAutocheckpoint = 0});
-  app.addNote({.date = platform::ISO8601::parse("2026-11-22T07:30:00+01:00"), .info = std::string("early")});
-  const auto journal = readText(container() / "Quillan.sqlite");
-  const auto wal = readText(container() / "Quillan.sqlite-wal");
-  ASSERT_FALSE(wal.empty());
-  const auto events = folderPath() / "events.json";
-  std::ofstream(events) << R"([{"at": "2026-11-22T09:00:00+01:00",
-                                "note": {"date": "2026-11-22T09:00:00+01:00", "text": "later"}}])";
-  const auto log = simulate("Europe/Berlin", {"--kind", "ComposeButtonWidget", "--from", "2026-11-22T08:00:00+01:00",
-                                              "--to", "2026-11-22T10:00:00+01:00", "--events", events.string()});
-  ASSERT_FALSE(log.is_null());
-  const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
-  ASSERT_FALSE(entries.empty());
-  EXPECT_TRUE(looksGrey(output() / entries[0]["light"].get<std::string>())) << "the note in the -wal was not copied";
-  EXPECT_TRUE(readText(container() / "Quillan.sqlite") == journal);
-  EXPECT_TRUE(readText(container() / "Quillan.sqlite-wal") == wal);
-}
-
 TEST_F(Simulate, TheFilmstripShowsEveryEntryWithItsDeepLinks) {
   writeJournal("2026-11-22T08:00:00+01:00", "Europe/Berlin");
   const auto log = simulate("Europe/Berlin", {"--kind", "OTDComposeWidget", "--from", "2026-11-21T00:00:00+01:00",
@@ -254,19 +232,9 @@ TEST_F(Simulate, BadValuesAreRefusedNamingTheOption) {
   expectRefused(withSpan({"--kind", "StreakWidget", "--kind", "StreakWidget"}), "--kind");
   expectRefused(withSpan({"--output", folderPath().string()}), "--output");
   expectRefused(withSpan({"--events", (folderPath() / "missing.json").string()}), "--events");
-  const std::vector<std::string> badEvents = {
-      "{not json",
-      R"({"at": "2026-11-22T09:00:00Z"})",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}, "mood": 3}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "yesterday", "text": "x"}}])",
-      R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": 5}}])",
-      R"([{"at": "2026-11-22T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z"}}])",
-  };
-  for (const auto& text : badEvents) {
-    std::ofstream(events) << text;
-    expectRefused(withSpan({"--events", events.string()}), "--events");
-  }
+  // Each bad event's message is the events reader's (tests/replay); here, that the command refuses with it.
+  std::ofstream(events) << R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])";
+  expectRefused(withSpan({"--events", events.string()}), "--events");
 }
 
 }  // namespace

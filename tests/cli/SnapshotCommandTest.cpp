@@ -50,27 +50,6 @@ std::string caseName(const std::string& kind, const std::string& scheme) {
   return kind + "_" + scheme + "_fullColor_17.0_393x852_en-US";
 }
 
-// A PNG of 0x0 pixels, well formed but for that.
-std::string emptyPng() {
-  const auto crc = [](const std::string& bytes) {
-    std::uint32_t value = 0xFFFFFFFF;
-    for (const unsigned char byte : bytes) {
-      value ^= byte;
-      for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ (0xEDB88320 & (0 - (value & 1)));
-    }
-    return ~value;
-  };
-  const auto bigEndian = [](std::uint32_t value) {
-    return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8),
-                       static_cast<char>(value)};
-  };
-  const auto chunk = [&](const std::string& type, const std::string& data) {
-    return bigEndian(static_cast<std::uint32_t>(data.size())) + type + data + bigEndian(crc(type + data));
-  };
-  const std::string header = bigEndian(0) + bigEndian(0) + std::string{8, 6, 0, 0, 0};
-  return std::string("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IEND", "");
-}
-
 // runCommand() as an unprivileged user, to whom files of the test's own are read-only.
 testing::CommandResult runAsNobody(const std::vector<std::string>& arguments) {
   constexpr uid_t kNobody = 65534;
@@ -225,26 +204,8 @@ TEST_F(Snapshot, AMissingOrCorruptConfigIsOneLineAndExitTwo) {
     json[Json::json_pointer(pointer)] = value;
     return json.dump();
   };
-  const std::vector<std::string> corrupt = {
-      "{\"journal\": ",
-      "[]",
-      with("/journal", (dir() / "nowhere").string()),
-      with("/journal", dir().string()),
-      with("/now", "tomorrow"),
-      with("/timeZone", "Mars/Olympus"),
-      with("/seed", -1),
-      with("/scale", 9),
-      with("/colour", "blue"),
-      with("/matrix/kinds", Json::parse(R"(["Nope"])")),
-      with("/matrix/kinds", Json::array()),
-      with("/matrix/colorSchemes", Json::parse(R"(["sepia"])")),
-      with("/matrix/renderingModes", Json::parse(R"(["fullColor", "fullColor"])")),
-      with("/matrix/platformVersions", Json::parse(R"(["seventeen"])")),
-      with("/matrix/devices", Json::parse(R"(["1x1"])")),
-      with("/matrix/locales", Json::parse(R"(["xx_YY"])")),
-      with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])")),
-  };
-  for (const auto& text : corrupt) {
+  // Each bad value's message is the config reader's (tests/snapshot); here, that both commands refuse with it.
+  for (const auto& text : {std::string("[]"), with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])"))}) {
     std::ofstream(config) << text;
     expectRefused({"snapshot", "verify", "--dir", dir().string()}, "--config");
     expectRefused({"snapshot", "record", "--dir", dir().string()}, "--config");
@@ -279,9 +240,9 @@ TEST_F(Snapshot, AnEntryThatIsASymbolicLinkIsRefusedAndNothingIsWrittenThroughIt
   }
 }
 
+// Each kind of damage is the verdict's (tests/snapshot); here, that the command goes on past them.
 TEST_F(Snapshot, AnUnreadableRecordingFailsItsOwnCaseAndTheOthersAreVerified) {
   ASSERT_EQ(recordDefaults().exitStatus, 0);
-  const auto picture = readText(recording(kComposeCase, ".png"));
   const auto makeFifo = [](const fs::path& path) {
     fs::remove(path);
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
@@ -297,11 +258,7 @@ TEST_F(Snapshot, AnUnreadableRecordingFailsItsOwnCaseAndTheOthersAreVerified) {
   };
   const std::vector<Damage> damages = {
       {caseName("OnThisDayWidget", "light"), ".png", makeFifo, "not a regular file"},
-      {caseName("OnThisDayWidget", "dark"), ".json", makeFifo, "not a regular file"},
-      {caseName("OTDComposeWidget", "light"), ".png", writeBytes(picture.substr(0, picture.size() / 2)),
-       "not a readable PNG"},
       {caseName("OTDComposeWidget", "dark"), ".png", writeBytes("no picture at all"), "not a readable PNG"},
-      {caseName("StreakWidget", "light"), ".png", writeBytes(emptyPng()), "not a readable PNG"},
   };
   for (const auto& damage : damages) damage.apply(recording(damage.caseName, damage.extension));
 
@@ -315,7 +272,7 @@ TEST_F(Snapshot, AnUnreadableRecordingFailsItsOwnCaseAndTheOthersAreVerified) {
         << result.out;
     EXPECT_NE(report.find(damage.caseName), std::string::npos) << damage.caseName;
   }
-  EXPECT_NE(result.out.find("5 of 10 cases match; report "), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("8 of 10 cases match; report "), std::string::npos) << result.out;
 }
 
 TEST_F(Snapshot, AReadOnlySuiteIsVerifiedWithoutWritingAndOneThatMustBeWrittenIsExitTwo) {

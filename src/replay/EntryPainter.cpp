@@ -1,0 +1,88 @@
+#include "replay/EntryPainter.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "hosting/QuotedValue.hpp"
+#include "hosting/WidgetLookup.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/Renderer.hpp"
+#include "views/ViewTreeJson.hpp"
+
+namespace quillan::replay {
+namespace {
+
+std::string sequenceName(int sequence) {
+  char buffer[16];
+  std::snprintf(buffer, sizeof buffer, "%04d", sequence);
+  return buffer;
+}
+
+void writeText(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream file(path, std::ios::binary);
+  file << text;
+  if (!file) throw std::runtime_error("cannot write " + path.string());
+}
+
+// As `render --format json` prints it, so `render --tree` draws it again.
+std::string wrappedTree(const std::string& kind, views::WidgetFamily family, platform::Date entryDate,
+                        const std::string& treeJson) {
+  nlohmann::ordered_json json;
+  json["kind"] = kind;
+  json["family"] = hosting::familyName(family);
+  json["date"] = platform::ISO8601::format(entryDate, platform::TimeZone::current());
+  json["view"] = nlohmann::ordered_json::parse(treeJson);
+  return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+EntryPainter::EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
+                           render::DeviceProfile device, std::filesystem::path output)
+    : worker_(worker), settings_(std::move(settings)), environment_(std::move(environment)),
+      device_(std::move(device)), output_(std::move(output)) {}
+
+std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::string& kind, platform::Date entryDate,
+                                                                     platform::Date at, int sequence) {
+  std::filesystem::create_directories(output_ / kind);
+  const auto stem = kind + "/" + sequenceName(sequence);
+  pages::EntryPictures pictures{stem + "-light.png", stem + "-dark.png", stem + ".json", 0, 0, {}};
+  auto light = draw(kind, entryDate, at, views::ColorScheme::light, output_ / pictures.light);
+  if (auto* failure = std::get_if<EntryFailure>(&light)) return *failure;
+  auto dark = draw(kind, entryDate, at, views::ColorScheme::dark, output_ / pictures.dark);
+  if (auto* failure = std::get_if<EntryFailure>(&dark)) return *failure;
+
+  const auto& drawn = std::get<Drawn>(light);
+  const auto family = drawn.context.env.family;
+  writeText(output_ / pictures.view, wrappedTree(kind, family, entryDate, drawn.treeJson));
+  const auto size = device_.sizeOf(family);
+  pictures.width = size.width;
+  pictures.height = size.height;
+  pictures.regions = render::hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  return pictures;
+}
+
+std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::string& kind, platform::Date entryDate,
+                                                                   platform::Date at, views::ColorScheme scheme,
+                                                                   const std::filesystem::path& file) {
+  render::RenderContext context;
+  context.env = environment_(hosting::widgetOfKind(kind).supportedFamilies.front());
+  context.env.colorScheme = scheme;
+  context.device = device_;
+  context.scale = kScale;
+  auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
+  for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
+  if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};
+  try {
+    render::renderToFile(views::decodeViewTree(*evaluation.value()), context, render::Format::png, file);
+  } catch (const views::ViewTreeJsonError& error) {
+    return EntryFailure{std::string("view: ") + error.what()};
+  }
+  return Drawn{std::move(*evaluation.value()), context};
+}
+
+}  // namespace quillan::replay

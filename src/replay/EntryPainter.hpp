@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/Date.hpp"
+#include "render/DeviceProfile.hpp"
+#include "pages/EntryPictures.hpp"
+#include "render/HitTest.hpp"
+#include "views/Environment.hpp"
+#include "worker/WidgetWorker.hpp"
+
+namespace quillan::replay {
+
+// Why an entry could not be drawn: the extension stopped, or its tree was unusable.
+struct EntryFailure {
+  std::string reason;
+};
+
+// Draws the entries a replay shows. The views are built by the extension in
+// the worker, with the clock pinned to the moment the entry is shown and the
+// journal the replay reads; the host draws them, in light and in dark.
+class EntryPainter {
+ public:
+  // The display environment the host gives a widget of `family`.
+  using EnvironmentOf = std::function<views::Environment(views::WidgetFamily)>;
+
+  EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
+               render::DeviceProfile device, std::filesystem::path output);
+
+  // Writes <kind>/<sequence>-light.png, -dark.png and .json under the output
+  // folder. A failed evaluation is returned, not thrown: the replay goes on.
+  std::variant<pages::EntryPictures, EntryFailure> paint(const std::string& kind, platform::Date entryDate,
+                                                         platform::Date at, int sequence);
+
+  // Pixels per point of the pictures: enough to read, a third of the size of
+  // the phone's @3x for a replay that draws hundreds of them.
+  static constexpr double kScale = 2;
+
+ private:
+  struct Drawn {
+    std::string treeJson;
+    render::RenderContext context;
+  };
+  std::variant<Drawn, EntryFailure> draw(const std::string& kind, platform::Date entryDate, platform::Date at,
+                                         views::ColorScheme scheme, const std::filesystem::path& file);
+
+  worker::WidgetWorker& worker_;
+  worker::ProcessSettings settings_;
+  EnvironmentOf environment_;
+  render::DeviceProfile device_;
+  std::filesystem::path output_;
+};
+
+}  // namespace quillan::replay

@@ -1,0 +1,75 @@
+#include "replay/Simulation.hpp"
+
+#include <algorithm>
+
+#include "hosting/WidgetLookup.hpp"
+
+namespace quillan::replay {
+
+Simulation::Simulation(host::TimelineSource source, EntryPainter& painter, PrivateJournal* journal,
+                       platform::TimeZone zone)
+    : source_(std::move(source)), painter_(painter), journal_(journal), log_(std::move(zone)) {}
+
+void Simulation::run(const SimulationPlan& plan) {
+  if (!plan.notes.empty() && !journal_) throw std::logic_error("notes to write need a private journal");
+  kinds_ = plan.kinds;
+  // The listener only takes note: drawing asks the worker, which the scheduler's
+  // own calls must not wait on.
+  host::Scheduler scheduler(plan.from, source_, [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
+  for (const auto& kind : plan.kinds) {
+    scheduler.place(kind);
+    handleHeardEvents();
+  }
+  for (std::size_t next = 0; next < plan.notes.size();) writeNotesAt(scheduler, plan.notes, next);
+  scheduler.advanceTo(plan.to);
+  handleHeardEvents();
+}
+
+// Everything due before the notes' moment is shown and drawn on the journal as
+// it was; then the notes of that moment are saved together and the app reloads.
+void Simulation::writeNotesAt(host::Scheduler& scheduler, const std::vector<NoteEvent>& notes, std::size_t& next) {
+  const auto at = notes[next].at;
+  scheduler.advanceTo(at);
+  handleHeardEvents();
+  for (; next < notes.size() && notes[next].at == at; ++next) {
+    journal_->addNote(notes[next].noteDate, notes[next].text, at);
+  }
+  scheduler.reloadAll(at, host::ReloadReason::app);
+  handleHeardEvents();
+}
+
+void Simulation::handleHeardEvents() {
+  auto events = std::move(heard_);
+  heard_.clear();
+  for (const auto& event : events) {
+    auto& logged = log_.add(event);
+    if (const auto* entry = std::get_if<host::EntryShown>(&event.detail)) draw(event, entry->entryDate, logged);
+  }
+}
+
+void Simulation::draw(const host::SchedulerEvent& event, platform::Date entryDate, nlohmann::ordered_json& logged) {
+  auto& frames = frames_[event.kind];
+  auto label = log_.iso(event.at);
+  std::replace(label.begin(), label.end(), 'T', ' ');
+  auto outcome = painter_.paint(event.kind, entryDate, event.at, static_cast<int>(frames.size()) + 1);
+  if (auto* pictures = std::get_if<pages::EntryPictures>(&outcome)) {
+    SimulationLog::attach(logged, *pictures);
+    frames.push_back({label, std::move(*pictures), {}});
+    return;
+  }
+  const auto& reason = std::get<EntryFailure>(outcome).reason;
+  log_.addFailure(event.at, event.kind, reason);
+  frames.push_back({label, std::nullopt, reason});
+}
+
+std::vector<pages::FilmstripRow> Simulation::filmstrip() const {
+  std::vector<pages::FilmstripRow> rows;
+  for (const auto& kind : kinds_) {
+    const auto found = frames_.find(kind);
+    rows.push_back({kind, hosting::widgetOfKind(kind).displayName,
+                    found == frames_.end() ? std::vector<pages::FilmstripFrame>{} : found->second});
+  }
+  return rows;
+}
+
+}  // namespace quillan::replay

@@ -1,0 +1,40 @@
+#include "snapshot/SnapshotRenderer.hpp"
+
+#include "hosting/WidgetLookup.hpp"
+#include "platform/Clock.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
+#include "platform/Locale.hpp"
+#include "platform/RandomSource.hpp"
+#include "platform/TimeZone.hpp"
+#include "render/Renderer.hpp"
+#include "views/ViewTreeJson.hpp"
+
+namespace quillan::snapshot {
+
+SnapshotRenderer::SnapshotRenderer(const SnapshotConfig& config) : config_(config) {
+  platform::FileManager::setGroupContainerDirectory(config.journal);
+  // The suite's journal stands for a phone of its own: no legacy journal from
+  // elsewhere is paired with it.
+  platform::FileManager::setApplicationSupportDirectory(
+      platform::FileManager::applicationSupportBeside(config.journal));
+  platform::TimeZone::setCurrent(*platform::TimeZone::named(config.timeZone));
+  platform::Clock::pin(*platform::ISO8601::parse(config.now));
+}
+
+SnapshotPicture SnapshotRenderer::draw(const SnapshotCase& snapshotCase) const {
+  platform::Locale::setCurrent(*platform::Locale::named(snapshotCase.locale));
+  platform::RandomSource::seed(config_.seed);
+  const auto& widget = hosting::widgetOfKind(snapshotCase.kind);
+  render::RenderContext context;
+  context.env.family = widget.supportedFamilies.front();
+  context.env.colorScheme = views::parseColorScheme(snapshotCase.colorScheme);
+  context.env.renderingMode = views::parseRenderingMode(snapshotCase.renderingMode);
+  context.env.platformVersion = views::parsePlatformVersion(snapshotCase.platformVersion);
+  context.device = hosting::deviceNamed(snapshotCase.device);
+  context.scale = config_.scale;
+  const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
+  return {views::encodeViewTree(tree), render::renderToPNGBytes(tree, context)};
+}
+
+}  // namespace quillan::snapshot

@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <algorithm>
+#include <map>
+#include <optional>
+
+#include "fixtures/JournalWriter.hpp"
+#include "platform/ISO8601.hpp"
+#include "replay/PrivateJournal.hpp"
+#include "store/StoreTestSupport.hpp"
+#include "support/TemporaryFolder.hpp"
+
+namespace quillan::replay {
+namespace {
+
+namespace fs = std::filesystem;
+
+platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
+
+// Every file in `folder` with its bytes; of a -shm only that it is there: it
+// is the index to the -wal that every reader of an open journal shares.
+std::map<std::string, std::string> contentsOf(const fs::path& folder) {
+  std::map<std::string, std::string> contents;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    const auto name = entry.path().filename().string();
+    contents[name] = name.ends_with("-shm") ? "" : store::testing::fileContents(entry.path());
+  }
+  return contents;
+}
+
+std::vector<std::string> noteTexts(const fs::path& journal) {
+  std::vector<std::string> texts;
+  for (const auto& note : store::testing::fetchNotes(*store::testing::contextFor(journal))) {
+    texts.push_back(note->info().value_or(""));
+  }
+  std::sort(texts.begin(), texts.end());
+  return texts;
+}
+
+TEST(PrivateJournal, CopiesAClosedOrAnOpenJournalWithItsWalAndIsGoneWithTheObject) {
+  for (const bool appHasItOpen : {false, true}) {
+    const auto label = appHasItOpen ? "open" : "closed";
+    testing::TemporaryFolder folder;
+    const auto container = folder.path() / "group";
+    fs::create_directories(container);
+    const auto journal = container / "Quillan.sqlite";
+    std::optional<fixtures::JournalWriter> app;
+    app.emplace(journal, appHasItOpen ? fixtures::JournalLayout{.walAutocheckpoint = 0} : fixtures::JournalLayout{});
+    app->addNote({.date = at("2026-11-22T07:30:00+01:00"), .info = std::string("early")});
+    if (!appHasItOpen) app.reset();
+    ASSERT_EQ(fs::exists(journal.string() + "-wal"), appHasItOpen) << label;
+    const auto before = contentsOf(container);
+
+    fs::path root;
+    {
+      PrivateJournal copy(journal);
+      root = copy.groupContainer().parent_path();
+      EXPECT_TRUE(fs::is_directory(copy.appSupport())) << label;
+      EXPECT_TRUE(fs::is_empty(copy.appSupport())) << label << ": a legacy journal could be moved into the copy";
+      copy.addNote(at("2026-11-22T09:00:00+01:00"), "later", at("2026-11-22T09:00:00+01:00"));
+      EXPECT_EQ(noteTexts(copy.groupContainer() / "Quillan.sqlite"), (std::vector<std::string>{"early", "later"}))
+          << label;
+      // Compared without printing a journal's bytes on failure.
+      EXPECT_TRUE(contentsOf(container) == before) << label << ": the user's journal changed";
+    }
+    EXPECT_FALSE(fs::exists(root)) << label << ": the copy outlived its object";
+    app.reset();
+  }
+}
+
+}  // namespace
+}  // namespace quillan::replay

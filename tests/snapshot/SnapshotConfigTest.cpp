@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+#include "hosting/UsageError.hpp"
+#include "snapshot/SnapshotCase.hpp"
+#include "snapshot/SnapshotConfig.hpp"
+#include "support/TemporaryFolder.hpp"
+
+namespace quillan::snapshot {
+namespace {
+
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+// A suite's folder with a journal in it and a config to read.
+class SnapshotConfigFile : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    fs::create_directories(journal());
+    std::ofstream(journal() / "Quillan.sqlite") << "";
+  }
+
+  fs::path journal() const { return folder_.path() / "journal"; }
+  fs::path path() const { return folder_.path() / "snapshots.json"; }
+
+  void write(const std::string& text) const { std::ofstream(path(), std::ios::trunc) << text; }
+
+  // A valid config with the value at `pointer` replaced.
+  std::string with(const std::string& pointer, const Json& value) const {
+    auto json = Json::parse(R"({"journal": "journal", "now": "2026-11-22T09:00:00+01:00",
+        "timeZone": "Europe/Berlin", "seed": 1, "matrix": {"kinds": ["StreakWidget"], "colorSchemes": ["light"],
+        "renderingModes": ["fullColor"], "platformVersions": ["17.0"], "devices": ["393x852"],
+        "locales": ["en_US"]}})");
+    json[Json::json_pointer(pointer)] = value;
+    return json.dump();
+  }
+
+ private:
+  testing::TemporaryFolder folder_;
+};
+
+TEST_F(SnapshotConfigFile, EveryBadValueOrCaseIsOneLineNamingWhereInTheFileItIs) {
+  struct Case {
+    std::string text;
+    std::string where;  // what the message says after "--config: "
+  };
+  const std::vector<Case> cases = {
+      {"{\"journal\": ", "not JSON"},
+      {"[]", "the config: not a JSON object"},
+      {with("/journal", "nowhere"), "journal: no such folder"},
+      {with("/journal", "."), "journal: no Quillan.sqlite"},
+      {with("/now", "tomorrow"), "now: "},
+      {with("/timeZone", "Mars/Olympus"), "timeZone: "},
+      {with("/seed", -1), "seed: "},
+      {with("/scale", 9), "scale: "},
+      {with("/colour", "blue"), "colour: unknown key"},
+      {with("/matrix/kinds", Json::parse(R"(["StreakWidget", "Nope"])")), "matrix.kinds[1]: unknown widget kind"},
+      {with("/matrix/kinds", Json::array()), "matrix.kinds: "},
+      {with("/matrix/colorSchemes", Json::parse(R"(["sepia"])")), "matrix.colorSchemes[0]: "},
+      {with("/matrix/renderingModes", Json::parse(R"(["fullColor", "fullColor"])")),
+       "matrix.renderingModes[1]: listed twice"},
+      {with("/matrix/platformVersions", Json::parse(R"(["seventeen"])")), "matrix.platformVersions[0]: "},
+      {with("/matrix/devices", Json::parse(R"(["1x1"])")), "matrix.devices[0]: unknown device"},
+      {with("/matrix/locales", Json::parse(R"(["xx_YY"])")), "matrix.locales[0]: "},
+      {with("/matrix/locales", Json::parse(R"(["de_DE", "de-DE"])")), "two cases share the file name"},
+  };
+  for (const auto& c : cases) {
+    write(c.text);
+    try {
+      snapshotCases(readSnapshotConfig(path()));
+      ADD_FAILURE() << "accepted " << c.text;
+    } catch (const hosting::UsageError& error) {
+      const std::string message = error.what();
+      EXPECT_EQ(message.rfind("--config: " + c.where, 0), 0u) << c.text << "\n" << message;
+      EXPECT_EQ(message.find('\n'), std::string::npos) << message;
+    }
+  }
+  fs::remove(path());
+  EXPECT_THROW(readSnapshotConfig(path()), hosting::UsageError);
+}
+
+TEST_F(SnapshotConfigFile, WhatTheFirstRecordWritesReadsBackAsTheSameConfig) {
+  for (const auto& seed : {std::optional<std::uint64_t>(), std::optional<std::uint64_t>(18446744073709551615u)}) {
+    const auto written = defaultSnapshotConfig(journal(), seed);
+    write(snapshotConfigText(written, path()));
+    EXPECT_EQ(Json::parse(std::ifstream(path()))["journal"], "journal");  // inside the suite: kept relative
+    const auto read = readSnapshotConfig(path());
+    EXPECT_EQ(fs::weakly_canonical(read.journal), fs::weakly_canonical(written.journal));
+    EXPECT_EQ(read.now, written.now);
+    EXPECT_EQ(read.timeZone, written.timeZone);
+    EXPECT_EQ(read.seed, seed.value_or(written.seed));
+    EXPECT_EQ(read.scale, written.scale);
+    EXPECT_EQ(read.kinds, written.kinds);
+    EXPECT_EQ(read.colorSchemes, written.colorSchemes);
+    EXPECT_EQ(read.renderingModes, written.renderingModes);
+    EXPECT_EQ(read.platformVersions, written.platformVersions);
+    EXPECT_EQ(read.devices, written.devices);
+    EXPECT_EQ(read.locales, written.locales);
+    const auto cases = snapshotCases(read);
+    ASSERT_EQ(cases.size(), read.kinds.size() * read.colorSchemes.size());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+      EXPECT_EQ(cases[i].kind, read.kinds[i / read.colorSchemes.size()]);  // kinds vary slowest
+      EXPECT_EQ(cases[i].colorScheme, read.colorSchemes[i % read.colorSchemes.size()]);
+      EXPECT_EQ(cases[i].name.rfind(cases[i].kind + "_" + cases[i].colorScheme + "_", 0), 0u) << cases[i].name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillan::snapshot
