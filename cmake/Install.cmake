@@ -72,21 +72,31 @@ function(quillan_install_package)
           DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
-# The command's man page, made at build time from its own help by help2man, and
-# its bash completion from dist/. Both go with the command.
+# The command's man page and bash completion, both written at build time from
+# what the command itself declares: the page from its help by help2man, the
+# completion from its table of subcommands and options. Both go with the
+# command. help2man is only looked for here, so that a build of the command
+# alone does without it.
 function(quillan_install_command_docs target)
-  find_program(HELP2MAN help2man REQUIRED)
+  find_program(HELP2MAN help2man)
   set(page ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
-  set(subcommands list timeline render tap sample-journal demo simulate snapshot)
-  string(REPLACE ";" "," subcommands "${subcommands}")
   add_custom_command(OUTPUT ${page}
     COMMAND ${CMAKE_COMMAND} -DCOMMAND=$<TARGET_FILE:${target}> -DVERSION=${PROJECT_VERSION}
-            -DOUTPUT=${page} -DWORK=${CMAKE_CURRENT_BINARY_DIR} -DSUBCOMMANDS=${subcommands}
+            -DOUTPUT=${page} -DWORK=${CMAKE_CURRENT_BINARY_DIR} -DHELP2MAN=${HELP2MAN}
             -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
     DEPENDS ${target} ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
     COMMENT "Writing the man page of ${target}" VERBATIM)
   add_custom_target(${target}-man ALL DEPENDS ${page})
   install(FILES ${page} COMPONENT command DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  install(FILES ${PROJECT_SOURCE_DIR}/dist/${target}.bash-completion COMPONENT command
+
+  set(template ${PROJECT_SOURCE_DIR}/dist/${target}.bash-completion.in)
+  set(completion ${CMAKE_CURRENT_BINARY_DIR}/${target}.bash-completion)
+  add_custom_command(OUTPUT ${completion}
+    COMMAND ${CMAKE_COMMAND} -DCOMMAND=$<TARGET_FILE:${target}> -DTEMPLATE=${template} -DOUTPUT=${completion}
+            -P ${PROJECT_SOURCE_DIR}/cmake/BashCompletion.cmake
+    DEPENDS ${target} ${template} ${PROJECT_SOURCE_DIR}/cmake/BashCompletion.cmake
+    COMMENT "Writing the bash completion of ${target}" VERBATIM)
+  add_custom_target(${target}-completion ALL DEPENDS ${completion})
+  install(FILES ${completion} COMPONENT command
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${target})
 endfunction()

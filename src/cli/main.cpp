@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/Commands.hpp"
+#include "cli/CompletionTable.hpp"
 #include "cli/FirstRunHint.hpp"
 #include "cli/HostOptions.hpp"
 #include "hosting/QuotedValue.hpp"
@@ -60,6 +61,11 @@ int main(int argc, char** argv) {
     subcommand->footer(environment);
     for (CLI::App* nested : subcommand->get_subcommands({})) nested->footer(environment);
   }
+  // The build writes the man page and the bash completion from this table of what was just declared.
+  if (argc == 2 && std::string_view(argv[1]) == cli::kCompletionTableArgument) {
+    cli::writeCompletionTable(app, std::cout);
+    return 0;
+  }
 
   try {
     app.parse(argc, argv);
@@ -68,9 +74,8 @@ int main(int argc, char** argv) {
     // An unknown subcommand is left over rather than reported by name.
     const auto leftover = app.remaining();
     if (!leftover.empty() && app.get_subcommands().empty()) {
-      report(hosting::badValue(
-          "unknown subcommand", leftover.front(),
-          "expected list, timeline, render, tap, sample-journal, demo, serve, simulate or snapshot; see --help"));
+      report(hosting::badValue("unknown subcommand", leftover.front(),
+                               "expected " + cli::subcommandSentence(app) + "; see --help"));
       return 2;
     }
     report(error.what());

@@ -1,0 +1,42 @@
+# cmake -P script: writes the command's bash completion from the template in
+# dist/, filling in the subcommands and options the command itself declares
+# (its --completion-table) and the widget kinds it lists.
+#   -DCOMMAND=<the built command> -DTEMPLATE=<completion.in> -DOUTPUT=<completion>
+function(run_command output_variable)
+  execute_process(COMMAND ${COMMAND} ${ARGN} OUTPUT_VARIABLE output RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${COMMAND} ${ARGN} failed (${status})")
+  endif()
+  set(${output_variable} "${output}" PARENT_SCOPE)
+endfunction()
+
+run_command(table --completion-table)
+string(REGEX REPLACE "\n$" "" table "${table}")
+string(REPLACE "\n" ";" lines "${table}")
+set(SUBCOMMANDS_CASES "")
+set(OPTIONS_CASES "")
+foreach(line ${lines})
+  if(NOT line MATCHES "^([^:]*):([^:]*):([^:]*)$")
+    message(FATAL_ERROR "not a line of the completion table: ${line}")
+  endif()
+  if(NOT CMAKE_MATCH_2 STREQUAL "")
+    string(APPEND SUBCOMMANDS_CASES "    \"${CMAKE_MATCH_1}\") echo \"${CMAKE_MATCH_2}\" ;;\n")
+  endif()
+  if(NOT CMAKE_MATCH_3 STREQUAL "")
+    string(APPEND OPTIONS_CASES "    \"${CMAKE_MATCH_1}\") echo \"${CMAKE_MATCH_3}\" ;;\n")
+  endif()
+endforeach()
+string(REGEX REPLACE "\n$" "" SUBCOMMANDS_CASES "${SUBCOMMANDS_CASES}")
+string(REGEX REPLACE "\n$" "" OPTIONS_CASES "${OPTIONS_CASES}")
+
+run_command(widgets list --json)
+string(JSON count LENGTH "${widgets}")
+set(kinds "")
+math(EXPR last "${count} - 1")
+foreach(index RANGE ${last})
+  string(JSON kind GET "${widgets}" ${index} kind)
+  list(APPEND kinds ${kind})
+endforeach()
+string(REPLACE ";" " " KINDS "${kinds}")
+
+configure_file(${TEMPLATE} ${OUTPUT} @ONLY)
