@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hosting/BoundedFile.hpp"
+#include "hosting/JsonFile.hpp"
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
 #include "cli/OptionChecks.hpp"
@@ -12,7 +13,6 @@
 #include "platform/TimeZone.hpp"
 #include "render/LayoutJson.hpp"
 #include "render/Renderer.hpp"
-#include "views/JsonNesting.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
 
@@ -64,18 +64,7 @@ views::WidgetFamily familyNamed(const std::string& name, std::string_view option
 // Reads a bare view tree, or the object `render --format json` prints.
 Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
   const auto& path = *options.tree;
-  std::string text;
-  try {
-    text = hosting::readBoundedFile(path, kTreeFileLimit);
-  } catch (const hosting::BoundedFileError& error) {
-    throw hosting::badOption("--tree", "cannot read", path.string(), error.what());
-  }
-  if (!views::jsonNestsWithin(text)) {
-    throw hosting::badOption("--tree", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels",
-                             path.string());
-  }
-  const auto json = nlohmann::ordered_json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw hosting::badOption("--tree", "not JSON", path.string());
+  const auto json = hosting::readJsonFile<nlohmann::ordered_json>(path, kTreeFileLimit, "--tree");
   const bool wrapped = json.is_object() && json.contains("view");
   const bool fileNamesFamily = wrapped && json.contains("family") && json["family"].is_string();
   const auto family = options.family ? familyNamed(*options.family, "--family")

@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 
 #include "hosting/BoundedFile.hpp"
+#include "hosting/JsonFile.hpp"
 #include "hosting/UsageError.hpp"
 #include "platform/ISO8601.hpp"
-#include "views/JsonNesting.hpp"
 
 namespace quillan::replay {
 namespace {
@@ -60,18 +60,7 @@ NoteEvent eventFrom(const Json& json, std::size_t index, platform::Date from, pl
 }  // namespace
 
 std::vector<NoteEvent> readNoteEvents(const std::filesystem::path& path, platform::Date from, platform::Date to) {
-  std::string text;
-  try {
-    text = hosting::readBoundedFile(path, kNoteEventsFileLimit);
-  } catch (const hosting::BoundedFileError& error) {
-    throw hosting::badOption("--events", "cannot read", path.string(), error.what());
-  }
-  if (!views::jsonNestsWithin(text)) {
-    throw hosting::badOption("--events", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels",
-                             path.string());
-  }
-  const auto json = Json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw hosting::badOption("--events", "not JSON", path.string());
+  const auto json = hosting::readJsonFile<Json>(path, kNoteEventsFileLimit, "--events");
   if (!json.is_array()) throw hosting::badOption("--events", "not a JSON array of events", path.string());
   if (json.size() > kMaxNoteEvents) {
     throw hosting::badOption("--events", "more than " + std::to_string(kMaxNoteEvents) + " events", path.string());

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "bundle/TimelineWidgetBundle.hpp"
-#include "hosting/BoundedFile.hpp"
+#include "hosting/JsonFile.hpp"
 #include "hosting/QuotedValue.hpp"
 #include "hosting/UsageError.hpp"
 #include "hosting/WidgetLookup.hpp"
@@ -18,7 +18,6 @@
 #include "render/DeviceProfile.hpp"
 #include "store/CoreDataStack.hpp"
 #include "views/EnumNames.hpp"
-#include "views/JsonNesting.hpp"
 #include "views/Environment.hpp"
 
 namespace quillan::snapshot {
@@ -161,18 +160,7 @@ void readSettings(const ConfigReader& reader, const Json& json, SnapshotConfig& 
 
 SnapshotConfig readSnapshotConfig(const std::filesystem::path& path) {
   const ConfigReader reader(path);
-  std::string text;
-  try {
-    text = hosting::readBoundedFile(path, kConfigFileLimit);
-  } catch (const hosting::BoundedFileError& error) {
-    throw hosting::badOption("--config", "cannot read", path.string(), error.what());
-  }
-  if (!views::jsonNestsWithin(text)) {
-    throw hosting::badOption("--config", "nested deeper than " + std::to_string(views::kMaxJsonNesting) + " levels",
-                             path.string());
-  }
-  const auto json = Json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (json.is_discarded()) throw hosting::badOption("--config", "not JSON", path.string());
+  const auto json = hosting::readJsonFile<Json>(path, kConfigFileLimit, "--config");
   reader.requireKeys(json, "", {"journal", "now", "timeZone", "seed", "matrix"}, {"scale"});
   SnapshotConfig config;
   readSettings(reader, json, config, path.parent_path().empty() ? "." : path.parent_path());
