@@ -15,6 +15,25 @@ struct CommandResult {
   std::string err;
 };
 
+// In a forked child: replaces it with `program` and `arguments` in a clean
+// environment (no TZ or LANG from the machine, HOME=/nonexistent-home unless
+// `environment` names another, plus its NAME=value entries).
+[[noreturn]] inline void execInCleanEnvironment(const std::string& program, const std::vector<std::string>& arguments,
+                                                const std::vector<std::string>& environment) {
+  std::vector<std::string> copies = {program};
+  copies.insert(copies.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (auto& argument : copies) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  std::vector<std::string> entries = {"HOME=/nonexistent-home", "TZ=UTC"};
+  entries.insert(entries.end(), environment.begin(), environment.end());
+  std::vector<char*> envp;
+  for (auto& entry : entries) envp.push_back(entry.data());
+  envp.push_back(nullptr);
+  execve(argv[0], argv.data(), envp.data());
+  _exit(127);
+}
+
 // Runs `program` with `arguments` and a clean environment (no TZ or LANG from
 // the machine, HOME=/nonexistent-home unless `environment` names another, plus
 // the NAME=value entries of `environment`), collecting both output streams.
@@ -28,19 +47,7 @@ inline CommandResult runProgram(const std::string& program, const std::vector<st
     dup2(errPipe[1], STDERR_FILENO);
     close(outPipe[0]);
     close(errPipe[0]);
-    std::vector<char*> argv;
-    std::string path = program;
-    argv.push_back(path.data());
-    std::vector<std::string> copies = arguments;
-    for (auto& argument : copies) argv.push_back(argument.data());
-    argv.push_back(nullptr);
-    std::vector<std::string> entries = {"HOME=/nonexistent-home", "TZ=UTC"};
-    entries.insert(entries.end(), environment.begin(), environment.end());
-    std::vector<char*> envp;
-    for (auto& entry : entries) envp.push_back(entry.data());
-    envp.push_back(nullptr);
-    execve(argv[0], argv.data(), envp.data());
-    _exit(127);
+    execInCleanEnvironment(program, arguments, environment);
   }
   close(outPipe[1]);
   close(errPipe[1]);

@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/RunCommand.hpp"
+
 namespace quillan::testing {
 
 // The built quillan-widgets running in the background, for a test that acts
@@ -31,18 +33,7 @@ class SpawnedCommand {
       // A test may end it by SIGABRT: no core file of it anywhere.
       const rlimit noCore{0, 0};
       ::setrlimit(RLIMIT_CORE, &noCore);
-      std::vector<std::string> copies = {QUILLAN_CLI_PATH};
-      copies.insert(copies.end(), arguments.begin(), arguments.end());
-      std::vector<char*> argv;
-      for (auto& argument : copies) argv.push_back(argument.data());
-      argv.push_back(nullptr);
-      std::vector<std::string> entries = {"HOME=/nonexistent-home", "TZ=UTC"};
-      entries.insert(entries.end(), environment.begin(), environment.end());
-      std::vector<char*> envp;
-      for (auto& entry : entries) envp.push_back(entry.data());
-      envp.push_back(nullptr);
-      ::execve(argv[0], argv.data(), envp.data());
-      ::_exit(127);
+      execInCleanEnvironment(QUILLAN_CLI_PATH, arguments, environment);
     }
     ::close(outPipe[1]);
     out_ = outPipe[0];
