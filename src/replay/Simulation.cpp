@@ -15,26 +15,27 @@ void Simulation::run(const SimulationPlan& plan) {
   kinds_ = plan.kinds;
   // The listener only takes note: drawing asks the worker, which the scheduler's
   // own calls must not wait on.
-  host::Scheduler scheduler(plan.from, source_, [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
+  host::WidgetHost widgetHost(plan.from, source_, [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
   for (const auto& kind : plan.kinds) {
-    scheduler.place(kind);
+    widgetHost.place(kind);
     handleHeardEvents();
   }
-  for (std::size_t next = 0; next < plan.notes.size();) writeNotesAt(scheduler, plan.notes, next);
-  scheduler.advanceTo(plan.to);
+  for (std::size_t next = 0; next < plan.notes.size();) writeNotesAt(widgetHost, plan.notes, next);
+  widgetHost.advanceTo(plan.to);
   handleHeardEvents();
 }
 
 // Everything due before the notes' moment is shown and drawn on the journal as
 // it was; then the notes of that moment are saved together and the app reloads.
-void Simulation::writeNotesAt(host::Scheduler& scheduler, const std::vector<NoteEvent>& notes, std::size_t& next) {
+void Simulation::writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes,
+                              std::size_t& next) {
   const auto at = notes[next].at;
-  scheduler.advanceTo(at);
+  widgetHost.advanceTo(at);
   handleHeardEvents();
   for (; next < notes.size() && notes[next].at == at; ++next) {
     journal_->addNote(notes[next].noteDate, notes[next].text, at);
   }
-  scheduler.reloadAll(at, host::ReloadReason::app);
+  widgetHost.appWroteJournal();
   handleHeardEvents();
 }
 

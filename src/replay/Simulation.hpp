@@ -9,7 +9,7 @@
 #include "replay/NoteEvents.hpp"
 #include "replay/PrivateJournal.hpp"
 #include "replay/SimulationLog.hpp"
-#include "host/Scheduler.hpp"
+#include "host/WidgetHost.hpp"
 
 namespace quillan::replay {
 
@@ -23,7 +23,7 @@ struct SimulationPlan {
 };
 
 // Lives through a span of time as the phone's host would, on the host's own
-// scheduler and the extension's timelines from the worker: every event goes to
+// WidgetHost (the one serve drives) and the extension's timelines from the worker: every event goes to
 // the log, every entry shown is drawn. A note is saved into the private journal
 // at its moment, and the app then reloads all timelines, as the app does after
 // saving.
@@ -41,7 +41,7 @@ class Simulation {
  private:
   void handleHeardEvents();
   void draw(const host::SchedulerEvent& event, platform::Date entryDate, nlohmann::ordered_json& logged);
-  void writeNotesAt(host::Scheduler& scheduler, const std::vector<NoteEvent>& notes, std::size_t& next);
+  void writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes, std::size_t& next);
 
   host::TimelineSource source_;
   EntryPainter& painter_;

@@ -125,15 +125,15 @@ void LiveHost::run() {
   std::unique_lock lock(mutex_);
   const auto start = clock_.now();
   lock.unlock();
-  host::Scheduler scheduler(start, source, {}, options_);
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) scheduler.place(widget.kind);
+  host::WidgetHost widgetHost(start, source, {}, options_);
+  for (const auto& widget : widgets::TimelineWidgetBundle::body()) widgetHost.place(widget.kind);
   lock.lock();
   while (!stopping_) {
     const Pending pending = std::exchange(pending_, {});
     const auto target = clock_.now();
     lock.unlock();
-    step(scheduler, pending, target);
-    const auto next = scheduler.nextEventTime();
+    step(widgetHost, pending, target);
+    const auto next = widgetHost.nextEventTime();
     lock.lock();
     const bool idle = !pending_.appWrote && !pending_.environmentChanged && !pending_.clockSet;
     if (stopping_ || !idle) continue;
@@ -142,18 +142,17 @@ void LiveHost::run() {
   }
 }
 
-void LiveHost::step(host::Scheduler& scheduler, const Pending& pending, platform::Date target) {
-  const double ahead = target.timeIntervalSinceReferenceDate() - scheduler.now().timeIntervalSinceReferenceDate();
-  if (pending.clockSet && ahead > kLivedThroughSeconds) scheduler.jumpTo(target);
-  else scheduler.advanceTo(target);
-  if (pending.environmentChanged) scheduler.reloadAll(scheduler.now(), host::ReloadReason::environment);
-  if (pending.appWrote) scheduler.reloadAll(scheduler.now(), host::ReloadReason::app);
+void LiveHost::step(host::WidgetHost& widgetHost, const Pending& pending, platform::Date target) {
+  if (pending.clockSet) widgetHost.setClock(target);
+  else widgetHost.advanceTo(target);
+  if (pending.environmentChanged) widgetHost.environmentChanged();
+  if (pending.appWrote) widgetHost.appWroteJournal();
   std::vector<PlacedWidgetView> widgets;
-  for (auto& state : scheduler.widgets()) {
+  for (auto& state : widgetHost.widgets()) {
     const auto family = familyOf(state.kind);
     widgets.push_back({std::move(state), family});
   }
-  publish(widgets, scheduler.now());
+  publish(widgets, widgetHost.now());
 }
 
 void LiveHost::publish(const std::vector<PlacedWidgetView>& widgets, platform::Date at) {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "host/HostClock.hpp"
-#include "host/Scheduler.hpp"
 #include "host/SchedulerOptions.hpp"
+#include "host/WidgetHost.hpp"
 #include "server/ClockChange.hpp"
 #include "server/PageSettings.hpp"
 #include "server/WidgetsJson.hpp"
@@ -19,21 +19,17 @@
 
 namespace quillan::server {
 
-// The phone's widget host, live: one thread owns the scheduler, advances it
-// to the host clock's instant, and sleeps until its next event or until the
+// The phone's widget host, live: one thread owns the host, advances it to the
+// host clock's instant, and sleeps until its next event or until the
 // clock, the page's environment or the app's journal changes. Other threads
 // only post changes and read the state the thread last published, so a
 // request never waits for a provider, and the lock is never held while the
 // worker evaluates.
 //
-// Moving the clock forward by at most kLivedThroughSeconds is lived through
-// (every swap and reload on the way happens, as if time passed); a longer
-// jump, like setting the clock back, is the phone's significant time change:
-// every widget is asked again at the new instant.
+// Pinning the clock is setting it, under WidgetHost's rule for a clock change.
 class LiveHost {
  public:
   using PictureListener = std::function<void(const std::string& kind, std::uint64_t version)>;
-  static constexpr double kLivedThroughSeconds = 48 * 3600.0;
 
   // Places the bundle's widgets, in gallery order, once start() runs.
   // `timelines` must outlive the host; only the host's thread uses it.
@@ -70,7 +66,7 @@ class LiveHost {
 
   void run();
   void publishPlaced();
-  void step(host::Scheduler& scheduler, const Pending& pending, platform::Date target);
+  void step(host::WidgetHost& widgetHost, const Pending& pending, platform::Date target);
   void publish(const std::vector<PlacedWidgetView>& widgets, platform::Date at);
   std::optional<double> secondsUntilNextEvent(const std::optional<platform::Date>& next) const;
 
