@@ -15,7 +15,7 @@
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
 #include "store/CoreDataStack.hpp"
-#include "worker/WorkerTimelineSource.hpp"
+#include "host/WorkerTimelineSource.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -137,7 +137,7 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
   };
   replay::EntryPainter painter(
       worker, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output);
-  replay::Simulation simulation(worker::workerTimelineSource(worker, settings, log), painter, journal.get(),
+  replay::Simulation simulation(host::workerTimelineSource(worker, settings, log), painter, journal.get(),
                                 platform::TimeZone::current());
   simulation.run(plan);
 

@@ -15,7 +15,8 @@ void Simulation::run(const SimulationPlan& plan) {
   kinds_ = plan.kinds;
   // The listener only takes note: drawing asks the worker, which the scheduler's
   // own calls must not wait on.
-  host::WidgetHost widgetHost(plan.from, source_, [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
+  host::WidgetHost widgetHost(plan.from, source_,
+                              [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
   for (const auto& kind : plan.kinds) {
     widgetHost.place(kind);
     handleHeardEvents();

@@ -22,11 +22,11 @@ struct SimulationPlan {
   std::vector<NoteEvent> notes;
 };
 
-// Lives through a span of time as the phone's host would, on the host's own
-// WidgetHost (the one serve drives) and the extension's timelines from the worker: every event goes to
-// the log, every entry shown is drawn. A note is saved into the private journal
-// at its moment, and the app then reloads all timelines, as the app does after
-// saving.
+// Lives through a span of time as the phone's host would, on the same
+// host::WidgetHost a live server drives and the extension's timelines from the
+// worker: every event goes to the log, every entry shown is drawn. A note is
+// saved into the private journal at its moment, and the app then reloads all
+// timelines, as the app does after saving.
 class Simulation {
  public:
   // `journal` receives the plan's notes; it may be null for a plan without any.

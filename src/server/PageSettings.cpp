@@ -86,13 +86,6 @@ std::string checkedPlatformVersion(const std::string& text) {
 
 }  // namespace
 
-platform::Locale localeOf(const PageSettings& settings) {
-  if (settings.locale) {
-    if (auto locale = platform::Locale::named(*settings.locale)) return *locale;
-  }
-  return platform::Locale::current();
-}
-
 bool isSettingKey(const std::string& key) {
   return std::find(std::begin(kSettingKeys), std::end(kSettingKeys), key) != std::end(kSettingKeys);
 }
@@ -172,23 +165,6 @@ nlohmann::json toJson(const PageSettings& settings) {
   return json;
 }
 
-views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFamily family) {
-  views::Environment environment;
-  environment.family = family;
-  const bool lockScreen = family == views::WidgetFamily::accessoryCircular;
-  environment.renderingMode = settings.renderingMode ? views::parseRenderingMode(*settings.renderingMode)
-                              : lockScreen           ? views::WidgetRenderingMode::vibrant
-                                                     : views::WidgetRenderingMode::fullColor;
-  const bool vibrant = environment.renderingMode == views::WidgetRenderingMode::vibrant;
-  environment.colorScheme = views::parseColorScheme(settings.colorScheme.value_or(vibrant ? "dark" : "light"));
-  environment.platformVersion = views::parsePlatformVersion(settings.platformVersion);
-  environment.layoutDirection = settings.layoutDirection ? views::parseLayoutDirection(*settings.layoutDirection)
-                                : localeOf(settings).isRightToLeft() ? views::LayoutDirection::rightToLeft
-                                                                     : views::LayoutDirection::leftToRight;
-  environment.dynamicTypeSize = views::parseDynamicTypeSize(settings.dynamicType);
-  return environment;
-}
-
 render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family) {
   render::RenderContext context;
   context.env = viewEnvironment(settings, family);
@@ -196,13 +172,6 @@ render::RenderContext renderContext(const PageSettings& settings, views::WidgetF
   context.scale = settings.scale;
   context.redacted = settings.redacted;
   return context;
-}
-
-worker::ProcessSettings processSettings(const PageSettings& settings) {
-  worker::ProcessSettings process;
-  process.timeZone = settings.timeZone;
-  process.locale = settings.locale;
-  return process;
 }
 
 }  // namespace quillan::server

@@ -7,32 +7,14 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/Locale.hpp"
+#include "host/HostEnvironment.hpp"
 #include "render/RenderContext.hpp"
-#include "views/Environment.hpp"
-#include "worker/Evaluation.hpp"
 
 namespace quillan::server {
 
-// The environment the page gives every widget: what the command line set,
-// then what the page or one render request changed. Values are kept as the
-// names the API accepts, already checked.
-struct PageSettings {
-  std::optional<std::string> colorScheme;  // unset: light, dark when vibrant
-  // Unset: fullColor on the home screen; the lock screen's widgets are always
-  // drawn vibrant unless a request names a mode.
-  std::optional<std::string> renderingMode;
-  std::string platformVersion = "17.0";
-  std::optional<std::string> locale;    // unset: the process's
-  std::optional<std::string> timeZone;  // unset: the process's
-  std::optional<std::string> layoutDirection;  // unset: the locale's character order
-  std::string dynamicType = "large";
-  std::string device = "393x852";
-  double scale = 2;
-  bool redacted = false;
-
-  bool operator==(const PageSettings&) const = default;
-};
+// The page's settings are the host's environment, under the names the API
+// gives its keys.
+using PageSettings = host::HostEnvironment;
 
 // The keys a render request or POST /api/environment may set.
 inline constexpr const char* kSettingKeys[] = {"colorScheme",     "renderingMode", "locale",      "timeZone",
@@ -54,13 +36,7 @@ void applySettingsBody(PageSettings& settings, std::string_view body);
 
 nlohmann::json toJson(const PageSettings& settings);
 
-// The page's locale, else the process's.
-platform::Locale localeOf(const PageSettings& settings);
-
-// What the views are told for a widget of `family`.
-views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFamily family);
+// What the page's pictures are drawn with for a widget of `family`.
 render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family);
-// The extension process's zone and locale.
-worker::ProcessSettings processSettings(const PageSettings& settings);
 
 }  // namespace quillan::server

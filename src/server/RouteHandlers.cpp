@@ -9,6 +9,7 @@
 #include "render/HitTest.hpp"
 #include "render/Renderer.hpp"
 #include "server/ApiRequests.hpp"
+#include "server/ClockRequest.hpp"
 #include "server/JsonAnswers.hpp"
 #include "server/Page.hpp"
 #include "server/QueryText.hpp"
@@ -31,7 +32,7 @@ platform::TimeZone zoneOf(const PageSettings& settings) {
   return platform::TimeZone::current();
 }
 
-nlohmann::json clockJson(const LiveHost& host) {
+nlohmann::json clockJson(const host::LiveHost& host) {
   return {{"now", platform::ISO8601::format(host.now(), zoneOf(host.settings()))}};
 }
 
@@ -43,7 +44,7 @@ QueryParameters queryOf(const httplib::Request& request) {
 }
 
 // The view tree and where its taps go, in points, as `tap` resolves them.
-nlohmann::json pictureJson(const PlacedWidgetView& widget, const EntryView& view,
+nlohmann::json pictureJson(const host::PlacedWidgetView& widget, const host::EntryView& view,
                            const render::RenderContext& context) {
   nlohmann::json regions = nlohmann::json::array();
   for (const auto& region : render::hitRegions(view.tree, context)) {
@@ -58,14 +59,14 @@ nlohmann::json pictureJson(const PlacedWidgetView& widget, const EntryView& view
 }
 
 struct ShownView {
-  PlacedWidgetView widget;
-  std::shared_ptr<const EntryView> view;
+  host::PlacedWidgetView widget;
+  std::shared_ptr<const host::EntryView> view;
 };
 
 // The widget and the view it shows under `settings`; empty once `response`
 // holds the 503 saying why there is none (no timeline yet, or the extension
 // failed).
-std::optional<ShownView> shownView(const LiveHost& host, WidgetPictures& pictures, const std::string& kind,
+std::optional<ShownView> shownView(const host::LiveHost& host, host::WidgetPictures& pictures, const std::string& kind,
                                    const PageSettings& settings, httplib::Response& response) {
   const auto widget = host.widget(kind);
   if (!widget) {
@@ -77,7 +78,7 @@ std::optional<ShownView> shownView(const LiveHost& host, WidgetPictures& picture
     answerError(response, 503, kind + " failed: " + *reason);
     return std::nullopt;
   }
-  return ShownView{*widget, std::get<std::shared_ptr<const EntryView>>(std::move(outcome))};
+  return ShownView{*widget, std::get<std::shared_ptr<const host::EntryView>>(std::move(outcome))};
 }
 
 // Texts are shaped for the language of the page's locale (Han characters take
@@ -111,7 +112,7 @@ void answerPicture(httplib::Response& response, const ShownView& shown, const re
 
 }  // namespace
 
-RouteHandlers::RouteHandlers(LiveHost& host, WidgetPictures& pictures, EventHub& events)
+RouteHandlers::RouteHandlers(host::LiveHost& host, host::WidgetPictures& pictures, EventHub& events)
     : host_(host), pictures_(pictures), events_(events) {}
 
 void RouteHandlers::handlePage(const httplib::Request&, httplib::Response& response) {

@@ -3,9 +3,9 @@
 #include <atomic>
 #include <mutex>
 
+#include "host/LiveHost.hpp"
+#include "host/WidgetPictures.hpp"
 #include "server/EventHub.hpp"
-#include "server/LiveHost.hpp"
-#include "server/WidgetPictures.hpp"
 
 namespace httplib {
 struct Request;
@@ -20,7 +20,7 @@ namespace quillan::server {
 // request itself wrong throws RequestError.
 class RouteHandlers {
  public:
-  RouteHandlers(LiveHost& host, WidgetPictures& pictures, EventHub& events);
+  RouteHandlers(host::LiveHost& host, host::WidgetPictures& pictures, EventHub& events);
 
   // The page's files.
   void handlePage(const httplib::Request& request, httplib::Response& response);
@@ -42,8 +42,8 @@ class RouteHandlers {
   void handleEvents(const httplib::Request& request, httplib::Response& response);
 
  private:
-  LiveHost& host_;
-  WidgetPictures& pictures_;
+  host::LiveHost& host_;
+  host::WidgetPictures& pictures_;
   EventHub& events_;
   std::atomic<int> openStreams_{0};
   // Layout and drawing go through Pango and fontconfig, whose shared font data

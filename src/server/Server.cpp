@@ -71,10 +71,10 @@ Server::Server(ServerOptions options) : options_(std::move(options)) {
   for (int index = 0; index < options_.viewWorkers; ++index) {
     viewWorkers.push_back(std::make_unique<worker::WidgetWorker>(options_.worker));
   }
-  pictures_ = std::make_unique<WidgetPictures>(std::move(viewWorkers), options_.scheduler);
+  pictures_ = std::make_unique<host::WidgetPictures>(std::move(viewWorkers), options_.scheduler);
   host::HostClock clock;
   if (options_.pinnedAt) clock.pin(*options_.pinnedAt);
-  host_ = std::make_unique<LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
+  host_ = std::make_unique<host::LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
                                      [this](const std::string& kind, std::uint64_t version) {
                                        publishPicture(kind, version);
                                      });
@@ -95,10 +95,12 @@ int Server::start() {
   served_ = std::make_unique<ServedHosts>(options_.bind, port);
   started_ = true;
   host_->start();
-  watcher_ = std::make_unique<JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
-  healer_ = std::make_unique<ViewHealer>(*host_, *pictures_, [this](const std::string& kind, std::uint64_t version) {
-    events_.publish("widget", jsonText({{"kind", kind}, {"version", version}}));
-  });
+  watcher_ = std::make_unique<host::JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
+  healer_ = std::make_unique<host::ViewHealer>(*host_, *pictures_,
+                                               [this](const std::string& kind, std::uint64_t version) {
+                                                 events_.publish("widget",
+                                                                 jsonText({{"kind", kind}, {"version", version}}));
+                                               });
   listener_ = std::thread([this] { http_->listen_after_bind(); });
   return port;
 }

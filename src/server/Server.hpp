@@ -3,12 +3,12 @@
 #include <memory>
 #include <thread>
 
+#include "host/JournalWatcher.hpp"
+#include "host/LiveHost.hpp"
+#include "host/ViewHealer.hpp"
+#include "host/WidgetPictures.hpp"
 #include "server/EventHub.hpp"
-#include "server/JournalWatcher.hpp"
-#include "server/LiveHost.hpp"
 #include "server/ServerOptions.hpp"
-#include "server/ViewHealer.hpp"
-#include "server/WidgetPictures.hpp"
 
 namespace quillan::server {
 
@@ -36,7 +36,7 @@ class Server {
   // Ends open event streams, stops answering and joins every thread.
   void stop();
 
-  LiveHost& host() { return *host_; }
+  host::LiveHost& host() { return *host_; }
 
  private:
   // Sets up the transport: the request screen, the answers to failures and
@@ -48,11 +48,11 @@ class Server {
 
   ServerOptions options_;
   std::unique_ptr<worker::WidgetWorker> timelines_;
-  std::unique_ptr<WidgetPictures> pictures_;
+  std::unique_ptr<host::WidgetPictures> pictures_;
   EventHub events_;
-  std::unique_ptr<LiveHost> host_;
-  std::unique_ptr<JournalWatcher> watcher_;
-  std::unique_ptr<ViewHealer> healer_;
+  std::unique_ptr<host::LiveHost> host_;
+  std::unique_ptr<host::JournalWatcher> watcher_;
+  std::unique_ptr<host::ViewHealer> healer_;
   // Outlives the transport, whose open event streams call into it.
   std::unique_ptr<RouteHandlers> handlers_;
   std::unique_ptr<HttpTransport> http_;

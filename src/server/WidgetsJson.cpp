@@ -20,7 +20,7 @@ nlohmann::json policyJson(const std::optional<widgets::TimelineReloadPolicy>& po
   return json;
 }
 
-nlohmann::json widgetJson(const PlacedWidgetView& widget, const platform::TimeZone& zone) {
+nlohmann::json widgetJson(const host::PlacedWidgetView& widget, const platform::TimeZone& zone) {
   const auto& state = widget.state;
   nlohmann::json json;
   json["kind"] = state.kind;
@@ -38,7 +38,7 @@ nlohmann::json widgetJson(const PlacedWidgetView& widget, const platform::TimeZo
 
 }  // namespace
 
-nlohmann::json widgetsJson(platform::Date now, const std::vector<PlacedWidgetView>& widgets,
+nlohmann::json widgetsJson(platform::Date now, const std::vector<host::PlacedWidgetView>& widgets,
                            const platform::TimeZone& zone) {
   nlohmann::json json;
   json["now"] = platform::ISO8601::format(now, zone);

@@ -11,7 +11,7 @@
 #include "FuzzCheck.hpp"
 #include "server/ApiRequests.hpp"
 #include "server/BufferedRequest.hpp"
-#include "server/ClockChange.hpp"
+#include "server/ClockRequest.hpp"
 #include "server/PageSettings.hpp"
 #include "server/QueryText.hpp"
 #include "server/RequestError.hpp"

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "server/BufferedRequest.hpp"
-#include "server/ClockChange.hpp"
+#include "server/ClockRequest.hpp"
 #include "server/QueryText.hpp"
 #include "server/RequestError.hpp"
 #include "server/RequestScreen.hpp"
@@ -119,9 +119,9 @@ TEST(EnvironmentBodyTest, TheDirectionFollowsThePagesLocaleUnlessNamed) {
 }
 
 TEST(ClockBodyTest, AcceptsTheThreeFormsOnly) {
-  EXPECT_TRUE(std::holds_alternative<LiveClock>(parseClockChange(R"({"live": true})")));
-  EXPECT_EQ(std::get<RunClockFaster>(parseClockChange(R"({"rate": 60})")).rate, 60);
-  EXPECT_EQ(std::get<PinClock>(parseClockChange(R"({"now": "2026-03-29T01:59:00+01:00"})")).at,
+  EXPECT_TRUE(std::holds_alternative<host::LiveClock>(parseClockChange(R"({"live": true})")));
+  EXPECT_EQ(std::get<host::RunClockFaster>(parseClockChange(R"({"rate": 60})")).rate, 60);
+  EXPECT_EQ(std::get<host::PinClock>(parseClockChange(R"({"now": "2026-03-29T01:59:00+01:00"})")).at,
             *platform::ISO8601::parse("2026-03-29T01:59:00+01:00"));
   for (const char* bad : {"", "[]", "{}", R"({"live": false})", R"({"rate": -1})", R"({"rate": 1e9})",
                           R"({"rate": "fast"})", R"({"now": "yesterday"})", R"({"now": "2026-11-22T08:00:00"})",

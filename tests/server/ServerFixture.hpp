@@ -19,65 +19,27 @@
 
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
+#include "host/LiveHostFixture.hpp"
 #include "server/Server.hpp"
 
 namespace quillan::testing {
 
-inline constexpr const char* kServerNow = "2026-11-22T09:00:00+01:00";
+inline constexpr const char* kServerNow = kHostNow;
 
-// A temporary group container (with "Application Support" beside it, so no
-// legacy move happens), made the process's default, removed at the end.
-class ServerFolder {
- public:
-  ServerFolder() {
-    auto pattern = (std::filesystem::temp_directory_path() / "quillan-serve-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    std::filesystem::create_directories(root_ / "group");
-    std::filesystem::create_directories(root_ / "Application Support");
-    platform::FileManager::setGroupContainerDirectory(root_ / "group");
-    platform::FileManager::setApplicationSupportDirectory(root_ / "Application Support");
-  }
-  ~ServerFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  ServerFolder(const ServerFolder&) = delete;
-  ServerFolder& operator=(const ServerFolder&) = delete;
+using ServerFolder = HostFolder;
 
-  std::filesystem::path journal() const { return root_ / "group" / "Quillan.sqlite"; }
-
- private:
-  std::filesystem::path root_;
-};
 
 // Options for a server on a free port over `journal`, its clock pinned at
-// kServerNow in Berlin. The deadline is generous: test processes run side by
-// side on a busy machine, and a view that failed its deadline stays failed
-// until the widget's next picture. Under the address sanitizer a child's
-// shadow memory would pass the phone's ceiling, which is tested in the
-// worker's suite.
+// kServerNow, with the live host's test environment and workers.
 inline server::ServerOptions serverOptions(const std::filesystem::path& journal) {
   server::ServerOptions options;
   options.journal = journal;
   options.pinnedAt = platform::ISO8601::parse(kServerNow);
-  options.settings.timeZone = "Europe/Berlin";
-  options.settings.locale = "en_US";
-  options.worker.deadline = std::chrono::seconds(60);
-#if defined(__SANITIZE_ADDRESS__)
-  options.worker.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
-#endif
+  options.settings = hostEnvironment();
+  options.worker = hostWorkerOptions();
   return options;
 }
 
-// Polls `ready` every 20 ms for at most `limit`.
-inline bool eventually(const std::function<bool()>& ready, std::chrono::milliseconds limit) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  while (std::chrono::steady_clock::now() < end) {
-    if (ready()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return ready();
-}
 
 inline std::unique_ptr<httplib::Client> clientOf(int port) {
   auto client = std::make_unique<httplib::Client>("127.0.0.1", port);

@@ -13,7 +13,7 @@
 #include "platform/Fatal.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/WidgetWorker.hpp"
-#include "worker/WorkerTimelineSource.hpp"
+#include "host/WorkerTimelineSource.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -158,7 +158,7 @@ TEST_F(EvaluationLimitsTest, TheWarmWorkerOutlivesEveryFailure) {
 TEST_F(EvaluationLimitsTest, AWidgetThatStopsFailsInTheSchedulerWhileTheOthersCarryOn) {
   std::vector<std::string> logged;
   host::Scheduler scheduler(at("2026-11-22T09:00:00Z"),
-                            workerTimelineSource(*worker_, {}, [&](std::string_view kind, std::string_view line) {
+                            host::workerTimelineSource(*worker_, {}, [&](std::string_view kind, std::string_view line) {
                               logged.push_back(std::string(kind) + ": " + std::string(line));
                             }));
   scheduler.place("Fatal");

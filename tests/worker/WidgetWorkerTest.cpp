@@ -20,7 +20,7 @@
 #include "views/ViewTreeJsonValue.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
-#include "worker/WorkerTimelineSource.hpp"
+#include "host/WorkerTimelineSource.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -216,7 +216,7 @@ TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInProcess) {
 
 TEST_F(WidgetWorkerTest, TheSchedulerFollowsTimelinesAskedOfTheWorker) {
   const auto settings = folders_->settings("sample");
-  host::Scheduler scheduler(at(kNow), workerTimelineSource(*worker_, settings));
+  host::Scheduler scheduler(at(kNow), host::workerTimelineSource(*worker_, settings));
   for (const auto& kind : bundleKinds()) scheduler.place(kind);
   for (const auto& state : scheduler.widgets()) {
     EXPECT_TRUE(state.ok()) << state.kind << ": " << *state.failure;

@@ -13,14 +13,14 @@
 #include <variant>
 #include <vector>
 
+#include "host/HostEnvironment.hpp"
+#include "host/PlacedWidgetView.hpp"
 #include "host/SchedulerOptions.hpp"
 #include "platform/Date.hpp"
-#include "server/PageSettings.hpp"
-#include "server/WidgetsJson.hpp"
 #include "views/Node.hpp"
 #include "worker/WidgetWorker.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 
 // A widget's view of one entry, as the extension built it.
 struct EntryView {
@@ -41,7 +41,7 @@ using ViewOutcome = std::variant<std::shared_ptr<const EntryView>, std::string>;
 //
 // A view that failed (the journal locked or unreadable for a while) is built
 // again once it is due, waiting as long as the scheduler waits before asking
-// again for a failed timeline (host::retryDelay, counted in real time: the
+// again for a failed timeline (retryDelay, counted in real time: the
 // journal heals in real time whatever the host's clock does).
 class WidgetPictures {
  public:
@@ -51,16 +51,16 @@ class WidgetPictures {
   // The workers are made by the caller before any thread starts; evaluations
   // run on as many at once as there are workers.
   explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
-                          host::SchedulerOptions retries = {});
+                          SchedulerOptions retries = {});
 
   // The view `widget` shows, built at `at` (the host's instant) under `settings`.
-  ViewOutcome view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at);
+  ViewOutcome view(const PlacedWidgetView& widget, const HostEnvironment& settings, platform::Date at);
   // Why the view `widget` shows under `settings` failed, if it has been built
   // and failed; never waits nor evaluates.
-  std::optional<std::string> knownFailure(const PlacedWidgetView& widget, const PageSettings& settings);
+  std::optional<std::string> knownFailure(const PlacedWidgetView& widget, const HostEnvironment& settings);
   // Builds the view `widget` shows again when it failed and its retry is
   // due; true when it did.
-  bool retryIfDue(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at);
+  bool retryIfDue(const PlacedWidgetView& widget, const HostEnvironment& settings, platform::Date at);
 
  private:
   struct Remembered {
@@ -73,7 +73,7 @@ class WidgetPictures {
   bool dueForRetry(const Remembered& view) const;
   void settle(const std::string& key, int attempt, bool failed);
   ViewOutcome evaluate(const worker::ViewEvaluation& evaluation);
-  static worker::ViewEvaluation evaluationOf(const PlacedWidgetView& widget, const PageSettings& settings,
+  static worker::ViewEvaluation evaluationOf(const PlacedWidgetView& widget, const HostEnvironment& settings,
                                              platform::Date at);
   worker::WidgetWorker& acquire();
   void release(worker::WidgetWorker& worker);
@@ -83,10 +83,10 @@ class WidgetPictures {
   std::vector<std::unique_ptr<worker::WidgetWorker>> workers_;
   std::vector<worker::WidgetWorker*> idle_;
 
-  host::SchedulerOptions retries_;
+  SchedulerOptions retries_;
   std::mutex viewsMutex_;
   std::map<std::string, Remembered> views_;
   std::deque<std::string> order_;
 };
 
-}  // namespace quillan::server
+}  // namespace quillan::host

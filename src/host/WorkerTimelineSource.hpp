@@ -7,7 +7,7 @@
 #include "worker/Evaluation.hpp"
 #include "worker/WidgetWorker.hpp"
 
-namespace quillan::worker {
+namespace quillan::host {
 
 // Hears the extension's log lines and the worker's notes of each ask, by kind.
 using WorkerLogListener = std::function<void(std::string_view kind, std::string_view line)>;
@@ -16,7 +16,7 @@ using WorkerLogListener = std::function<void(std::string_view kind, std::string_
 // request evaluated in a fresh child under `settings`, with the clock pinned
 // to the ask's instant; a failed evaluation becomes a TimelineFailure with
 // its reason. `worker` must outlive the source.
-host::TimelineSource workerTimelineSource(WidgetWorker& worker, ProcessSettings settings = {},
-                                          WorkerLogListener log = {});
+TimelineSource workerTimelineSource(worker::WidgetWorker& worker, worker::ProcessSettings settings = {},
+                                    WorkerLogListener log = {});
 
-}  // namespace quillan::worker
+}  // namespace quillan::host

@@ -1,4 +1,4 @@
-#include "server/JournalWatcher.hpp"
+#include "host/JournalWatcher.hpp"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -10,7 +10,7 @@
 #include <optional>
 #include <stdexcept>
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 // Only writes count: a connection of the extension that opens the journal for
@@ -144,4 +144,4 @@ bool JournalWatcher::rearm() {
   return std::filesystem::exists(journal_, error);
 }
 
-}  // namespace quillan::server
+}  // namespace quillan::host

@@ -9,15 +9,15 @@
 #include <thread>
 #include <vector>
 
+#include "host/ClockChange.hpp"
 #include "host/HostClock.hpp"
+#include "host/HostEnvironment.hpp"
+#include "host/PlacedWidgetView.hpp"
 #include "host/SchedulerOptions.hpp"
 #include "host/WidgetHost.hpp"
-#include "server/ClockChange.hpp"
-#include "server/PageSettings.hpp"
-#include "server/WidgetsJson.hpp"
 #include "worker/WidgetWorker.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 
 // The phone's widget host, live: one thread owns the host, advances it to the
 // host clock's instant, and sleeps until its next event or until the
@@ -33,8 +33,8 @@ class LiveHost {
 
   // Places the bundle's widgets, in gallery order, once start() runs.
   // `timelines` must outlive the host; only the host's thread uses it.
-  LiveHost(worker::WidgetWorker& timelines, PageSettings settings, host::SchedulerOptions options,
-           host::HostClock clock, PictureListener listener);
+  LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options,
+           HostClock clock, PictureListener listener);
   ~LiveHost();
   LiveHost(const LiveHost&) = delete;
   LiveHost& operator=(const LiveHost&) = delete;
@@ -49,11 +49,11 @@ class LiveHost {
   platform::Date now() const;
   // The scheduler's instant when it last published: what the views are built for.
   platform::Date publishedAt() const;
-  PageSettings settings() const;
+  HostEnvironment settings() const;
 
   void changeClock(const ClockChange& change);
   // Every widget is asked again under the new environment.
-  void changeSettings(const PageSettings& settings);
+  void changeSettings(const HostEnvironment& settings);
   // The app committed to its journal: its "reload all timelines".
   void appWrote();
 
@@ -66,18 +66,18 @@ class LiveHost {
 
   void run();
   void publishPlaced();
-  void step(host::WidgetHost& widgetHost, const Pending& pending, platform::Date target);
+  void step(WidgetHost& widgetHost, const Pending& pending, platform::Date target);
   void publish(const std::vector<PlacedWidgetView>& widgets, platform::Date at);
   std::optional<double> secondsUntilNextEvent(const std::optional<platform::Date>& next) const;
 
   worker::WidgetWorker& timelines_;
-  host::SchedulerOptions options_;
+  SchedulerOptions options_;
   PictureListener listener_;
 
   mutable std::mutex mutex_;
   std::condition_variable wake_;
-  host::HostClock clock_;
-  PageSettings settings_;
+  HostClock clock_;
+  HostEnvironment settings_;
   Pending pending_;
   bool stopping_ = false;
   std::vector<PlacedWidgetView> published_;
@@ -85,4 +85,4 @@ class LiveHost {
   std::thread thread_;
 };
 
-}  // namespace quillan::server
+}  // namespace quillan::host

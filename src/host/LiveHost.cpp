@@ -1,12 +1,12 @@
-#include "server/LiveHost.hpp"
+#include "host/LiveHost.hpp"
 
 #include <algorithm>
 #include <chrono>
 
 #include "bundle/TimelineWidgetBundle.hpp"
-#include "worker/WorkerTimelineSource.hpp"
+#include "host/WorkerTimelineSource.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 // A sleeping host wakes at least this often (seconds of real time), so a
@@ -19,15 +19,15 @@ views::WidgetFamily familyOf(const std::string& kind) {
 
 }  // namespace
 
-LiveHost::LiveHost(worker::WidgetWorker& timelines, PageSettings settings, host::SchedulerOptions options,
-                   host::HostClock clock, PictureListener listener)
+LiveHost::LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options,
+                   HostClock clock, PictureListener listener)
     : timelines_(timelines),
       options_(options),
       listener_(std::move(listener)),
       clock_(std::move(clock)),
       settings_(std::move(settings)),
       publishedAt_(clock_.now()) {
-  host::checkSchedulerOptions(options_);
+  checkSchedulerOptions(options_);
 }
 
 LiveHost::~LiveHost() { stop(); }
@@ -44,7 +44,7 @@ void LiveHost::publishPlaced() {
   std::lock_guard lock(mutex_);
   if (!published_.empty()) return;
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
-    host::WidgetState state;
+    WidgetState state;
     state.kind = widget.kind;
     state.reloadBudget = options_.reloadBudget;
     published_.push_back({std::move(state), familyOf(widget.kind)});
@@ -83,7 +83,7 @@ platform::Date LiveHost::publishedAt() const {
   return publishedAt_;
 }
 
-PageSettings LiveHost::settings() const {
+HostEnvironment LiveHost::settings() const {
   std::lock_guard lock(mutex_);
   return settings_;
 }
@@ -97,7 +97,7 @@ void LiveHost::changeClock(const ClockChange& change) {
   wake_.notify_all();
 }
 
-void LiveHost::changeSettings(const PageSettings& settings) {
+void LiveHost::changeSettings(const HostEnvironment& settings) {
   {
     std::lock_guard lock(mutex_);
     if (settings == settings_) return;
@@ -118,14 +118,14 @@ void LiveHost::appWrote() {
 void LiveHost::run() {
   // The source reads the page's zone and locale at each ask, so an ask made
   // after the environment changed already uses the new one.
-  auto source = [this](std::string_view kind, platform::Date at) -> host::TimelineOutcome {
+  auto source = [this](std::string_view kind, platform::Date at) -> TimelineOutcome {
     auto settings = processSettings(this->settings());
-    return worker::workerTimelineSource(timelines_, std::move(settings))(kind, at);
+    return workerTimelineSource(timelines_, std::move(settings))(kind, at);
   };
   std::unique_lock lock(mutex_);
   const auto start = clock_.now();
   lock.unlock();
-  host::WidgetHost widgetHost(start, source, {}, options_);
+  WidgetHost widgetHost(start, source, {}, options_);
   for (const auto& widget : widgets::TimelineWidgetBundle::body()) widgetHost.place(widget.kind);
   lock.lock();
   while (!stopping_) {
@@ -142,7 +142,7 @@ void LiveHost::run() {
   }
 }
 
-void LiveHost::step(host::WidgetHost& widgetHost, const Pending& pending, platform::Date target) {
+void LiveHost::step(WidgetHost& widgetHost, const Pending& pending, platform::Date target) {
   if (pending.clockSet) widgetHost.setClock(target);
   else widgetHost.advanceTo(target);
   if (pending.environmentChanged) widgetHost.environmentChanged();
@@ -180,7 +180,7 @@ std::optional<double> LiveHost::secondsUntilNextEvent(const std::optional<platfo
   const auto real = clock_.realTimeOf(*next);
   if (!real) return std::nullopt;
   return std::max(0.0, real->timeIntervalSinceReferenceDate() -
-                           host::HostClock::systemTime().timeIntervalSinceReferenceDate());
+                           HostClock::systemTime().timeIntervalSinceReferenceDate());
 }
 
-}  // namespace quillan::server
+}  // namespace quillan::host

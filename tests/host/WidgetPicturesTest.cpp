@@ -1,22 +1,22 @@
-#include "server/WidgetPictures.hpp"
+#include "host/WidgetPictures.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <functional>
 
-#include "ServerFixture.hpp"
+#include "LiveHostFixture.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 using namespace std::chrono_literals;
 using namespace quillan::testing;
 
 PlacedWidgetView shownWidget(const std::string& kind, platform::Date entry) {
-  host::WidgetState state;
+  WidgetState state;
   state.kind = kind;
   state.entry = entry;
   state.entryDates = {entry};
@@ -43,36 +43,36 @@ TEST(WidgetPicturesTest, AFailedViewIsRetriedAndHealsOnceTheJournalReadsAgain) {
          std::filesystem::create_directory(journal);
        }},
   };
-  ServerFolder folder;
-  const auto options = serverOptions(folder.journal());
+  HostFolder folder;
+  const auto environment = hostEnvironment();
   std::vector<std::unique_ptr<worker::WidgetWorker>> workers;
-  workers.push_back(std::make_unique<worker::WidgetWorker>(options.worker));
+  workers.push_back(std::make_unique<worker::WidgetWorker>(hostWorkerOptions()));
   WidgetPictures pictures(std::move(workers), {.minimumReloadInterval = 1, .maxRetryDelay = 2});
   {
     fixtures::JournalWriter writer(folder.journal());
     writer.addNote({.date = platform::ISO8601::parse("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
   }
   const auto journal = readAll(folder.journal());
-  const auto now = *platform::ISO8601::parse(kServerNow);
+  const auto now = *platform::ISO8601::parse(kHostNow);
   auto widget = shownWidget("OnThisDayWidget", now);
 
   for (const auto& broken : cases) {
     SCOPED_TRACE(broken.name);
     ++widget.state.version;
     broken.breakJournal(folder.journal());
-    const auto failed = pictures.view(widget, options.settings, now);
+    const auto failed = pictures.view(widget, environment, now);
     ASSERT_TRUE(std::holds_alternative<std::string>(failed));
-    EXPECT_EQ(pictures.knownFailure(widget, options.settings), std::get<std::string>(failed));
-    EXPECT_FALSE(pictures.retryIfDue(widget, options.settings, now));
+    EXPECT_EQ(pictures.knownFailure(widget, environment), std::get<std::string>(failed));
+    EXPECT_FALSE(pictures.retryIfDue(widget, environment, now));
 
     std::filesystem::remove_all(folder.journal());
     std::ofstream(folder.journal(), std::ios::binary) << journal;
-    EXPECT_TRUE(eventually([&] { return pictures.retryIfDue(widget, options.settings, now); }, 20s));
-    EXPECT_EQ(pictures.knownFailure(widget, options.settings), std::nullopt);
-    EXPECT_TRUE(std::holds_alternative<std::shared_ptr<const EntryView>>(pictures.view(widget, options.settings, now)));
-    EXPECT_FALSE(pictures.retryIfDue(widget, options.settings, now));
+    EXPECT_TRUE(eventually([&] { return pictures.retryIfDue(widget, environment, now); }, 20s));
+    EXPECT_EQ(pictures.knownFailure(widget, environment), std::nullopt);
+    EXPECT_TRUE(std::holds_alternative<std::shared_ptr<const EntryView>>(pictures.view(widget, environment, now)));
+    EXPECT_FALSE(pictures.retryIfDue(widget, environment, now));
   }
 }
 
 }  // namespace
-}  // namespace quillan::server
+}  // namespace quillan::host

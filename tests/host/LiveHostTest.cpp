@@ -1,11 +1,11 @@
-#include "server/LiveHost.hpp"
+#include "host/LiveHost.hpp"
 
 #include <gtest/gtest.h>
 
-#include "ServerFixture.hpp"
+#include "LiveHostFixture.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 using namespace std::chrono_literals;
@@ -14,12 +14,11 @@ using namespace quillan::testing;
 // A page asking as soon as the host runs sees every widget, loading until its
 // first timeline is in, then each with its timeline.
 TEST(LiveHostTest, EveryWidgetIsListedFromTheStartAndLoadsItsTimeline) {
-  ServerFolder folder;
-  const auto options = serverOptions(folder.journal());
-  worker::WidgetWorker timelines(options.worker);
-  host::HostClock clock;
-  clock.pin(*options.pinnedAt);
-  LiveHost host(timelines, options.settings, options.scheduler, clock, {});
+  HostFolder folder;
+  worker::WidgetWorker timelines(hostWorkerOptions());
+  HostClock clock;
+  clock.pin(*platform::ISO8601::parse(kHostNow));
+  LiveHost host(timelines, hostEnvironment(), {}, clock, {});
   host.start();
 
   const auto placed = host.widgets();
@@ -41,4 +40,4 @@ TEST(LiveHostTest, EveryWidgetIsListedFromTheStartAndLoadsItsTimeline) {
 }
 
 }  // namespace
-}  // namespace quillan::server
+}  // namespace quillan::host

@@ -1,4 +1,4 @@
-#include "server/JournalWatcher.hpp"
+#include "host/JournalWatcher.hpp"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <fstream>
 #include <functional>
 
-#include "ServerFixture.hpp"
+#include "LiveHostFixture.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 using namespace std::chrono_literals;
@@ -99,4 +99,4 @@ TEST_F(JournalWatcherTest, AMissingFolderIsAnError) {
 }
 
 }  // namespace
-}  // namespace quillan::server
+}  // namespace quillan::host

@@ -5,7 +5,7 @@
 #include <functional>
 #include <thread>
 
-namespace quillan::server {
+namespace quillan::host {
 
 // Watches the journal's folder (inotify) for the app's commits: a write to
 // the journal file or its write-ahead log, or a journal moved into place. Writes come in bursts (a commit touches the WAL several times), so
@@ -55,4 +55,4 @@ class JournalWatcher {
   std::thread thread_;
 };
 
-}  // namespace quillan::server
+}  // namespace quillan::host

@@ -1,4 +1,4 @@
-#include "server/WidgetPictures.hpp"
+#include "host/WidgetPictures.hpp"
 
 #include <stdexcept>
 
@@ -6,7 +6,7 @@
 
 #include "views/ViewTreeJson.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 namespace {
 
 std::string viewKey(const PlacedWidgetView& widget, platform::Date entry, const views::Environment& environment,
@@ -25,7 +25,7 @@ std::string viewKey(const PlacedWidgetView& widget, platform::Date entry, const 
 
 // The entry on screen; before any has come, the first of the timeline (the
 // widget's placeholder on the phone), or, with no timeline, the instant itself.
-platform::Date entryShown(const host::WidgetState& state, platform::Date at) {
+platform::Date entryShown(const WidgetState& state, platform::Date at) {
   if (state.entry) return *state.entry;
   if (!state.entryDates.empty()) return state.entryDates.front();
   return at;
@@ -34,21 +34,21 @@ platform::Date entryShown(const host::WidgetState& state, platform::Date at) {
 }  // namespace
 
 WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
-                               host::SchedulerOptions retries)
+                               SchedulerOptions retries)
     : workers_(std::move(workers)), retries_(retries) {
   if (workers_.empty()) throw std::invalid_argument("WidgetPictures needs at least one worker");
-  host::checkSchedulerOptions(retries_);
+  checkSchedulerOptions(retries_);
   for (const auto& worker : workers_) idle_.push_back(worker.get());
 }
 
-worker::ViewEvaluation WidgetPictures::evaluationOf(const PlacedWidgetView& widget, const PageSettings& settings,
+worker::ViewEvaluation WidgetPictures::evaluationOf(const PlacedWidgetView& widget, const HostEnvironment& settings,
                                                    platform::Date at) {
   return {widget.state.kind, entryShown(widget.state, at), at, viewEnvironment(settings, widget.family),
           processSettings(settings)};
 }
 
 std::optional<std::string> WidgetPictures::knownFailure(const PlacedWidgetView& widget,
-                                                        const PageSettings& settings) {
+                                                        const HostEnvironment& settings) {
   // The entry shown is known once a timeline arrived; the instant only stands in when there is none.
   const auto evaluation = evaluationOf(widget, settings, platform::Date());
   const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
@@ -65,7 +65,7 @@ bool WidgetPictures::dueForRetry(const Remembered& view) const {
   return view.failures > 0 && RealClock::now() >= view.retryAt;
 }
 
-bool WidgetPictures::retryIfDue(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at) {
+bool WidgetPictures::retryIfDue(const PlacedWidgetView& widget, const HostEnvironment& settings, platform::Date at) {
   const auto evaluation = evaluationOf(widget, settings, at);
   const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
   {
@@ -87,11 +87,11 @@ void WidgetPictures::settle(const std::string& key, int attempt, bool failed) {
   auto& view = known->second;
   view.failures = failed ? view.failures + 1 : 0;
   if (!failed) return;
-  const auto delay = std::chrono::duration<double>(host::retryDelay(view.failures, retries_));
+  const auto delay = std::chrono::duration<double>(retryDelay(view.failures, retries_));
   view.retryAt = RealClock::now() + std::chrono::duration_cast<RealClock::duration>(delay);
 }
 
-ViewOutcome WidgetPictures::view(const PlacedWidgetView& widget, const PageSettings& settings, platform::Date at) {
+ViewOutcome WidgetPictures::view(const PlacedWidgetView& widget, const HostEnvironment& settings, platform::Date at) {
   const auto evaluation = evaluationOf(widget, settings, at);
   const auto key = viewKey(widget, evaluation.entryDate, evaluation.environment, evaluation.settings);
   std::promise<ViewOutcome> promise;
@@ -164,4 +164,4 @@ void WidgetPictures::release(worker::WidgetWorker& worker) {
   workerFree_.notify_one();
 }
 
-}  // namespace quillan::server
+}  // namespace quillan::host

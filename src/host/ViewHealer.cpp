@@ -1,6 +1,6 @@
-#include "server/ViewHealer.hpp"
+#include "host/ViewHealer.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 
 ViewHealer::ViewHealer(const LiveHost& host, WidgetPictures& pictures, Rebuilt rebuilt,
                        std::chrono::milliseconds period)
@@ -34,4 +34,4 @@ void ViewHealer::retryDueViews() {
   }
 }
 
-}  // namespace quillan::server
+}  // namespace quillan::host

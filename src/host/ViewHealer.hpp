@@ -7,10 +7,10 @@
 #include <string>
 #include <thread>
 
-#include "server/LiveHost.hpp"
-#include "server/WidgetPictures.hpp"
+#include "host/LiveHost.hpp"
+#include "host/WidgetPictures.hpp"
 
-namespace quillan::server {
+namespace quillan::host {
 
 // Builds again, on its own thread, the failed views of the widgets on screen
 // once their retry is due, and tells `rebuilt` of each widget it retried, so
@@ -40,4 +40,4 @@ class ViewHealer {
   std::thread thread_;
 };
 
-}  // namespace quillan::server
+}  // namespace quillan::host

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "host/HostEnvironment.hpp"
+#include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
+#include "worker/WorkerOptions.hpp"
+
+namespace quillan::testing {
+
+inline constexpr const char* kHostNow = "2026-11-22T09:00:00+01:00";
+
+// A temporary group container (with "Application Support" beside it, so no
+// legacy move happens), made the process's default, removed at the end.
+class HostFolder {
+ public:
+  HostFolder() {
+    auto pattern = (std::filesystem::temp_directory_path() / "quillan-host-XXXXXX").string();
+    root_ = mkdtemp(pattern.data());
+    std::filesystem::create_directories(root_ / "group");
+    std::filesystem::create_directories(root_ / "Application Support");
+    platform::FileManager::setGroupContainerDirectory(root_ / "group");
+    platform::FileManager::setApplicationSupportDirectory(root_ / "Application Support");
+  }
+  ~HostFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+  }
+  HostFolder(const HostFolder&) = delete;
+  HostFolder& operator=(const HostFolder&) = delete;
+
+  std::filesystem::path journal() const { return root_ / "group" / "Quillan.sqlite"; }
+
+ private:
+  std::filesystem::path root_;
+};
+
+// The environment of a live host over a test journal: Berlin, in English.
+inline host::HostEnvironment hostEnvironment() {
+  host::HostEnvironment environment;
+  environment.timeZone = "Europe/Berlin";
+  environment.locale = "en_US";
+  return environment;
+}
+
+// Workers for a live host in a test. The deadline is generous: test processes
+// run side by side on a busy machine, and a view that failed its deadline
+// stays failed until the widget's next picture. Under the address sanitizer a
+// child's shadow memory would pass the phone's ceiling, which is tested in
+// the worker's suite.
+inline worker::WorkerOptions hostWorkerOptions() {
+  worker::WorkerOptions options;
+  options.deadline = std::chrono::seconds(60);
+#if defined(__SANITIZE_ADDRESS__)
+  options.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
+#endif
+  return options;
+}
+
+// Polls `ready` every 20 ms for at most `limit`.
+inline bool eventually(const std::function<bool()>& ready, std::chrono::milliseconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  while (std::chrono::steady_clock::now() < end) {
+    if (ready()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return ready();
+}
+
+}  // namespace quillan::testing
