@@ -41,10 +41,10 @@ pages::GallerySection drawWidget(const widgets::WidgetConfiguration& widget, con
   const auto family = widget.supportedFamilies.front();
   const auto entryDate = hosting::currentEntryDate(widget);
   for (const auto& variant : variantsOf(widget)) {
-    render::RenderContext context;
-    context.env = host.environment(family);
-    context.env.colorScheme = variant.scheme;
-    context.env.renderingMode = variant.mode;
+    auto environment = host.environment(family);
+    environment.colorScheme = variant.scheme;
+    environment.renderingMode = variant.mode;
+    const auto context = render::makeRenderContext(environment, family);
     const auto tree = widget.content(entryDate, context.env);
     const auto file = widget.kind + "-" + variant.name + ".png";
     render::renderToFile(tree, context, render::Format::png, directory / file);

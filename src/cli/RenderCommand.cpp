@@ -79,10 +79,8 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
 }
 
 render::RenderContext contextFor(const RenderOptions& options, const Drawing& drawing) {
-  render::RenderContext context;
-  context.env = drawing.environment;
-  context.device = hosting::deviceNamed(options.device);
-  context.scale = options.scale;
+  auto context = render::makeRenderContext(drawing.environment, drawing.environment.family,
+                                           hosting::deviceNamed(options.device), options.scale);
   context.redacted = options.redacted;
   return context;
 }

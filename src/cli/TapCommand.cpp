@@ -28,9 +28,9 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
   return [command, options, &host] {
     if (!command->parsed()) return -1;
     const auto& widget = hosting::widgetOfKind(options->kind);
-    render::RenderContext context;
-    context.env = host.environment(widget.supportedFamilies.front());
-    context.device = hosting::deviceNamed(options->device);
+    const auto family = widget.supportedFamilies.front();
+    const auto context =
+        render::makeRenderContext(host.environment(family), family, hosting::deviceNamed(options->device));
     FontPreparation fonts;
     const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
     fonts.finish();

@@ -69,11 +69,10 @@ std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::
 std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::string& kind, platform::Date entryDate,
                                                                    platform::Date at, views::ColorScheme scheme,
                                                                    const std::filesystem::path& file) {
-  render::RenderContext context;
-  context.env = environment_(hosting::widgetOfKind(kind).supportedFamilies.front());
-  context.env.colorScheme = scheme;
-  context.device = device_;
-  context.scale = kScale;
+  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
+  auto environment = environment_(family);
+  environment.colorScheme = scheme;
+  const auto context = render::makeRenderContext(environment, family, device_, kScale);
   auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
   for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};

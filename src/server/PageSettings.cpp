@@ -190,10 +190,8 @@ views::Environment viewEnvironment(const PageSettings& settings, views::WidgetFa
 }
 
 render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family) {
-  render::RenderContext context;
-  context.env = viewEnvironment(settings, family);
-  context.device = *render::DeviceProfile::named(settings.device);
-  context.scale = settings.scale;
+  auto context = render::makeRenderContext(viewEnvironment(settings, family), family,
+                                           *render::DeviceProfile::named(settings.device), settings.scale);
   context.redacted = settings.redacted;
   return context;
 }
