@@ -7,12 +7,11 @@
 #include "hosting/JsonFile.hpp"
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "render/LayoutJson.hpp"
-#include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
 
@@ -87,7 +86,7 @@ render::RenderContext contextFor(const RenderOptions& options, const Drawing& dr
 
 int draw(const RenderOptions& options, const Drawing& drawing) {
   if (options.format == "layout") {
-    writeJson(options, render::layoutJSON(drawing.tree, contextFor(options, drawing)) + "\n");
+    writeJson(options, drawingModule().layoutJSON(drawing.tree, contextFor(options, drawing)) + "\n");
     return 0;
   }
   render::Format format;
@@ -98,7 +97,7 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
 
   const render::RenderContext context = contextFor(options, drawing);
   const auto path = options.output.value_or(drawing.name + "." + options.format);
-  render::renderToFile(drawing.tree, context, format, path);
+  drawingModule().renderToFile(drawing.tree, context, format, path);
   std::cerr << "wrote " << path.string() << "\n";
   return 0;
 }
@@ -127,7 +126,7 @@ int run(const RenderOptions& options, const HostOptions& host) {
                              "expected " + hosting::familyName(family));
   }
   std::optional<FontPreparation> fonts;
-  if (drawsText(options.format)) fonts.emplace();
+  if (drawsText(options.format)) fonts.emplace(prepareDrawingFonts);
   const auto environment = host.environment(family);
   const auto entryDate = hosting::currentEntryDate(widget);
   const auto tree = widget.content(entryDate, environment);

@@ -2,9 +2,9 @@
 
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/WidgetLookup.hpp"
-#include "render/HitTest.hpp"
 
 namespace quillan::cli {
 
@@ -31,10 +31,10 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
     const auto family = widget.supportedFamilies.front();
     const auto context =
         render::makeRenderContext(host.environment(family), family, hosting::deviceNamed(options->device));
-    FontPreparation fonts;
+    FontPreparation fonts(prepareDrawingFonts);
     const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
     fonts.finish();
-    if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
+    if (const auto url = drawingModule().hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
     return 0;
   };
 }
