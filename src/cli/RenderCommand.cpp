@@ -86,7 +86,8 @@ render::RenderContext contextFor(const RenderOptions& options, const Drawing& dr
 
 int draw(const RenderOptions& options, const Drawing& drawing) {
   if (options.format == "layout") {
-    writeJson(options, drawingModule().layoutJSON(drawing.tree, contextFor(options, drawing)) + "\n");
+    const auto context = contextFor(options, drawing);
+    writeJson(options, drawingModule().layoutJSON(drawing.tree, context) + "\n");
     return 0;
   }
   render::Format format;
