@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "cli/Commands.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "pages/Gallery.hpp"
 #include "hosting/SampleJournalFiles.hpp"
 #include "hosting/ScratchFolder.hpp"
@@ -12,7 +13,6 @@
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "render/Renderer.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
@@ -41,15 +41,16 @@ pages::GallerySection drawWidget(const widgets::WidgetConfiguration& widget, con
   const auto family = widget.supportedFamilies.front();
   const auto entryDate = hosting::currentEntryDate(widget);
   for (const auto& variant : variantsOf(widget)) {
-    render::RenderContext context;
-    context.env = host.environment(family);
-    context.env.colorScheme = variant.scheme;
-    context.env.renderingMode = variant.mode;
+    auto environment = host.environment(family);
+    environment.colorScheme = variant.scheme;
+    environment.renderingMode = variant.mode;
+    const auto context = render::makeRenderContext(environment, family);
     const auto tree = widget.content(entryDate, context.env);
     const auto file = widget.kind + "-" + variant.name + ".png";
-    render::renderToFile(tree, context, render::Format::png, directory / file);
+    const auto& drawing = drawingModule();
+    drawing.renderToFile(tree, context, render::Format::png, directory / file);
     const auto size = context.device.sizeOf(family);
-    section.images.push_back({file, variant.name, size.width, size.height, render::hitRegions(tree, context)});
+    section.images.push_back({file, variant.name, size.width, size.height, drawing.hitRegions(tree, context)});
   }
   return section;
 }

@@ -1,11 +1,9 @@
 #include "cli/FontPreparation.hpp"
 
-#include "render/Renderer.hpp"
-
 namespace quillan::cli {
 
 FontPreparation::FontPreparation(std::chrono::milliseconds patience, Work work)
-    : thread_([this, patience, work = work ? std::move(work) : Work(render::prepareFonts)] {
+    : thread_([this, patience, work = std::move(work)] {
         prepareUnlessFinishedWithin(patience, work);
       }) {}
 

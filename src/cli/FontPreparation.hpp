@@ -20,8 +20,10 @@ namespace quillan::cli {
 class FontPreparation {
  public:
   using Work = std::function<void()>;
-  // `work` is what loads the fonts; tests put their own.
-  explicit FontPreparation(std::chrono::milliseconds patience = std::chrono::milliseconds(5), Work work = {});
+  // `work` is what loads the module and the fonts (the command's
+  // prepareDrawingFonts); tests put their own, and their own patience.
+  explicit FontPreparation(Work work) : FontPreparation(std::chrono::milliseconds(5), std::move(work)) {}
+  FontPreparation(std::chrono::milliseconds patience, Work work);
   ~FontPreparation();
   FontPreparation(const FontPreparation&) = delete;
   FontPreparation& operator=(const FontPreparation&) = delete;

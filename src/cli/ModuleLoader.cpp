@@ -52,4 +52,20 @@ const void* loadModuleTable(const std::string& fileName, const char* symbol, std
                            "); reinstall the command");
 }
 
+const render::DrawingFunctions& drawingModule() {
+  static const auto* functions = static_cast<const render::DrawingFunctions*>(
+      loadModuleTable("quillan-drawing.so", render::kDrawingFunctionsSymbol, sizeof(render::DrawingFunctions),
+                      QUILLAN_MODULE_BUILD_ID));
+  return *functions;
+}
+
+void prepareDrawingFonts() { drawingModule().prepareFonts(); }
+
+const server::ServingFunctions& servingModule() {
+  static const auto* functions = static_cast<const server::ServingFunctions*>(
+      loadModuleTable("quillan-serving.so", server::kServingFunctionsSymbol, sizeof(server::ServingFunctions),
+                      QUILLAN_MODULE_BUILD_ID));
+  return *functions;
+}
+
 }  // namespace quillan::cli

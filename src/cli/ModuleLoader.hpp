@@ -3,6 +3,9 @@
 #include <cstddef>
 #include <string>
 
+#include "render/DrawingFunctions.hpp"
+#include "server/ServingFunctions.hpp"
+
 namespace quillan::cli {
 
 // Loads one of the command's modules (shared objects built and installed with
@@ -14,5 +17,14 @@ namespace quillan::cli {
 // place it looked.
 const void* loadModuleTable(const std::string& fileName, const char* symbol, std::size_t size,
                             const std::string& buildId);
+
+// The command's two modules, each loaded on its first call and kept: what the
+// command draws with, and `serve`.
+const render::DrawingFunctions& drawingModule();
+const server::ServingFunctions& servingModule();
+
+// Loads the drawing module and the body font: what a command prepares while
+// it works out the view it will draw (FontPreparation).
+void prepareDrawingFonts();
 
 }  // namespace quillan::cli

@@ -7,12 +7,11 @@
 #include "hosting/JsonFile.hpp"
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "render/LayoutJson.hpp"
-#include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
 
@@ -79,17 +78,16 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
 }
 
 render::RenderContext contextFor(const RenderOptions& options, const Drawing& drawing) {
-  render::RenderContext context;
-  context.env = drawing.environment;
-  context.device = hosting::deviceNamed(options.device);
-  context.scale = options.scale;
+  auto context = render::makeRenderContext(drawing.environment, drawing.environment.family,
+                                           hosting::deviceNamed(options.device), options.scale);
   context.redacted = options.redacted;
   return context;
 }
 
 int draw(const RenderOptions& options, const Drawing& drawing) {
   if (options.format == "layout") {
-    writeJson(options, render::layoutJSON(drawing.tree, contextFor(options, drawing)) + "\n");
+    const auto context = contextFor(options, drawing);
+    writeJson(options, drawingModule().layoutJSON(drawing.tree, context) + "\n");
     return 0;
   }
   render::Format format;
@@ -100,7 +98,7 @@ int draw(const RenderOptions& options, const Drawing& drawing) {
 
   const render::RenderContext context = contextFor(options, drawing);
   const auto path = options.output.value_or(drawing.name + "." + options.format);
-  render::renderToFile(drawing.tree, context, format, path);
+  drawingModule().renderToFile(drawing.tree, context, format, path);
   std::cerr << "wrote " << path.string() << "\n";
   return 0;
 }
@@ -129,7 +127,7 @@ int run(const RenderOptions& options, const HostOptions& host) {
                              "expected " + hosting::familyName(family));
   }
   std::optional<FontPreparation> fonts;
-  if (drawsText(options.format)) fonts.emplace();
+  if (drawsText(options.format)) fonts.emplace(prepareDrawingFonts);
   const auto environment = host.environment(family);
   const auto entryDate = hosting::currentEntryDate(widget);
   const auto tree = widget.content(entryDate, environment);

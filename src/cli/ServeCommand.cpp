@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/Commands.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "host/ReloadBudget.hpp"
@@ -13,7 +14,6 @@
 #include "platform/TimeZone.hpp"
 #include "render/DeviceProfile.hpp"
 #include "server/PortInUse.hpp"
-#include "server/ServeLoop.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -87,8 +87,10 @@ server::ServerOptions serverOptions(const ServeOptions& options, const HostOptio
 
 int serve(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
   const bool v6 = options.bind.find(':') != std::string::npos;
+  // A bad option is reported before a missing module is.
+  const auto settings = serverOptions(options, host, modeGiven);
   try {
-    server::serveUntilStopped(serverOptions(options, host, modeGiven), [&](int port) {
+    servingModule().serveUntilStopped(settings, [&](int port) {
       std::cout << "serving http://" << (v6 ? "[" + options.bind + "]" : options.bind) << ":" << port << "/"
                 << std::endl;
     });

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "cli/Commands.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "replay/EntryPainter.hpp"
 #include "replay/NoteEvents.hpp"
 #include "replay/PrivateJournal.hpp"
@@ -136,7 +137,8 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
     std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   };
   replay::EntryPainter painter(
-      worker, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output);
+      worker, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output,
+      drawingModule());
   replay::Simulation simulation(host::workerTimelineSource(worker, settings, log), painter, journal.get(),
                                 platform::TimeZone::current());
   simulation.run(plan);

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "cli/Commands.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/QuotedValue.hpp"
 #include "snapshot/SnapshotCase.hpp"
@@ -77,7 +78,7 @@ int record(const SnapshotOptions& options, const HostOptions& host) {
   folder.makeFolder(folder.cases());
   const snapshot::SnapshotRenderer renderer(config);
   for (const auto& snapshotCase : chosen) {
-    const auto picture = renderer.draw(snapshotCase);
+    const auto picture = renderer.draw(snapshotCase, drawingModule());
     folder.write(folder.recordedView(snapshotCase), picture.viewJson);
     folder.write(folder.recordedPicture(snapshotCase), {reinterpret_cast<const char*>(picture.png.data()),
                                                          picture.png.size()});
@@ -101,7 +102,7 @@ class DifferenceWriter {
       cleared_ = true;
     }
     const auto file = folder_.differenceImage(snapshotCase);
-    folder_.writePicture(file, *verdict.difference);
+    folder_.writePicture(file, *verdict.difference, drawingModule());
     verdict.difference.reset();
     verdict.differenceImage = file.lexically_relative(folder_.root).string();
   }
@@ -132,7 +133,9 @@ int verify(const SnapshotOptions& options) {
   std::vector<snapshot::SnapshotVerdict> verdicts;
   std::size_t failed = 0;
   for (const auto& snapshotCase : cases) {
-    verdicts.push_back(snapshot::judgeSnapshot(snapshotCase, renderer.draw(snapshotCase), folder, options.tolerance));
+    const auto& drawing = drawingModule();
+    const auto picture = renderer.draw(snapshotCase, drawing);
+    verdicts.push_back(snapshot::judgeSnapshot(snapshotCase, picture, folder, options.tolerance, drawing));
     if (verdicts.back().passed()) continue;
     ++failed;
     std::cout << "FAIL " << snapshotCase.name << ": " << hosting::singleLine(verdicts.back().problem) << "\n";

@@ -2,9 +2,9 @@
 
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
+#include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/WidgetLookup.hpp"
-#include "render/HitTest.hpp"
 
 namespace quillan::cli {
 
@@ -28,13 +28,13 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
   return [command, options, &host] {
     if (!command->parsed()) return -1;
     const auto& widget = hosting::widgetOfKind(options->kind);
-    render::RenderContext context;
-    context.env = host.environment(widget.supportedFamilies.front());
-    context.device = hosting::deviceNamed(options->device);
-    FontPreparation fonts;
+    const auto family = widget.supportedFamilies.front();
+    const auto context =
+        render::makeRenderContext(host.environment(family), family, hosting::deviceNamed(options->device));
+    FontPreparation fonts(prepareDrawingFonts);
     const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
     fonts.finish();
-    if (const auto url = render::hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
+    if (const auto url = drawingModule().hitTest(tree, context, {options->x, options->y})) std::cout << *url << "\n";
     return 0;
   };
 }

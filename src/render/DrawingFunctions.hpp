@@ -17,9 +17,15 @@
 namespace quillan::render {
 
 // Everything of this library that needs the drawing stack (Pango, Cairo,
-// fontconfig and the fonts), as one table. The command keeps that stack in a
-// module it loads only when a command draws, lays out or hit-tests, so that
-// `list`, `timeline` and the JSON of a view tree never pay for loading it.
+// fontconfig and the fonts), as one table, and the only way the code linked
+// into the command reaches it: the command keeps that stack in a module it
+// loads only when a command draws, lays out or hit-tests, so that `list`,
+// `timeline` and the JSON of a view tree never pay for loading it. Whatever
+// draws there (the snapshot suite, the replay's painter, the commands) is
+// given a table: the command passes the module's (cli/ModuleLoader), tests
+// pass this library's own, drawingFunctions(), which is also what the
+// module's entry returns. Code linked into the modules themselves (the
+// server) calls the functions directly.
 struct DrawingFunctions {
   // The module and the command must come from the same build: both check the
   // table's size and the build's identity before any call.
@@ -39,5 +45,9 @@ struct DrawingFunctions {
 
 // The module's one exported function: `const DrawingFunctions* quillanDrawingFunctions()`.
 inline constexpr const char* kDrawingFunctionsSymbol = "quillanDrawingFunctions";
+
+// This library's own functions. Only what links the drawing stack anyway may
+// call it: naming it from the command would link the stack into the command.
+const DrawingFunctions& drawingFunctions();
 
 }  // namespace quillan::render

@@ -10,7 +10,6 @@
 #include "hosting/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace quillan::replay {
@@ -42,9 +41,10 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 }  // namespace
 
 EntryPainter::EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
-                           render::DeviceProfile device, std::filesystem::path output)
+                           render::DeviceProfile device, std::filesystem::path output,
+                           const render::DrawingFunctions& drawing)
     : worker_(worker), settings_(std::move(settings)), environment_(std::move(environment)),
-      device_(std::move(device)), output_(std::move(output)) {}
+      device_(std::move(device)), output_(std::move(output)), drawing_(drawing) {}
 
 std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::string& kind, platform::Date entryDate,
                                                                      platform::Date at, int sequence) {
@@ -62,23 +62,22 @@ std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::
   const auto size = device_.sizeOf(family);
   pictures.width = size.width;
   pictures.height = size.height;
-  pictures.regions = render::hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  pictures.regions = drawing_.hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
   return pictures;
 }
 
 std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::string& kind, platform::Date entryDate,
                                                                    platform::Date at, views::ColorScheme scheme,
                                                                    const std::filesystem::path& file) {
-  render::RenderContext context;
-  context.env = environment_(hosting::widgetOfKind(kind).supportedFamilies.front());
-  context.env.colorScheme = scheme;
-  context.device = device_;
-  context.scale = kScale;
+  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
+  auto environment = environment_(family);
+  environment.colorScheme = scheme;
+  const auto context = render::makeRenderContext(environment, family, device_, kScale);
   auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
   for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};
   try {
-    render::renderToFile(views::decodeViewTree(*evaluation.value()), context, render::Format::png, file);
+    drawing_.renderToFile(views::decodeViewTree(*evaluation.value()), context, render::Format::png, file);
   } catch (const views::ViewTreeJsonError& error) {
     return EntryFailure{std::string("view: ") + error.what()};
   }

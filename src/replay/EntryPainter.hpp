@@ -8,6 +8,7 @@
 
 #include "platform/Date.hpp"
 #include "render/DeviceProfile.hpp"
+#include "render/DrawingFunctions.hpp"
 #include "pages/EntryPictures.hpp"
 #include "render/HitTest.hpp"
 #include "views/Environment.hpp"
@@ -22,14 +23,15 @@ struct EntryFailure {
 
 // Draws the entries a replay shows. The views are built by the extension in
 // the worker, with the clock pinned to the moment the entry is shown and the
-// journal the replay reads; the host draws them, in light and in dark.
+// journal the replay reads; the host draws them with `drawing`, in light and
+// in dark.
 class EntryPainter {
  public:
   // The display environment the host gives a widget of `family`.
   using EnvironmentOf = std::function<views::Environment(views::WidgetFamily)>;
 
   EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
-               render::DeviceProfile device, std::filesystem::path output);
+               render::DeviceProfile device, std::filesystem::path output, const render::DrawingFunctions& drawing);
 
   // Writes <kind>/<sequence>-light.png, -dark.png and .json under the output
   // folder. A failed evaluation is returned, not thrown: the replay goes on.
@@ -53,6 +55,7 @@ class EntryPainter {
   EnvironmentOf environment_;
   render::DeviceProfile device_;
   std::filesystem::path output_;
+  const render::DrawingFunctions& drawing_;
 };
 
 }  // namespace quillan::replay

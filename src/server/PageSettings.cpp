@@ -166,10 +166,8 @@ nlohmann::json toJson(const PageSettings& settings) {
 }
 
 render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family) {
-  render::RenderContext context;
-  context.env = viewEnvironment(settings, family);
-  context.device = *render::DeviceProfile::named(settings.device);
-  context.scale = settings.scale;
+  auto context = render::makeRenderContext(viewEnvironment(settings, family), family,
+                                           *render::DeviceProfile::named(settings.device), settings.scale);
   context.redacted = settings.redacted;
   return context;
 }

@@ -2,6 +2,7 @@
 
 #include "snapshot/ReplacedFile.hpp"
 #include "hosting/UsageError.hpp"
+#include "render/DrawingFunctions.hpp"
 #include "render/PixelImage.hpp"
 
 namespace quillan::snapshot {
@@ -47,9 +48,10 @@ void SnapshotFolder::write(const std::filesystem::path& file, std::string_view c
   }
 }
 
-void SnapshotFolder::writePicture(const std::filesystem::path& file, const render::PixelImage& picture) const {
+void SnapshotFolder::writePicture(const std::filesystem::path& file, const render::PixelImage& picture,
+                                  const render::DrawingFunctions& drawing) const {
   try {
-    replaceFileBy(file, [&picture](const std::filesystem::path& newFile) { render::writePNG(picture, newFile); });
+    replaceFileBy(file, [&](const std::filesystem::path& newFile) { drawing.writePNG(picture, newFile); });
   } catch (const ReplacedFileError& error) {
     throw cannotWrite(file, error.what());
   }

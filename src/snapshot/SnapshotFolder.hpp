@@ -9,6 +9,7 @@
 
 namespace quillan::render {
 struct PixelImage;
+struct DrawingFunctions;
 }
 
 namespace quillan::snapshot {
@@ -37,7 +38,9 @@ struct SnapshotFolder {
 
   void makeFolder(const std::filesystem::path& folder) const;
   void write(const std::filesystem::path& file, std::string_view contents) const;
-  void writePicture(const std::filesystem::path& file, const render::PixelImage& picture) const;
+  // Encodes the picture as PNG with `drawing`.
+  void writePicture(const std::filesystem::path& file, const render::PixelImage& picture,
+                    const render::DrawingFunctions& drawing) const;
   // Removes a file or a folder with everything in it; a missing one is no error.
   void remove(const std::filesystem::path& entry) const;
 };

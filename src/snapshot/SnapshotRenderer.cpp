@@ -7,7 +7,6 @@
 #include "platform/Locale.hpp"
 #include "platform/RandomSource.hpp"
 #include "platform/TimeZone.hpp"
-#include "render/Renderer.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace quillan::snapshot {
@@ -22,19 +21,19 @@ SnapshotRenderer::SnapshotRenderer(const SnapshotConfig& config) : config_(confi
   platform::Clock::pin(*platform::ISO8601::parse(config.now));
 }
 
-SnapshotPicture SnapshotRenderer::draw(const SnapshotCase& snapshotCase) const {
+SnapshotPicture SnapshotRenderer::draw(const SnapshotCase& snapshotCase,
+                                       const render::DrawingFunctions& drawing) const {
   platform::Locale::setCurrent(*platform::Locale::named(snapshotCase.locale));
   platform::RandomSource::seed(config_.seed);
   const auto& widget = hosting::widgetOfKind(snapshotCase.kind);
-  render::RenderContext context;
-  context.env.family = widget.supportedFamilies.front();
-  context.env.colorScheme = views::parseColorScheme(snapshotCase.colorScheme);
-  context.env.renderingMode = views::parseRenderingMode(snapshotCase.renderingMode);
-  context.env.platformVersion = views::parsePlatformVersion(snapshotCase.platformVersion);
-  context.device = hosting::deviceNamed(snapshotCase.device);
-  context.scale = config_.scale;
+  views::Environment environment;
+  environment.colorScheme = views::parseColorScheme(snapshotCase.colorScheme);
+  environment.renderingMode = views::parseRenderingMode(snapshotCase.renderingMode);
+  environment.platformVersion = views::parsePlatformVersion(snapshotCase.platformVersion);
+  const auto context = render::makeRenderContext(environment, widget.supportedFamilies.front(),
+                                                 hosting::deviceNamed(snapshotCase.device), config_.scale);
   const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
-  return {views::encodeViewTree(tree), render::renderToPNGBytes(tree, context)};
+  return {views::encodeViewTree(tree), drawing.renderToPNGBytes(tree, context)};
 }
 
 }  // namespace quillan::snapshot

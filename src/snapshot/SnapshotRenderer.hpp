@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "render/DrawingFunctions.hpp"
 #include "snapshot/SnapshotCase.hpp"
 #include "snapshot/SnapshotConfig.hpp"
 
@@ -21,7 +22,7 @@ struct SnapshotPicture {
 class SnapshotRenderer {
  public:
   explicit SnapshotRenderer(const SnapshotConfig& config);
-  SnapshotPicture draw(const SnapshotCase& snapshotCase) const;
+  SnapshotPicture draw(const SnapshotCase& snapshotCase, const render::DrawingFunctions& drawing) const;
 
  private:
   const SnapshotConfig& config_;

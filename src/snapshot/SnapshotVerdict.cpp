@@ -34,10 +34,10 @@ std::string readRecordedFile(const std::filesystem::path& file, std::uintmax_t l
   }
 }
 
-render::PixelImage decodeRecordedPicture(const std::filesystem::path& file) {
+render::PixelImage decodeRecordedPicture(const std::filesystem::path& file, const render::DrawingFunctions& drawing) {
   const auto bytes = readRecordedFile(file, kRecordedPictureLimit);
   try {
-    return render::decodePNG(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    return drawing.decodePNG(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
   } catch (const std::exception&) {
     // The decoder's own reasons ("out of memory" for a cut-off file, or one
     // of no pixels) mislead.
@@ -67,7 +67,8 @@ std::optional<std::string> pictureProblem(const render::ImageComparison& compari
 }  // namespace
 
 SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPicture& picture,
-                              const SnapshotFolder& folder, const SnapshotTolerance& tolerance) {
+                              const SnapshotFolder& folder, const SnapshotTolerance& tolerance,
+                              const render::DrawingFunctions& drawing) {
   SnapshotVerdict verdict{snapshotCase.name, {}, std::nullopt, std::nullopt};
   const auto viewPath = folder.recordedView(snapshotCase);
   const auto picturePath = folder.recordedPicture(snapshotCase);
@@ -78,7 +79,7 @@ SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPi
   }
   Recording recording;
   try {
-    recording = {readRecordedFile(viewPath, kRecordedViewLimit), decodeRecordedPicture(picturePath)};
+    recording = {readRecordedFile(viewPath, kRecordedViewLimit), decodeRecordedPicture(picturePath, drawing)};
   } catch (const UnreadableRecording& unreadable) {
     verdict.problem = std::string("unreadable recording (") + unreadable.what() + ")";
     return verdict;
@@ -86,7 +87,7 @@ SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPi
 
   std::vector<std::string> problems;
   if (recording.view != picture.viewJson) problems.push_back("view tree differs");
-  const auto candidate = render::decodePNG(picture.png);
+  const auto candidate = drawing.decodePNG(picture.png);
   const auto comparison = render::compareImages(recording.picture, candidate, tolerance.perceptualPrecision);
   if (auto problem = pictureProblem(comparison, recording.picture, candidate, tolerance)) problems.push_back(*problem);
   if (problems.empty()) return verdict;

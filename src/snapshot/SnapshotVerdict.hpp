@@ -29,9 +29,11 @@ struct SnapshotVerdict {
 };
 
 // Compares a case drawn again with its recording: the view tree exactly, the
-// picture within `tolerance`. Only reads the suite's folder. A recording that
-// is missing, no regular file or no picture fails its own case.
+// picture within `tolerance`, both pictures decoded with `drawing`. Only reads
+// the suite's folder. A recording that is missing, no regular file or no
+// picture fails its own case.
 SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPicture& picture,
-                              const SnapshotFolder& folder, const SnapshotTolerance& tolerance);
+                              const SnapshotFolder& folder, const SnapshotTolerance& tolerance,
+                              const render::DrawingFunctions& drawing);
 
 }  // namespace quillan::snapshot

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <functional>
 
+#include "render/DrawingFunctions.hpp"
 #include "render/PixelImage.hpp"
 #include "snapshot/SnapshotVerdict.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -99,7 +100,7 @@ TEST_F(RecordedCase, PassesOnlyWithTheSameTreeAndAPictureWithinTheTolerance) {
        "view tree differs; picture is 40x24 pixels, the recording 40x25"},
   };
   for (const auto& c : cases) {
-    const auto verdict = judgeSnapshot(case_, c.drawn, folder_, c.tolerance);
+    const auto verdict = judgeSnapshot(case_, c.drawn, folder_, c.tolerance, render::drawingFunctions());
     EXPECT_EQ(verdict.caseName, case_.name);
     EXPECT_EQ(verdict.passed(), c.problem.empty()) << c.what << ": " << verdict.problem;
     EXPECT_EQ(verdict.problem.rfind(c.problem, 0), 0u) << c.what << ": " << verdict.problem;
@@ -140,7 +141,7 @@ TEST_F(RecordedCase, AMissingOrUnreadableRecordingFailsItsCaseNamingTheFile) {
     const auto file = std::string(damage.extension) == ".png" ? folder_.recordedPicture(case_)
                                                               : folder_.recordedView(case_);
     damage.apply(file);
-    const auto verdict = judgeSnapshot(case_, drawnAgain(gradient()), folder_, {});
+    const auto verdict = judgeSnapshot(case_, drawnAgain(gradient()), folder_, {}, render::drawingFunctions());
     EXPECT_EQ(verdict.problem.rfind(damage.problem, 0), 0u) << verdict.problem;
     EXPECT_FALSE(verdict.difference) << damage.problem;
     fs::remove(file);
