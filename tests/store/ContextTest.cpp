@@ -56,14 +56,14 @@ TEST(Snapshots, LeaveTheMainFileBytesUnchanged) {
   layout.walAutocheckpoint = 0;
   fixtures::JournalWriter writer(path, layout);
   for (int i = 0; i < 50; ++i) writer.addNote({.info = "note " + std::to_string(i)});
-  const auto before = std::hash<std::string>{}(fileContents(path));
+  const auto before = std::hash<std::string>{}(readText(path));
   auto context = contextFor(path);
   for (int i = 0; i < 20; ++i) {
     auto notes = fetchNotes(*context);
     ASSERT_EQ(notes.size(), 50u);
     notes[0]->images();
   }
-  EXPECT_EQ(std::hash<std::string>{}(fileContents(path)), before);
+  EXPECT_EQ(std::hash<std::string>{}(readText(path)), before);
   writer.close();
 }
 
