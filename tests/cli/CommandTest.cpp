@@ -82,23 +82,6 @@ TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   EXPECT_NE(prompt("11"), prompt("9"));  // 011 read as octal would be 9
 }
 
-TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
-  for (const auto& subcommand : std::vector<std::vector<std::string>>{
-           {"list"}, {"timeline"}, {"render"}, {"tap"}, {"sample-journal"}, {"demo"}, {"serve"}, {"simulate"},
-           {"snapshot", "record"}, {"snapshot", "verify"}}) {
-    auto arguments = subcommand;
-    arguments.push_back("--help");
-    const auto result = runCommand(arguments);
-    const auto& name = subcommand.back();
-    EXPECT_EQ(result.exitStatus, 0) << name;
-    for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
-                               "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
-                               "--dynamic-type", "--seed"}) {
-      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << name << " " << option;
-    }
-  }
-}
-
 TEST(Command, HelpWarnsThatTheFirstReadMovesALegacyJournal) {
   const auto result = runCommand({"--help"});
   const auto appSupport = result.out.find("--app-support");

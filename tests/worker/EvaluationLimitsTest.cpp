@@ -165,13 +165,15 @@ TEST_F(EvaluationLimitsTest, AWidgetThatStopsFailsInTheSchedulerWhileTheOthersCa
   EXPECT_EQ(logged, (std::vector<std::string>{"Fatal: about to misbehave", "Quiet: about to misbehave"}));
 }
 
-TEST(WorkerOptionsTest, LimitsThatAreNotPositiveAreRefused) {
-  WorkerOptions noDeadline;
+TEST(WorkerOptionsTest, LimitsThatAreNotPositiveOrAnImageServingMoreThanTheBundleAreRefused) {
+  WorkerOptions noDeadline, noMemory, imageWithWidgets;
   noDeadline.deadline = std::chrono::milliseconds(0);
-  EXPECT_THROW(WidgetWorker{noDeadline}, std::invalid_argument);
-  WorkerOptions noMemory;
   noMemory.memoryCeilingBytes = -1;
-  EXPECT_THROW(WidgetWorker{noMemory}, std::invalid_argument);
+  imageWithWidgets.keeperImage = QUILLAN_CLI_PATH;
+  imageWithWidgets.widgets.push_back({});
+  for (const auto& options : {noDeadline, noMemory, imageWithWidgets}) {
+    EXPECT_THROW(WidgetWorker{options}, std::invalid_argument);
+  }
 }
 
 }  // namespace
