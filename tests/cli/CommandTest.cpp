@@ -1,22 +1,20 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <regex>
 
 #include <nlohmann/json.hpp>
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
-#include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
 
-using testing::expectRefused;
 using testing::runCommand;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
@@ -73,63 +71,6 @@ TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
   EXPECT_EQ(snapshot.out, "{\"entries\":[{\"date\":\"2026-11-22T08:30:00.250+00:00\"}]}\n");
 }
 
-TEST(Command, BadValuesPrintOneLineNamingThemAndExitTwo) {
-  TemporaryFolder folder;
-  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-      {{"timeline", "--kind", "Nope"}, "Nope"},
-      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22 08:00"}, "2026-11-22 08:00"},
-      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T08:00:00"}, "2026-11-22T08:00:00"},
-      {{"timeline", "--kind", "StreakWidget", "--time-zone", "Mars/Olympus"}, "Mars/Olympus"},
-      {{"timeline", "--kind", "StreakWidget", "--locale", "xx_YY"}, "xx_YY"},
-      {{"timeline", "--kind", "StreakWidget", "--group-container", "/nonexistent/quillan"}, "/nonexistent/quillan"},
-      {{"timeline", "--kind", "StreakWidget", "--color-scheme", "sepia"}, "sepia"},
-      {{"timeline", "--kind", "StreakWidget", "--request", "later"}, "later"},
-      {{"render", "--kind", "StreakWidget", "--format", "gif", "--group-container", folder.path().string()}, "gif"},
-      {{"timeline"}, "--kind"},
-      {{"render", "--kind", ""}, "--kind"},
-      {{"sample-journal"}, "--group-container"},
-      {{"frobnicate"}, "frobnicate"},
-  };
-  for (const auto& [arguments, named] : cases) {
-    const auto result = runCommand(arguments);
-    EXPECT_EQ(result.exitStatus, 2) << arguments[0] << " " << named;
-    EXPECT_NE(result.err.find(named), std::string::npos) << result.err;
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
-    EXPECT_TRUE(result.out.empty());
-  }
-}
-
-TEST(Command, NumbersAreFiniteDecimalsInRange) {
-  TemporaryFolder folder;
-  const auto container = folder.path().string();
-  const std::vector<std::string> notDecimal = {"", "NaN", "nan", "inf", "-inf", "Infinity", "0x10", "1e2", "2,5",
-                                               " 2", "2 ", "+", "-", ".", "1.2.3", "\xEF\xBC\x92"};
-  for (const auto& value : notDecimal) {
-    expectRefused({"render", "--kind", "StreakWidget", "--format", "png", "--scale", value}, "--scale");
-    expectRefused({"tap", "--kind", "StreakWidget", "--x", value, "--y", "1"}, "--x");
-    expectRefused({"tap", "--kind", "StreakWidget", "--x", "1", "--y", value}, "--y");
-    expectRefused({"timeline", "--kind", "StreakWidget", "--seed", value}, "--seed");
-    // A version as phones report it has up to three parts.
-    if (value != "1.2.3") {
-      expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", value}, "--platform-version");
-    }
-  }
-  const std::string huge(400, '9');
-  for (const auto& value : {std::string("0.99"), std::string("3.01"), std::string("-2"), huge}) {
-    expectRefused({"render", "--kind", "StreakWidget", "--format", "png", "--scale", value}, "--scale");
-  }
-  expectRefused({"tap", "--kind", "StreakWidget", "--x", huge, "--y", "1"}, "--x");
-  for (const auto& value : {"-1", "1.5", "18446744073709551616", "0b1"}) {
-    expectRefused({"timeline", "--kind", "StreakWidget", "--seed", value}, "--seed");
-  }
-  // Within range, written any decimal way, a number is taken as decimal.
-  for (const auto& x : {"-5", ".5", "5.", "+0", "007"}) {
-    const auto result = runCommand({"tap", "--kind", "ComposeButtonWidget", "--x", x, "--y", "1",
-                                    "--group-container", container});
-    EXPECT_EQ(result.exitStatus, 0) << x << result.err;
-  }
-}
-
 TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   auto prompt = [](const std::string& seed) {
     const auto result = runCommand({"render", "--kind", "ComposeButtonWidget", "--group-container",
@@ -139,43 +80,6 @@ TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   };
   EXPECT_EQ(prompt("011"), prompt("11"));
   EXPECT_NE(prompt("11"), prompt("9"));  // 011 read as octal would be 9
-}
-
-TEST(Command, PlatformVersionIsTakenAsPhonesReportIt) {
-  for (const auto& version : {"17.0.1", "18", "17.0", "16.4.1", "18.1.0"}) {
-    const auto result = runCommand({"timeline", "--kind", "StreakWidget", "--platform-version", version});
-    EXPECT_EQ(result.exitStatus, 0) << version << result.err;
-  }
-  for (const auto& version : {"17.0.1.2", "17..1", "17.0.", "17.0.x", "17.0.-1", "17.0.99999", ".17.0"}) {
-    expectRefused({"timeline", "--kind", "StreakWidget", "--platform-version", version}, "--platform-version");
-  }
-}
-
-TEST(Command, LocaleWithACalendarIcuDoesNotKnowIsRefusedNamingTheKeyword) {
-  const auto result = runCommand({"timeline", "--kind", "StreakWidget", "--locale", "de_DE@calendar=bogus"});
-  EXPECT_EQ(result.exitStatus, 2) << result.err;
-  EXPECT_NE(result.err.find("--locale: unknown calendar keyword: \"calendar=bogus\""), std::string::npos) << result.err;
-  for (const auto& locale : {"ja_JP@calendar=japanese", "th_TH@calendar=buddhist", "de_DE@calendar=gregorian", "de_DE"}) {
-    const auto known = runCommand({"timeline", "--kind", "StreakWidget", "--locale", locale});
-    EXPECT_EQ(known.exitStatus, 0) << locale << known.err;
-  }
-}
-
-TEST(Command, EverySubcommandsHelpListsTheEnvironmentOptions) {
-  for (const auto& subcommand : std::vector<std::vector<std::string>>{
-           {"list"}, {"timeline"}, {"render"}, {"tap"}, {"sample-journal"}, {"demo"}, {"serve"}, {"simulate"},
-           {"snapshot", "record"}, {"snapshot", "verify"}}) {
-    auto arguments = subcommand;
-    arguments.push_back("--help");
-    const auto result = runCommand(arguments);
-    const auto& name = subcommand.back();
-    EXPECT_EQ(result.exitStatus, 0) << name;
-    for (const auto& option : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
-                               "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
-                               "--dynamic-type", "--seed"}) {
-      EXPECT_NE(result.out.find(std::string("\n  ") + option + " "), std::string::npos) << name << " " << option;
-    }
-  }
 }
 
 TEST(Command, HelpWarnsThatTheFirstReadMovesALegacyJournal) {
@@ -203,67 +107,6 @@ TEST(Command, AFirstRunWithoutAJournalSaysWhereItLookedAndWhatToDo) {
   const auto timeline = runCommand({"timeline", "--kind", "StreakWidget"}, {"XDG_DATA_HOME=" + home.path().string()});
   EXPECT_EQ(timeline.exitStatus, 0) << timeline.err;
   EXPECT_EQ(timeline.err.find("no journal"), std::string::npos) << timeline.err;
-}
-
-TEST(Command, TreeFilesAreRegularFilesOfAtMostFourMebibytes) {
-  TemporaryFolder folder;
-  const auto fifo = folder.path() / "tree.fifo";
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-  // Valid trees padded with whitespace: the size alone decides.
-  auto paddedTree = [&](const std::string& name, std::size_t size) {
-    const std::string tree = R"({"type": "Text", "text": "padded"})";
-    std::ofstream(folder.path() / name) << tree << std::string(size - tree.size(), ' ');
-    return folder.path() / name;
-  };
-  const auto large = paddedTree("large.json", 4 * 1024 * 1024 + 1);
-  const auto atLimit = paddedTree("limit.json", 4 * 1024 * 1024);
-  // None of these may block or be read whole.
-  for (const auto& path : {fs::path("/dev/zero"), fifo, folder.path(), large, folder.path() / "missing.json"}) {
-    expectRefused({"render", "--tree", path.string()}, "--tree");
-    expectRefused({"render", "--tree", path.string(), "--format", "png"}, "--tree");
-  }
-  const auto result = runCommand({"render", "--tree", atLimit.string()});
-  EXPECT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_NE(result.out.find("padded"), std::string::npos);
-}
-
-TEST(Command, OutputGoesIntoAnExistingFolder) {
-  TemporaryFolder folder;
-  const auto container = folder.path().string();
-  const auto missing = (folder.path() / "no" / "such" / "streak").string();
-  for (const auto& format : {"json", "png", "svg", "pdf"}) {
-    expectRefused({"render", "--kind", "StreakWidget", "--format", format, "--output", missing + "." + format,
-                   "--group-container", container},
-                  "--output");
-    expectRefused({"render", "--kind", "StreakWidget", "--format", format, "--output", container,
-                   "--group-container", container},
-                  "--output");
-  }
-  expectRefused({"render", "--kind", "StreakWidget", "--output", "", "--group-container", container}, "--output");
-  EXPECT_FALSE(fs::exists(folder.path() / "no"));
-}
-
-TEST(Command, EchoedValuesStayOnOneLine) {
-  TemporaryFolder folder;
-  const std::string newline = "Streak\nWidget";
-  expectRefused({"timeline", "--kind", newline}, "--kind");
-  expectRefused({"render", "--kind", "StreakWidget", "--device", "393\r852", "--group-container",
-                 folder.path().string()},
-                "--device");
-  expectRefused({"timeline", "--kind", "StreakWidget", "--color-scheme", "dark\n"}, "--color-scheme");
-  expectRefused({"timeline", "--kind", "StreakWidget", "--time-zone", "Europe/\nBerlin"}, "--time-zone");
-  expectRefused({"timeline", "--kind", "StreakWidget", "--now", "2026-11-22\n08:00:00Z"}, "--now");
-  expectRefused({"render", "--tree", (folder.path() / "two\nlines.json").string()}, "--tree");
-  expectRefused({"render", "--kind", "StreakWidget", "--format", "p\x1Bng", "--group-container",
-                 folder.path().string()},
-                "--format");
-  std::ofstream(folder.path() / "tree.json") << R"({"type": "Bl\nob"})";
-  expectRefused({"render", "--tree", (folder.path() / "tree.json").string()}, "--tree");
-  const auto kind = runCommand({"timeline", "--kind", newline});
-  EXPECT_NE(kind.err.find(R"("Streak\nWidget")"), std::string::npos) << kind.err;
-  // A long value is cut, the line kept readable.
-  const auto longKind = runCommand({"timeline", "--kind", std::string(100000, 'k')});
-  EXPECT_LT(longKind.err.size(), 400u) << longKind.err;
 }
 
 TEST(Command, ListIsExactlyTheBundle) {
@@ -330,11 +173,12 @@ TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
   EXPECT_EQ(fs::file_size(container() / "Quillan.sqlite"), before);
 }
 
-TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatArea) {
+TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftLocales) {
   struct Tap {
     std::string kind;
     double x, y;
-    std::string url;
+    std::string url;  // empty: nothing opens
+    std::string locale = "en_US";
   };
   const std::vector<Tap> taps = {
       {"OnThisDayWidget", 79, 79, "widget-deeplink://OnThisDay"},
@@ -343,15 +187,17 @@ TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatArea) {
       {"OTDComposeWidget", 280, 79, "widget-deeplink://AddRecord"},
       {"ComposeButtonWidget", 10, 10, "widget-deeplink://AddRecord"},
       {"ComposeButtonLockScreen", 36, 36, "widget-deeplink://AddRecord"},
+      {"ComposeButtonWidget", 500, 5, ""},  // outside the widget
+      // Taps follow the mirrored geometry of a right-to-left locale.
+      {"OTDComposeWidget", 280, 79, "widget-deeplink://OnThisDay", "ar_EG"},
+      {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
   };
   for (const auto& tap : taps) {
     const auto result = runCommand(environment({"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y",
-                                                std::to_string(tap.y)}));
+                                                std::to_string(tap.y)}, tap.locale));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out, tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
+    EXPECT_EQ(result.out, tap.url.empty() ? "" : tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
   }
-  // Outside the widget nothing opens.
-  EXPECT_EQ(runCommand(environment({"tap", "--kind", "ComposeButtonWidget", "--x", "500", "--y", "5"})).out, "");
 }
 
 // The first laid-out box (depth first) whose "url" is `url`.
@@ -364,7 +210,7 @@ const Json* linkTo(const Json& box, const std::string& url) {
   return nullptr;
 }
 
-TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsAndTheirTaps) {
+TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgets) {
   const auto layoutOf = [](const std::string& kind, const std::string& locale, std::vector<std::string> extra = {}) {
     std::vector<std::string> arguments{"render", "--kind", kind, "--format", "layout"};
     arguments.insert(arguments.end(), extra.begin(), extra.end());
@@ -388,13 +234,6 @@ TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsAndTheirTaps) {
     EXPECT_GT(ltrX, width / 2) << kind;
     EXPECT_LT(rtlX + composeWidth, width / 2 + 1) << kind;
   }
-  // Taps follow the mirrored geometry.
-  const auto tap = [&](double x, const std::string& locale) {
-    return runCommand(environment({"tap", "--kind", "OTDComposeWidget", "--x", std::to_string(x), "--y", "79"}, locale)).out;
-  };
-  EXPECT_EQ(tap(280, "en_US"), "widget-deeplink://AddRecord\n");
-  EXPECT_EQ(tap(280, "ar_EG"), "widget-deeplink://OnThisDay\n");
-  EXPECT_EQ(tap(338 - 280, "ar_EG"), "widget-deeplink://AddRecord\n");
 }
 
 TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
@@ -431,9 +270,6 @@ TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
     EXPECT_EQ(xSmall.text, large.text) << kind;
     EXPECT_EQ(huge.text, large.text) << kind;
   }
-  expectRefused({"render", "--kind", "StreakWidget", "--dynamic-type", "huge"}, "--dynamic-type");
-  expectRefused({"render", "--kind", "StreakWidget", "--layout-direction", "up"}, "--layout-direction");
-  expectRefused({"tap", "--kind", "StreakWidget", "--x", "1", "--y", "1", "--layout-direction", "left"}, "--layout-direction");
 }
 
 TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
@@ -466,43 +302,37 @@ TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
   EXPECT_GE(areas, 11 + 2 * 5);  // the streak row's five circles, light and dark
 }
 
-TEST(Command, JournalThatDoesNotLoadStopsWithTheUnresolvedErrorReport) {
-  TemporaryFolder folder;
-  std::ofstream(folder.path() / "Quillan.sqlite") << "this is not a database, it is a shopping list";
-  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
-                                  folder.path().string()});
-  EXPECT_NE(result.exitStatus, 0);
-  EXPECT_NE(result.err.find("OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "),
-            std::string::npos)
-      << result.err;
-  EXPECT_TRUE(result.out.empty());
-}
-
-TEST(Command, NoteWithoutDateReachingSelectionStopsTheCommand) {
-  TemporaryFolder folder;
-  {
-    fixtures::JournalWriter writer(folder.path() / "Quillan.sqlite");
-    writer.addNote({.date = std::nullopt, .info = std::string("undated")});
+// What the extension meets in a journal: a stop as on the phone, or a log line
+// on standard error that leaves the JSON on standard output clean.
+TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
+  struct Journal {
+    const char* name;
+    std::function<void(const fs::path&)> write;
+    bool stops;
+    std::string report;  // how standard error starts when it stops, or what it holds
+  };
+  const auto withNote = [](fixtures::NoteRow note) {
+    return [note](const fs::path& journal) { fixtures::JournalWriter(journal).addNote(note); };
+  };
+  const std::vector<Journal> journals = {
+      {"not a database", [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
+       "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "},
+      {"undated note", withNote({.date = std::nullopt, .info = std::string("undated")}), true,
+       "Fatal error: Unexpectedly found nil while unwrapping an Optional value"},
+      {"note text that is not Markdown",
+       withNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")}),
+       false, "Couldn't parse:  "},
+  };
+  for (const auto& journal : journals) {
+    TemporaryFolder folder;
+    journal.write(folder.path() / "Quillan.sqlite");
+    const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
+                                    folder.path().string(), "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
+    EXPECT_EQ(result.exitStatus != 0, journal.stops) << journal.name << ": " << result.err;
+    EXPECT_EQ(journal.stops ? result.out.empty() : Json::accept(result.out), true) << journal.name;
+    const auto found = result.err.find(journal.report);
+    EXPECT_TRUE(journal.stops ? found != std::string::npos : found == 0) << journal.name << ": " << result.err;
   }
-  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
-                                  folder.path().string(), "--now", "2026-11-22T09:00:00Z"});
-  EXPECT_NE(result.exitStatus, 0);
-  EXPECT_NE(result.err.find("Fatal error: Unexpectedly found nil while unwrapping an Optional value"),
-            std::string::npos)
-      << result.err;
-}
-
-TEST(Command, UnparsableNoteTextIsLoggedToStandardErrorKeepingTheJsonClean) {
-  TemporaryFolder folder;
-  {
-    fixtures::JournalWriter writer(folder.path() / "Quillan.sqlite");
-    writer.addNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")});
-  }
-  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
-                                  folder.path().string(), "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
-  ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_TRUE(Json::accept(result.out));
-  EXPECT_EQ(result.err.rfind("Couldn't parse:  ", 0), 0u) << result.err;
 }
 
 }  // namespace

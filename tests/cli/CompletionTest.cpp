@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -91,7 +92,7 @@ std::vector<std::pair<Words, Help>> everyCommand() {
   return commands;
 }
 
-TEST(Completion, OffersEverySubcommandAndOptionHelpLists) {
+TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpLists) {
   const auto commands = everyCommand();
   ASSERT_GT(commands.size(), 1u) << "--help lists no subcommand";
   // An unknown subcommand is answered with the same list.
@@ -100,6 +101,12 @@ TEST(Completion, OffersEverySubcommandAndOptionHelpLists) {
     EXPECT_TRUE(std::regex_search(unknown.err, std::regex("[ ,]" + subcommand + "[ ,;]"))) << unknown.err;
   }
   for (const auto& [path, help] : commands) {
+    for (const auto* environment : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
+                                    "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
+                                    "--dynamic-type", "--seed"}) {
+      EXPECT_TRUE(std::ranges::any_of(help.options, [&](const auto& option) { return option.name == environment; }))
+          << shown(path) << " --help does not list " << environment;
+    }
     const auto offered = completions(path);
     for (const auto& subcommand : help.subcommands) {
       EXPECT_TRUE(offered.contains(subcommand)) << shown(path) << " does not complete " << subcommand;

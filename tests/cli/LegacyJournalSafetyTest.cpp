@@ -2,10 +2,9 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "fixtures/JournalWriter.hpp"
+#include "support/FileContents.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -14,11 +13,6 @@ namespace {
 
 using testing::runCommand;
 namespace fs = std::filesystem;
-
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 // A user's data home with a real legacy journal in the default
 // application-support folder: only a widget read of the journal it belongs
@@ -40,14 +34,14 @@ class LegacyJournalSafety : public ::testing::Test {
 };
 
 TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
-  const auto before = contents(legacy());
+  const auto before = testing::readText(legacy());
   const auto result = runCommand({"demo", "--output", (root_ / "gallery").string(), "--now",
                                   "2026-11-22T09:00:00Z"},
                                  userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
   EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "no move was tried: " << result.err;
   ASSERT_TRUE(fs::exists(legacy()));
-  EXPECT_EQ(contents(legacy()), before);
+  EXPECT_EQ(testing::readText(legacy()), before);
 }
 
 TEST_F(LegacyJournalSafety, AJournalNamedByItsGroupContainerIsPairedWithItsOwnLegacyFolder) {

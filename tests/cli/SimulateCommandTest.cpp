@@ -8,32 +8,19 @@
 #include <nlohmann/json.hpp>
 
 #include "render/PixelImage.hpp"
-#include "support/ExpectRefused.hpp"
+#include "support/FileContents.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::cli {
 namespace {
 
-using testing::expectRefused;
+using testing::contentsOf;
+using testing::readText;
 using testing::runCommand;
 using testing::TemporaryFolder;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
-
-std::string readText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// Every file under `folder`, by relative path, with its bytes.
-std::map<std::string, std::string> contentsOf(const fs::path& folder) {
-  std::map<std::string, std::string> contents;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_regular_file()) contents[entry.path().lexically_relative(folder).string()] = readText(entry.path());
-  }
-  return contents;
-}
 
 // A sample journal for `now` in `zone`, and a scratch folder for the results.
 class Simulate : public ::testing::Test {
@@ -210,31 +197,6 @@ TEST_F(Simulate, AViewTheExtensionStopsOnIsAFailedEventAndTheReplayGoesOn) {
   const auto page = readText(output() / "index.html");
   EXPECT_NE(page.find("&quot;Quillan.sqlite&quot;"), std::string::npos);
   EXPECT_EQ(page.find("\"Quillan.sqlite\""), std::string::npos);
-}
-
-TEST_F(Simulate, BadValuesAreRefusedNamingTheOption) {
-  const auto events = folderPath() / "events.json";
-  const auto run = [&](std::vector<std::string> arguments) {
-    std::vector<std::string> command = {"simulate", "--group-container", folderPath().string()};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    return command;
-  };
-  const std::vector<std::string> span = {"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z"};
-  const auto withSpan = [&](std::vector<std::string> more) {
-    auto arguments = span;
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return run(arguments);
-  };
-  expectRefused(run({"--from", "2026-11-22", "--to", "2026-11-23T00:00:00Z"}), "--from");
-  expectRefused(run({"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-22T00:00:00Z"}), "--to");
-  expectRefused(run({"--from", "2026-11-22T00:00:00Z", "--to", "2027-11-22T00:00:00Z"}), "--to");
-  expectRefused(withSpan({"--kind", "Nope"}), "--kind");
-  expectRefused(withSpan({"--kind", "StreakWidget", "--kind", "StreakWidget"}), "--kind");
-  expectRefused(withSpan({"--output", folderPath().string()}), "--output");
-  expectRefused(withSpan({"--events", (folderPath() / "missing.json").string()}), "--events");
-  // Each bad event's message is the events reader's (tests/replay); here, that the command refuses with it.
-  std::ofstream(events) << R"([{"at": "2026-11-24T09:00:00Z", "note": {"date": "2026-11-22T09:00:00Z", "text": "x"}}])";
-  expectRefused(withSpan({"--events", events.string()}), "--events");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "platform/ISO8601.hpp"
 #include "render/PixelImage.hpp"
 #include "support/ExpectRefused.hpp"
+#include "support/FileContents.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -23,6 +24,8 @@ namespace quillan::cli {
 namespace {
 
 using testing::expectRefused;
+using testing::contentsOf;
+using testing::readText;
 using testing::runCommand;
 using testing::TemporaryFolder;
 using Json = nlohmann::json;
@@ -30,21 +33,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* kNow = "2026-11-22T09:00:00+01:00";
 constexpr const char* kComposeCase = "ComposeButtonWidget_light_fullColor_17.0_393x852_en-US";
-
-std::string readText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// Every file under `folder`, by relative path, with its bytes.
-std::map<std::string, std::string> contentsOf(const fs::path& folder) {
-  std::map<std::string, std::string> contents;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    contents[entry.path().lexically_relative(folder).string()] =
-        entry.is_regular_file() ? readText(entry.path()) : "(folder)";
-  }
-  return contents;
-}
 
 std::string caseName(const std::string& kind, const std::string& scheme) {
   return kind + "_" + scheme + "_fullColor_17.0_393x852_en-US";

@@ -667,35 +667,27 @@ def judgePicture(kind, format, status, contentType, body):
     return None
 
 
+def judgeJson(isRight):
+    """A judge of JSON answers: 200 with a body `isRight` accepts, else the status and the body's start."""
+    def judge(status, contentType, body):
+        try:
+            if status == 200 and isRight(json.loads(body)):
+                return None
+        except (ValueError, KeyError, TypeError):
+            pass
+        return f"{status}: {body[:200]!r}"
+    return judge
+
+
 def judgeTap(status, contentType, body):
-    if status == 503:
-        return None
-    try:
-        url = json.loads(body)["url"] if status == 200 else None
-        if status == 200 and (url is None or isinstance(url, str)):
-            return None
-    except (ValueError, KeyError, TypeError):
-        pass
-    return f"{status}: {body[:200]!r}"
+    # 503: the widget's extension failed (a killed worker), as for pictures.
+    return None if status == 503 else judgeJson(lambda answer: answer["url"] is None or isinstance(answer["url"], str))(
+        status, contentType, body)
 
 
-def judgeWidgets(status, contentType, body):
-    try:
-        widgets = json.loads(body)["widgets"] if status == 200 else None
-        if widgets is not None and all(w["kind"] in KINDS and isinstance(w["version"], int) for w in widgets):
-            return None
-    except (ValueError, KeyError, TypeError):
-        pass
-    return f"{status}: {body[:200]!r}"
-
-
-def judgeClock(status, contentType, body):
-    try:
-        if status == 200 and isinstance(json.loads(body)["now"], str):
-            return None
-    except (ValueError, KeyError, TypeError):
-        pass
-    return f"{status}: {body[:200]!r}"
+judgeWidgets = judgeJson(lambda answer: all(w["kind"] in KINDS and isinstance(w["version"], int)
+                                            for w in answer["widgets"]))
+judgeClock = judgeJson(lambda answer: isinstance(answer["now"], str))
 
 
 def main():

@@ -57,17 +57,24 @@ TEST_F(BatchDelete, DeletesMatchingRowsAndForgetsTheirObjects) {
   EXPECT_EQ(images[2]->owner(), notes_[2]);
 }
 
-TEST_F(BatchDelete, ByObjectIDs) {
-  EXPECT_FALSE(context_->executeAndMergeChanges(BatchDeleteRequest({notes_[1]->objectID()})));
-  EXPECT_TRUE(notes_[1]->isDeleted());
+TEST_F(BatchDelete, ByObjectIDsOrMatchingNothing) {
+  auto nothing = Note::fetchRequest();
+  nothing.predicate = Predicate::compare("info", Predicate::Comparison::equal, "none");
+  const struct {
+    const char* name;
+    BatchDeleteRequest request;
+    std::vector<bool> deleted;
+  } deletions[] = {
+      {"matching nothing", BatchDeleteRequest(nothing), {false, false, false}},
+      {"by object id", BatchDeleteRequest({notes_[1]->objectID()}), {false, true, false}},
+  };
+  for (const auto& deletion : deletions) {
+    EXPECT_FALSE(context_->executeAndMergeChanges(deletion.request)) << deletion.name;
+    std::vector<bool> deleted;
+    for (const auto& note : notes_) deleted.push_back(note->isDeleted());
+    EXPECT_EQ(deleted, deletion.deleted) << deletion.name;
+  }
   EXPECT_EQ(fetchNotes(*context_).size(), 2u);
-}
-
-TEST_F(BatchDelete, MatchingNothingMergesNothing) {
-  auto request = Note::fetchRequest();
-  request.predicate = Predicate::compare("info", Predicate::Comparison::equal, "none");
-  EXPECT_FALSE(context_->executeAndMergeChanges(BatchDeleteRequest(request)));
-  for (const auto& note : notes_) EXPECT_FALSE(note->isDeleted());
 }
 
 TEST_F(BatchDelete, ResultTypesOfThePlainExecute) {

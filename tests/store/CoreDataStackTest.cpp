@@ -2,6 +2,7 @@
 #include <signal.h>
 #include <sys/wait.h>
 
+#include <functional>
 #include <thread>
 
 #include "StoreTestSupport.hpp"
@@ -27,10 +28,13 @@ class CoreDataStackTest : public ::testing::Test {
   }
   void TearDown() override { platform::ExtensionLog::setSink({}); }
 
+ public:
   std::filesystem::path group() const { return directory_ / "group"; }
   std::filesystem::path support() const { return directory_ / "support"; }
   std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
   std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
+
+ protected:
 
   static void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
     fixtures::JournalWriter writer(path);
@@ -47,115 +51,111 @@ class CoreDataStackTest : public ::testing::Test {
   std::vector<std::string> printed_;
 };
 
-TEST_F(CoreDataStackTest, WithoutLegacyStoreUsesOneSharedDescription) {
-  writeJournal(sharedStore(), {"shared"});
-  auto stack = CoreDataStack::makeForTesting();
-  auto& container = stack->persistentContainer();
-  EXPECT_EQ(&container, &stack->persistentContainer());
+// Where the legacy journal and the group container's stand before the first
+// read, what that read and the next one see, and what the move left.
+struct LegacyMove {
+  const char* name;
+  std::function<void(CoreDataStackTest&)> prepare;
+  std::vector<std::string> firstRead;
+  std::vector<std::string> nextRead;
+  std::string printed = "";  // the one line the move logged, or empty for none
+};
+
+TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
+  const std::vector<LegacyMove> moves = {
+      {"no legacy journal", [](auto& test) { writeJournal(test.sharedStore(), {"shared"}); }, {"shared"}, {"shared"}},
+      {"a legacy journal alone", [](auto& test) { writeJournal(test.legacyStore(), {"old one", "old two"}); },
+       {"old one", "old two"}, {"old one", "old two"}},
+      {"both folders the same",
+       [](auto& test) {
+         platform::FileManager::setApplicationSupportDirectory(test.group());
+         writeJournal(test.sharedStore(), {"one place"});
+       },
+       {"one place"}, {"one place"}},
+      // Off the phone the host names both folders; a symlink can make the legacy
+      // location and the shared one the same file under two names.
+      {"the legacy path a link to the journal",
+       [](auto& test) {
+         writeJournal(test.sharedStore(), {"the only copy"});
+         std::filesystem::remove_all(test.support());
+         std::filesystem::create_directory_symlink(test.group(), test.support());
+       },
+       {"the only copy"}, {"the only copy"}},
+      // The run that deletes the legacy file goes on reading the journal it loaded.
+      {"a journal already in the group container",
+       [](auto& test) {
+         writeJournal(test.legacyStore(), {"old"});
+         writeJournal(test.sharedStore(), {"current", "newer"});
+       },
+       {"old"}, {"current", "newer"},
+       "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
+      {"a folder in the journal's place",
+       [](auto& test) {
+         writeJournal(test.legacyStore(), {"lost"});
+         std::filesystem::create_directories(test.sharedStore() / "in-the-way");
+       },
+       {"lost"}, {},
+       "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
+  };
+  for (const auto& move : moves) {
+    SCOPED_TRACE(move.name);
+    std::filesystem::remove_all(directory_.path());
+    SetUp();
+    printed_.clear();
+    move.prepare(*this);
+    const auto sharedBefore = std::filesystem::is_regular_file(sharedStore()) ? readText(sharedStore()) : "";
+    const bool sameFile = std::filesystem::equivalent(support(), group());
+    auto stack = CoreDataStack::makeForTesting();
+    EXPECT_EQ(infos(stack->persistentContainer()), move.firstRead);
+    EXPECT_EQ(infos(stack->persistentContainer()), move.firstRead) << "and on every later read";
+    EXPECT_EQ(printed_, move.printed.empty() ? std::vector<std::string>{} : std::vector<std::string>{move.printed});
+    EXPECT_EQ(std::filesystem::exists(legacyStore()), sameFile);
+    if (std::filesystem::is_regular_file(sharedStore())) {
+      if (!sharedBefore.empty()) {
+        EXPECT_TRUE(readText(sharedStore()) == sharedBefore) << "the journal was replaced";
+      }
+      EXPECT_EQ(infos(CoreDataStack::makeForTesting()->persistentContainer()), move.nextRead);
+    } else {
+      EXPECT_TRUE(std::filesystem::is_directory(sharedStore() / "in-the-way"));
+    }
+  }
+}
+
+// The legacy run keeps the default description; the shared one syncs.
+TEST_F(CoreDataStackTest, OnlyTheSharedJournalsDescriptionSyncs) {
+  writeJournal(legacyStore(), {"old"});
+  auto legacy = CoreDataStack::makeForTesting();
+  auto& moved = legacy->persistentContainer();
+  ASSERT_EQ(moved.persistentStoreDescriptions.size(), 1u);
+  EXPECT_FALSE(moved.persistentStoreDescriptions[0].cloudKitContainerOptions);
+  auto shared = CoreDataStack::makeForTesting();
+  auto& container = shared->persistentContainer();
+  EXPECT_EQ(&container, &shared->persistentContainer());
   EXPECT_EQ(container.loadedStoreCount(), 1u);
   ASSERT_EQ(container.persistentStoreDescriptions.size(), 1u);
-  const auto& description = container.persistentStoreDescriptions[0];
-  EXPECT_EQ(description.url, platform::URL::fileURL(sharedStore()));
-  ASSERT_TRUE(description.cloudKitContainerOptions);
-  EXPECT_EQ(description.cloudKitContainerOptions->containerIdentifier, "iCloud.com.tarvelo.Quillan");
-  EXPECT_TRUE(container.viewContext()->automaticallyMergesChangesFromParent);
-  EXPECT_EQ(container.viewContext()->mergePolicy, MergePolicy::mergeByPropertyObjectTrump);
-  EXPECT_EQ(infos(container), std::vector<std::string>{"shared"});
-  EXPECT_TRUE(printed_.empty());
+  EXPECT_EQ(container.persistentStoreDescriptions[0].url, platform::URL::fileURL(sharedStore()));
+  EXPECT_TRUE(container.persistentStoreDescriptions[0].cloudKitContainerOptions);
 }
 
-TEST_F(CoreDataStackTest, LegacyStoreIsMigratedDeletedAndNotMovedTwice) {
-  writeJournal(legacyStore(), {"old one", "old two"});
-  auto first = CoreDataStack::makeForTesting();
-  auto& container = first->persistentContainer();
-  ASSERT_EQ(container.persistentStoreDescriptions.size(), 1u);
-  EXPECT_FALSE(container.persistentStoreDescriptions[0].cloudKitContainerOptions)
-      << "the legacy run keeps the default description";
-  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
-  EXPECT_EQ(infos(container), (std::vector<std::string>{"old one", "old two"}))
-      << "after the move this process reads the migrated store";
-  EXPECT_TRUE(printed_.empty());
-
-  auto next = CoreDataStack::makeForTesting();
-  auto& normal = next->persistentContainer();
-  ASSERT_TRUE(normal.persistentStoreDescriptions[0].cloudKitContainerOptions);
-  EXPECT_EQ(infos(normal), (std::vector<std::string>{"old one", "old two"}));
-}
-
-TEST_F(CoreDataStackTest, LegacyCompanionFilesAreLeftAlone) {
-  fixtures::JournalLayout layout;
-  layout.walAutocheckpoint = 0;
-  fixtures::JournalWriter writer(legacyStore(), layout);
-  writer.addNote({.info = "still in the wal"});
-  CoreDataStack::makeForTesting()->persistentContainer();
-  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
-  EXPECT_TRUE(std::filesystem::exists(legacyStore().string() + "-wal"));
-  auto next = CoreDataStack::makeForTesting();
-  EXPECT_EQ(infos(next->persistentContainer()), std::vector<std::string>{"still in the wal"})
-      << "rows committed to the legacy WAL travel with the move";
-}
-
-TEST_F(CoreDataStackTest, SameURLNeitherMigratesNorDeletes) {
-  platform::FileManager::setApplicationSupportDirectory(group());
-  writeJournal(sharedStore(), {"one place"});
-  auto stack = CoreDataStack::makeForTesting();
-  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"one place"});
-  EXPECT_TRUE(std::filesystem::exists(sharedStore()));
-  EXPECT_TRUE(printed_.empty());
-}
-
-TEST_F(CoreDataStackTest, AFailedMoveKeepsCommitsInTheLegacyWalReadable) {
-  fixtures::JournalLayout layout;
-  layout.walAutocheckpoint = 0;
-  fixtures::JournalWriter writer(legacyStore(), layout);
-  writer.addNote({.info = "checkpointed?"});
-  writer.addNote({.info = "only in the wal"});
-  writeJournal(sharedStore(), {"current"});
-  auto stack = CoreDataStack::makeForTesting();
-  auto& container = stack->persistentContainer();
-  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
-  EXPECT_EQ(infos(container), (std::vector<std::string>{"checkpointed?", "only in the wal"}));
-}
-
-TEST_F(CoreDataStackTest, FailedMigrationPrintsOneLineAndStillDeletes) {
-  writeJournal(legacyStore(), {"lost"});
-  std::filesystem::create_directories(sharedStore() / "in-the-way");
-  auto stack = CoreDataStack::makeForTesting();
-  stack->persistentContainer();
-  ASSERT_EQ(printed_.size(), 1u);
-  EXPECT_EQ(printed_[0],
-            "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists.");
-  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
-  EXPECT_TRUE(std::filesystem::is_directory(sharedStore() / "in-the-way"));
-}
-
-TEST_F(CoreDataStackTest, ALegacyStoreNeverReplacesTheJournalInTheGroupContainer) {
-  writeJournal(legacyStore(), {"old"});
-  writeJournal(sharedStore(), {"current", "newer"});
-  const auto before = std::filesystem::file_size(sharedStore());
-  auto stack = CoreDataStack::makeForTesting();
-  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"old"})
-      << "the run that deletes the legacy file goes on reading the journal it loaded";
-  ASSERT_EQ(printed_.size(), 1u);
-  EXPECT_NE(printed_[0].find("already exists"), std::string::npos);
-  EXPECT_FALSE(std::filesystem::exists(legacyStore()));
-  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"old"}) << "and on every later read";
-  EXPECT_EQ(std::filesystem::file_size(sharedStore()), before);
-  EXPECT_EQ(infos(CoreDataStack::makeForTesting()->persistentContainer()),
-            (std::vector<std::string>{"current", "newer"}));
-}
-
-// Off the phone the host names both folders; a symlink can make the legacy
-// location and the shared one the same file under two names.
-TEST_F(CoreDataStackTest, ALegacyPathThatIsTheJournalItselfIsLeftAlone) {
-  writeJournal(sharedStore(), {"the only copy"});
-  std::filesystem::remove_all(support());
-  std::filesystem::create_directory_symlink(group(), support());
-  ASSERT_TRUE(std::filesystem::exists(legacyStore()));
-  auto stack = CoreDataStack::makeForTesting();
-  EXPECT_EQ(infos(stack->persistentContainer()), std::vector<std::string>{"the only copy"});
-  EXPECT_TRUE(printed_.empty());
-  EXPECT_TRUE(std::filesystem::exists(sharedStore()));
+TEST_F(CoreDataStackTest, CommitsInTheLegacyWalTravelWithTheMoveOrStayReadable) {
+  for (const bool journalInTheWay : {false, true}) {
+    SCOPED_TRACE(journalInTheWay ? "a journal in the way" : "a free group container");
+    std::filesystem::remove_all(directory_.path());
+    SetUp();
+    fixtures::JournalLayout layout;
+    layout.walAutocheckpoint = 0;
+    fixtures::JournalWriter writer(legacyStore(), layout);
+    writer.addNote({.info = "checkpointed?"});
+    writer.addNote({.info = "only in the wal"});
+    if (journalInTheWay) writeJournal(sharedStore(), {"current"});
+    auto stack = CoreDataStack::makeForTesting();
+    EXPECT_EQ(infos(stack->persistentContainer()), (std::vector<std::string>{"checkpointed?", "only in the wal"}));
+    EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+    EXPECT_TRUE(std::filesystem::exists(legacyStore().string() + "-wal")) << "companion files are left alone";
+    if (journalInTheWay) continue;
+    EXPECT_EQ(infos(CoreDataStack::makeForTesting()->persistentContainer()),
+              (std::vector<std::string>{"checkpointed?", "only in the wal"}));
+  }
 }
 
 TEST_F(CoreDataStackTest, ExternallyStoredImagesMoveWithTheStore) {

@@ -60,9 +60,9 @@ TEST_F(ReadOnlyFolderTest, AJournalTheAppClosedCleanlyIsReadImmutable) {
     writer.addNote({.info = "two"});
   }
   ASSERT_FALSE(std::filesystem::exists(journal().string() + "-wal"));
-  const auto before = fileContents(journal());
+  const auto before = readText(journal());
   EXPECT_EQ(readWithoutWriteAccess(group(), [this] { return readsExactly({"one", "two"}); }), 0);
-  EXPECT_EQ(fileContents(journal()), before);
+  EXPECT_EQ(readText(journal()), before);
   EXPECT_FALSE(std::filesystem::exists(journal().string() + "-wal")) << "the reader created nothing";
 }
 

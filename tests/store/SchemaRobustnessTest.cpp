@@ -82,18 +82,6 @@ INSTANTIATE_TEST_SUITE_P(
         LayoutCase{"IntegerDates", layoutWith([](auto& l) { l.integerDates = true; })}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(StoreLayout, RenumberedEntitiesAreLookedUpByName) {
-  TemporaryDirectory directory;
-  fixtures::JournalLayout layout;
-  layout.extraEntity = true;
-  fixtures::JournalWriter writer(directory / "Quillan.sqlite", layout);
-  EXPECT_EQ(writer.entityNumber("Note"), 3);
-  writer.addNote({.info = "x"});
-  writer.close();
-  auto context = contextFor(directory / "Quillan.sqlite");
-  EXPECT_EQ(fetchNotes(*context).size(), 1u);
-}
-
 // The report a failed load makes, escaped for EXPECT_DEATH's regular expression.
 std::string loadFailureReport(const std::string& message) {
   const std::string report = "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error " + message;
@@ -127,7 +115,7 @@ void writeText(const std::filesystem::path& path, const std::string& text) {
 
 void corrupt(const std::filesystem::path& path) {
   { fixtures::JournalWriter writer(path); }
-  auto contents = fileContents(path);
+  auto contents = readText(path);
   for (std::size_t i = 100; i < contents.size(); ++i) contents[i] = static_cast<char>(0xA5);
   writeText(path, contents);
 }

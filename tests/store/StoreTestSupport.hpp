@@ -6,9 +6,7 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -16,26 +14,16 @@
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
+#include "support/FileContents.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::store::testing {
 
-// A scratch directory per test, removed afterwards.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "quillan-store-XXXXXX").string();
-    path_ = ::mkdtemp(pattern.data());
-  }
-  ~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& path() const { return path_; }
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+using TemporaryDirectory = quillan::testing::TemporaryFolder;
+using quillan::testing::readText;
 
- private:
-  std::filesystem::path path_;
-};
+// The replay's suite reads journals under this name.
+inline std::string fileContents(const std::filesystem::path& path) { return readText(path); }
 
 // A context reading the journal at `path` through its own coordinator.
 inline std::shared_ptr<ManagedObjectContext> contextFor(const std::filesystem::path& path) {
@@ -49,11 +37,6 @@ inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& conte
   auto result = context.fetch(Note::fetchRequest());
   EXPECT_TRUE(result.ok()) << (result.ok() ? "" : result.error().description());
   return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
-}
-
-inline std::string fileContents(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 inline fixtures::Bytes bytes(std::initializer_list<int> values) {

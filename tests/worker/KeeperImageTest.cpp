@@ -101,12 +101,5 @@ TEST_F(KeeperImageTest, AKilledKeeperIsReapedWithoutWaitingForTheNextEvaluation)
   }
 }
 
-TEST(KeeperImageOptionsTest, AnImageServesTheBundleOnly) {
-  WorkerOptions options;
-  options.keeperImage = QUILLAN_CLI_PATH;
-  options.widgets.push_back({});
-  EXPECT_THROW(WidgetWorker{options}, std::invalid_argument);
-}
-
 }  // namespace
 }  // namespace quillan::worker
