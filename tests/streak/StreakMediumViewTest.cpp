@@ -120,31 +120,6 @@ TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
   }
 }
 
-TEST_F(StreakMediumViewTest, FromPlatform17TheWidgetContainerCarriesTheBackground) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-    const auto view = drawEntryView(scheme, {17, 0});
-    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
-    EXPECT_EQ(view.modifiers,
-              (std::vector<Modifier>{
-                  {modifiers::ContainerBackground{ContainerBackgroundPlacement::widget, Alignment::center, background}},
-                  {modifiers::PrivacySensitive{true}}}));
-  }
-}
-
-TEST_F(StreakMediumViewTest, BeforePlatform17TheViewPadsItselfOnItsOwnBackground) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-    const auto view = drawEntryView(scheme, {16, 4});
-    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
-    EXPECT_EQ(view.modifiers, (std::vector<Modifier>{
-                                  {modifiers::Padding{EdgeSet::horizontal() | EdgeSet::top(), std::nullopt}},
-                                  {modifiers::Padding{EdgeSet::bottom(), 12.5}},
-                                  {modifiers::Background{background, Alignment::center, EdgeSet::all()}},
-                                  {modifiers::PrivacySensitive{true}}}));
-  }
-}
-
 std::string readFile(const std::string& path) {
   std::ifstream in(path);
   std::stringstream content;
@@ -152,18 +127,38 @@ std::string readFile(const std::string& path) {
   return content.str();
 }
 
-// The whole face in dark mode before platform 17, with yesterday and today
-// written. QUILLAN_UPDATE_GOLDEN=1 rewrites the file (review the diff!).
-TEST_F(StreakMediumViewTest, MatchesTheGoldenTree) {
+struct GoldenCase {
+  const char* file;
+  ColorScheme scheme;
+  PlatformVersion version;
+  std::vector<const char*> notes;
+};
+
+// The whole face in both schemes, on and before platform 17 (which moved the
+// background and margins into the container), with written and unwritten
+// past days and today both ways. QUILLAN_UPDATE_GOLDEN=1 rewrites the files
+// (review the diff!).
+const GoldenCase kGoldenTrees[] = {
+    {"streak_medium_dark_16.json", ColorScheme::dark, {16, 4},
+     {"2026-03-05T21:00:00+01:00", "2026-03-06T07:30:00+01:00"}},
+    {"streak_medium_light_16.json", ColorScheme::light, {16, 0}, {"2026-03-02T08:00:00+01:00"}},
+    {"streak_medium_light_17.json", ColorScheme::light, {17, 0}, {"2026-03-04T21:00:00+01:00"}},
+    {"streak_medium_dark_17.json", ColorScheme::dark, {17, 0}, {"2026-03-03T12:00:00+01:00"}},
+};
+
+TEST_F(StreakMediumViewTest, MatchesTheGoldenTrees) {
   ProcessEnvironment environment("2026-03-06T18:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-03-05T21:00:00+01:00");
-  journal.addNote("2026-03-06T07:30:00+01:00");
-  const auto actual = toJson(drawEntryView(ColorScheme::dark, {16, 4}));
-  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/streak_medium_dark_16.json";
-  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
-  const auto golden = nlohmann::ordered_json::parse(readFile(path), nullptr, false);
-  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
-  EXPECT_EQ(actual, golden) << actual.dump(2);
+  for (const auto& c : kGoldenTrees) {
+    SCOPED_TRACE(c.file);
+    journal.clear();
+    for (const char* note : c.notes) journal.addNote(note);
+    const auto actual = toJson(drawEntryView(c.scheme, c.version));
+    const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/" + c.file;
+    if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
+    const auto golden = nlohmann::ordered_json::parse(readFile(path), nullptr, false);
+    ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
+    EXPECT_EQ(actual, golden) << actual.dump(2);
+  }
 }
 
 TEST(StreakProvider, OneEntryAtTheStartOfTodayReloadingAtTheNextMidnight) {
