@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,9 +14,7 @@
 #include "platform/RandomSource.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
-#include "views/Builders.hpp"
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
+#include "views/GoldenTree.hpp"
 
 namespace quillan::memories {
 namespace {
@@ -27,7 +22,7 @@ namespace {
 using namespace views;
 using quillan::testing::ProcessEnvironment;
 using quillan::testing::TestJournal;
-using Json = nlohmann::ordered_json;
+using views::testing::expectGoldenTree;
 
 Environment environmentFor(ColorScheme scheme, PlatformVersion version, WidgetFamily family) {
   Environment environment;
@@ -186,24 +181,6 @@ TEST_F(MemoryViews, DateLabelsFollowLocaleAndCalendar) {
   }
 }
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
-// Whole trees, compared as parsed JSON. QUILLAN_UPDATE_GOLDEN=1 rewrites the
-// files (review the diff!).
-void expectGolden(const Node& tree, const std::string& name) {
-  const Json actual = toJson(tree);
-  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/" + name;
-  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
-  const auto golden = Json::parse(readFile(path), nullptr, false);
-  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
-  EXPECT_EQ(actual, golden) << actual.dump(2);
-}
-
 struct GoldenCase {
   const char* file;
   WidgetFamily family;
@@ -245,7 +222,7 @@ TEST_F(MemoryViews, MatchTheGoldenTrees) {
     journal.clear();
     platform::RandomSource::seed(7);
     for (const auto& [date, info] : c.notes) journal.addNote(date, info);
-    expectGolden(c.family == WidgetFamily::systemSmall ? drawSmall(c.scheme, c.version)
+    expectGoldenTree(c.family == WidgetFamily::systemSmall ? drawSmall(c.scheme, c.version)
                                                        : drawMedium(c.scheme, c.version),
                  c.file);
   }
