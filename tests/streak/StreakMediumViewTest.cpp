@@ -60,27 +60,33 @@ TEST_F(StreakMediumViewTest, TheRowIsTheFourPastDaysOldestFirstThenTodayLinkingT
   EXPECT_EQ(row[4].link, "widget-deeplink://AddRecord");
 }
 
+struct TickCase {
+  const char* now;
+  std::vector<const char*> notes;
+  std::vector<bool> ticks;
+};
+
+const TickCase kTicks[] = {
+    {"2026-03-06T12:00:00+01:00", {}, std::vector<bool>(5, false)},
+    {"2026-03-06T12:00:00+01:00",
+     {"2026-03-02T07:00:00+01:00", "2026-03-03T07:00:00+01:00", "2026-03-04T07:00:00+01:00",
+      "2026-03-05T07:00:00+01:00", "2026-03-06T07:00:00+01:00"},
+     std::vector<bool>(5, true)},
+    // Yesterday two minutes ago, two notes on one day, five days ago (never
+    // shown) and tomorrow (marks nothing).
+    {"2026-03-06T00:01:00+01:00",
+     {"2026-03-05T23:59:00+01:00", "2026-03-03T08:00:00+01:00", "2026-03-03T20:00:00+01:00",
+      "2026-03-01T12:00:00+01:00", "2026-03-07T09:00:00+01:00"},
+     {false, true, false, true, false}},
+};
+
 TEST_F(StreakMediumViewTest, TicksTheDaysWithNotesOnly) {
-  ProcessEnvironment environment("2026-03-06T00:01:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-03-05T23:59:00+01:00");  // yesterday, two minutes ago
-  journal.addNote("2026-03-03T08:00:00+01:00");
-  journal.addNote("2026-03-03T20:00:00+01:00");
-  journal.addNote("2026-03-01T12:00:00+01:00");  // five days ago: never shown
-  journal.addNote("2026-03-07T09:00:00+01:00");  // tomorrow: marks nothing
-  EXPECT_EQ(ticks(readRow(drawEntryView())), (std::vector<bool>{false, true, false, true, false}));
-}
-
-TEST_F(StreakMediumViewTest, AnEmptyJournalShowsNothingWritten) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, false));
-}
-
-TEST_F(StreakMediumViewTest, WrittenEveryDayTicksAllFive) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const char* day : {"02", "03", "04", "05", "06"}) {
-    journal.addNote(std::string("2026-03-") + day + "T07:00:00+01:00");
+  for (const auto& c : kTicks) {
+    journal.clear();
+    for (const char* note : c.notes) journal.addNote(note);
+    ProcessEnvironment environment(c.now, "Europe/Berlin");
+    EXPECT_EQ(ticks(readRow(drawEntryView())), c.ticks) << c.now << " " << c.notes.size() << " notes";
   }
-  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, true));
 }
 
 // Across the nonexistent midnights of Havana and Santiago the row still shows
