@@ -52,21 +52,32 @@ TEST(InlineMarkdown, InlineSyntaxBecomesStyledRuns) {
       {"2 * 3 * 4", {plain("2 * 3 * 4")}},
       {"\\*not italic\\*", {plain("*not italic*")}},
       {"**unclosed", {plain("**unclosed")}},
+      // Adjacent runs with the same styles merge; entities decode; Unicode is kept.
+      {"**a** **b**\nplain &amp; text",
+       {styled("a", true, false), plain(" "), styled("b", true, false), plain("\nplain & text")}},
+      {"Grüße **日本語** 🎉", {plain("Grüße "), styled("日本語", true, false), plain(" 🎉")}},
   };
   for (const auto& c : cases) EXPECT_EQ(runsOf(c.markdown), c.runs) << c.markdown;
 }
 
+// Block syntax, on the first line or on a line that would start a block
+// inside a paragraph, and whitespace stay as typed.
 TEST(InlineMarkdown, BlockSyntaxAndWhitespaceStayAsTyped) {
   for (const char* text : {"# Heading", "## two", "- a", "* a", "+ a", "> quoted", "1. first", "2) second",
                            "---", "***", "```", "~~~", "    indented code", "\tTabbed", "trailing  ",
                            "[ref]: https://example.org", "Title\n=====", "<div>", "a\n\n\nb", "\n", "",
-                           "line one\r\nline two\rthree", "  # spaced heading  "}) {
+                           "line one\r\nline two\rthree", "  # spaced heading  ", "text\n# heading", "text\n- item",
+                           "text\n> quote", "text\n1. first", "text\n```", "text\n~~~", "text\n---", "text\n***",
+                           "text\n<div>", "a\n+ b\n2) c"}) {
     const auto parsed = AttributedString::fromInlineMarkdown(text);
     EXPECT_EQ(parsed.plainText(), text) << text;
     for (const auto& run : parsed.runs()) {
       EXPECT_FALSE(run.bold || run.italic || run.strikethrough || run.code || run.link) << text;
     }
   }
+  // Such a line opens a paragraph of its own, so emphasis stops short of it.
+  EXPECT_EQ(runsOf("*a\n- b*"), std::vector<TextRun>{plain("*a\n- b*")});
+  EXPECT_EQ(runsOf("*a\n-b*"), std::vector<TextRun>{styled("a\n-b", false, true)});
 }
 
 TEST(InlineMarkdown, InlineSyntaxSpansLineBreaksWithinAParagraph) {
@@ -84,34 +95,6 @@ TEST(InlineMarkdown, InlineSyntaxSpansLineBreaksWithinAParagraph) {
   EXPECT_EQ(runsOf("`a\nb`"), std::vector<TextRun>{code});
   // A blank line ends the paragraph: emphasis does not reach across it.
   EXPECT_EQ(runsOf("*a\n\nb*"), std::vector<TextRun>{plain("*a\n\nb*")});
-}
-
-TEST(InlineMarkdown, LinesThatWouldStartABlockStayLiteralInsideAParagraph) {
-  for (const char* text : {"text\n# heading", "text\n- item", "text\n> quote", "text\n1. first", "text\n```",
-                           "text\n~~~", "text\n---", "text\n***", "Title\n=====", "text\n<div>", "a\n+ b\n2) c"}) {
-    const auto parsed = AttributedString::fromInlineMarkdown(text);
-    EXPECT_EQ(parsed.plainText(), text) << text;
-    for (const auto& run : parsed.runs()) {
-      EXPECT_FALSE(run.bold || run.italic || run.strikethrough || run.code || run.link) << text;
-    }
-  }
-  // Such a line opens a paragraph of its own, so emphasis stops short of it.
-  EXPECT_EQ(runsOf("*a\n- b*"), std::vector<TextRun>{plain("*a\n- b*")});
-  EXPECT_EQ(runsOf("*a\n-b*"), std::vector<TextRun>{styled("a\n-b", false, true)});
-}
-
-TEST(InlineMarkdown, AdjacentRunsWithTheSameStylesAreMerged) {
-  const auto runs = runsOf("**a** **b**\nplain &amp; text");
-  ASSERT_EQ(runs.size(), 4u);
-  EXPECT_EQ(runs[0], styled("a", true, false));
-  EXPECT_EQ(runs[1], plain(" "));
-  EXPECT_EQ(runs[2], styled("b", true, false));
-  EXPECT_EQ(runs[3], plain("\nplain & text"));
-}
-
-TEST(InlineMarkdown, UnicodeTextIsKept) {
-  EXPECT_EQ(runsOf("Grüße **日本語** 🎉"), (std::vector<TextRun>{plain("Grüße "), styled("日本語", true, false),
-                                                                  plain(" 🎉")}));
 }
 
 TEST(InlineMarkdown, TextThatIsNotUtf8IsAParseError) {

@@ -89,9 +89,5 @@ TEST_F(RandomSourceTest, NextBelowRedrawsInTheBiasedZone) {
   EXPECT_LT(consumed, kValues * 2.2);
 }
 
-TEST_F(RandomSourceTest, NextBelowOneIsAlwaysZero) {
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(RandomSource::nextBelow(1), 0u);
-}
-
 }  // namespace
 }  // namespace quillan::platform

@@ -12,7 +12,6 @@ namespace {
 
 using namespace views;
 using quillan::testing::ProcessEnvironment;
-using testing::discOf;
 using testing::readCircle;
 
 Environment environmentIn(ColorScheme scheme) {
@@ -20,11 +19,6 @@ Environment environmentIn(ColorScheme scheme) {
   environment.colorScheme = scheme;
   environment.family = WidgetFamily::systemMedium;
   return environment;
-}
-
-template <typename M>
-const M& modifierAt(const Node& node, std::size_t index) {
-  return std::get<M>(node.modifiers.at(index).kind);
 }
 
 platform::Date at(const char* iso) { return *platform::ISO8601::parse(iso); }
@@ -76,73 +70,6 @@ TEST(StreakTodayCircle, LinksToANewEntryWithoutADate) {
   const auto drawn = readCircle(todayCircle(ColorScheme::light, "2026-03-05T12:00:00+01:00", true));
   EXPECT_EQ(drawn.link, "widget-deeplink://AddRecord");
   EXPECT_EQ(drawn.dayOfMonth, "5");
-}
-
-struct DiscSizes {
-  double diameter;
-  double weekdaySize;
-  StrokeStyle ring;
-  Font checkmark;
-};
-
-void expectUnwrittenDisc(const Node& circle, const DiscSizes& sizes) {
-  const auto& layers = discOf(circle).children();
-  ASSERT_EQ(layers.size(), 3u);
-  EXPECT_EQ(modifierAt<modifiers::Fill>(layers[0], 0).style, ShapeStyle(Color{ColorName::red, 0.15}));
-  EXPECT_EQ(modifierAt<modifiers::Frame>(layers[0], 1), (modifiers::Frame{sizes.diameter, sizes.diameter}));
-  EXPECT_EQ(modifierAt<modifiers::Font>(layers[1], 0).font, Font::system(sizes.weekdaySize, Weight::medium));
-  EXPECT_EQ(modifierAt<modifiers::ForegroundColor>(layers[1], 1).color, Color::red());
-  EXPECT_EQ(modifierAt<modifiers::Frame>(layers[1], 2), (modifiers::Frame{sizes.diameter, sizes.diameter}));
-  ASSERT_TRUE(std::holds_alternative<views::Circle>(layers[2].kind));
-  const auto& ring = modifierAt<modifiers::StrokeBorder>(layers[2], 0);
-  EXPECT_EQ(ring.style, ShapeStyle(Color::red()));
-  EXPECT_EQ(ring.strokeStyle, sizes.ring);
-  EXPECT_EQ(modifierAt<modifiers::Frame>(layers[2], 1), (modifiers::Frame{sizes.diameter, sizes.diameter}));
-}
-
-void expectWrittenDisc(const Node& circle, const DiscSizes& sizes, Color checkmarkColor) {
-  const auto& layers = discOf(circle).children();
-  ASSERT_EQ(layers.size(), 3u);
-  EXPECT_EQ(modifierAt<modifiers::Fill>(layers[0], 0).style, ShapeStyle(Color::green()));
-  EXPECT_EQ(modifierAt<modifiers::ForegroundColor>(layers[1], 1).color, Color::clear());
-  EXPECT_EQ(std::get<views::Image>(layers[2].kind).systemName, "checkmark");
-  EXPECT_EQ(modifierAt<modifiers::Font>(layers[2], 0).font, sizes.checkmark);
-  EXPECT_EQ(modifierAt<modifiers::ForegroundColor>(layers[2], 1).color, checkmarkColor);
-}
-
-const DiscSizes kPast{47.5, 12, {3, LineCap::round, LineJoin::miter, 10, {5}, 2}, Font::body().weight(Weight::bold)};
-const DiscSizes kToday{62.5, 13, {3.5, LineCap::round, LineJoin::miter, 10, {5.5}, 2},
-                       Font::title2().weight(Weight::bold)};
-
-TEST(StreakCircles, AnUnwrittenDayIsAPaleRedDiscWithItsWeekdayInADashedRing) {
-  ProcessEnvironment environment("2026-03-05T12:00:00+01:00", "Europe/Berlin");
-  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-    expectUnwrittenDisc(pastCircle(scheme, "2026-03-04T12:00:00+01:00", false), kPast);
-    expectUnwrittenDisc(todayCircle(scheme, "2026-03-05T12:00:00+01:00", false), kToday);
-  }
-}
-
-TEST(StreakCircles, AWrittenDayIsAGreenDiscWithACheckmarkInTheBackgroundGrey) {
-  ProcessEnvironment environment("2026-03-05T12:00:00+01:00", "Europe/Berlin");
-  expectWrittenDisc(pastCircle(ColorScheme::light, "2026-03-04T12:00:00+01:00", true), kPast, Color::white());
-  expectWrittenDisc(pastCircle(ColorScheme::dark, "2026-03-04T12:00:00+01:00", true), kPast, Color::systemGray6());
-  expectWrittenDisc(todayCircle(ColorScheme::light, "2026-03-05T12:00:00+01:00", true), kToday, Color::white());
-  expectWrittenDisc(todayCircle(ColorScheme::dark, "2026-03-05T12:00:00+01:00", true), kToday,
-                    Color::systemGray6());
-}
-
-TEST(StreakCircles, TodaysDiscIsPaddedOnItsSidesAsWellAsBelow) {
-  ProcessEnvironment environment("2026-03-05T12:00:00+01:00", "Europe/Berlin");
-  const auto past = pastCircle(ColorScheme::light, "2026-03-04T12:00:00+01:00", false);
-  const auto today = todayCircle(ColorScheme::light, "2026-03-05T12:00:00+01:00", false);
-  EXPECT_EQ(discOf(past).modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::bottom(), 0.5}}}));
-  EXPECT_EQ(discOf(today).modifiers, (std::vector<Modifier>{{modifiers::Padding{EdgeSet::bottom(), 0.5}},
-                                                            {modifiers::Padding{EdgeSet::horizontal(), 2.5}}}));
-  for (const auto* circle : {&past, &today}) {
-    const auto& dayOfMonth = circle->children().at(0).children().at(0).children().at(1);
-    EXPECT_EQ(dayOfMonth.modifiers, (std::vector<Modifier>{{modifiers::Font{Font::system(13, Weight::semibold)}},
-                                                           {modifiers::ForegroundColor{Color::secondary()}}}));
-  }
 }
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "streak/NotePresence.hpp"
 #include "streak/StreakDays.hpp"
@@ -14,8 +11,7 @@
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "StreakTree.hpp"
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
+#include "views/GoldenTree.hpp"
 #include "widgets/TimelineAnswer.hpp"
 
 namespace quillan::streak {
@@ -64,27 +60,33 @@ TEST_F(StreakMediumViewTest, TheRowIsTheFourPastDaysOldestFirstThenTodayLinkingT
   EXPECT_EQ(row[4].link, "widget-deeplink://AddRecord");
 }
 
+struct TickCase {
+  const char* now;
+  std::vector<const char*> notes;
+  std::vector<bool> ticks;
+};
+
+const TickCase kTicks[] = {
+    {"2026-03-06T12:00:00+01:00", {}, std::vector<bool>(5, false)},
+    {"2026-03-06T12:00:00+01:00",
+     {"2026-03-02T07:00:00+01:00", "2026-03-03T07:00:00+01:00", "2026-03-04T07:00:00+01:00",
+      "2026-03-05T07:00:00+01:00", "2026-03-06T07:00:00+01:00"},
+     std::vector<bool>(5, true)},
+    // Yesterday two minutes ago, two notes on one day, five days ago (never
+    // shown) and tomorrow (marks nothing).
+    {"2026-03-06T00:01:00+01:00",
+     {"2026-03-05T23:59:00+01:00", "2026-03-03T08:00:00+01:00", "2026-03-03T20:00:00+01:00",
+      "2026-03-01T12:00:00+01:00", "2026-03-07T09:00:00+01:00"},
+     {false, true, false, true, false}},
+};
+
 TEST_F(StreakMediumViewTest, TicksTheDaysWithNotesOnly) {
-  ProcessEnvironment environment("2026-03-06T00:01:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-03-05T23:59:00+01:00");  // yesterday, two minutes ago
-  journal.addNote("2026-03-03T08:00:00+01:00");
-  journal.addNote("2026-03-03T20:00:00+01:00");
-  journal.addNote("2026-03-01T12:00:00+01:00");  // five days ago: never shown
-  journal.addNote("2026-03-07T09:00:00+01:00");  // tomorrow: marks nothing
-  EXPECT_EQ(ticks(readRow(drawEntryView())), (std::vector<bool>{false, true, false, true, false}));
-}
-
-TEST_F(StreakMediumViewTest, AnEmptyJournalShowsNothingWritten) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, false));
-}
-
-TEST_F(StreakMediumViewTest, WrittenEveryDayTicksAllFive) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const char* day : {"02", "03", "04", "05", "06"}) {
-    journal.addNote(std::string("2026-03-") + day + "T07:00:00+01:00");
+  for (const auto& c : kTicks) {
+    journal.clear();
+    for (const char* note : c.notes) journal.addNote(note);
+    ProcessEnvironment environment(c.now, "Europe/Berlin");
+    EXPECT_EQ(ticks(readRow(drawEntryView())), c.ticks) << c.now << " " << c.notes.size() << " notes";
   }
-  EXPECT_EQ(ticks(readRow(drawEntryView())), std::vector<bool>(5, true));
 }
 
 // Across the nonexistent midnights of Havana and Santiago the row still shows
@@ -120,50 +122,32 @@ TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
   }
 }
 
-TEST_F(StreakMediumViewTest, FromPlatform17TheWidgetContainerCarriesTheBackground) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-    const auto view = drawEntryView(scheme, {17, 0});
-    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
-    EXPECT_EQ(view.modifiers,
-              (std::vector<Modifier>{
-                  {modifiers::ContainerBackground{ContainerBackgroundPlacement::widget, Alignment::center, background}},
-                  {modifiers::PrivacySensitive{true}}}));
-  }
-}
+struct GoldenCase {
+  const char* file;
+  ColorScheme scheme;
+  PlatformVersion version;
+  std::vector<const char*> notes;
+};
 
-TEST_F(StreakMediumViewTest, BeforePlatform17TheViewPadsItselfOnItsOwnBackground) {
-  ProcessEnvironment environment("2026-03-06T12:00:00+01:00", "Europe/Berlin");
-  for (const auto scheme : {ColorScheme::light, ColorScheme::dark}) {
-    const auto view = drawEntryView(scheme, {16, 4});
-    const Color background = scheme == ColorScheme::dark ? Color::systemGray6() : Color::white();
-    EXPECT_EQ(view.modifiers, (std::vector<Modifier>{
-                                  {modifiers::Padding{EdgeSet::horizontal() | EdgeSet::top(), std::nullopt}},
-                                  {modifiers::Padding{EdgeSet::bottom(), 12.5}},
-                                  {modifiers::Background{background, Alignment::center, EdgeSet::all()}},
-                                  {modifiers::PrivacySensitive{true}}}));
-  }
-}
+// The whole face in both schemes, on and before platform 17 (which moved the
+// background and margins into the container), with written and unwritten
+// past days and today both ways.
+const GoldenCase kGoldenTrees[] = {
+    {"streak_medium_dark_16.json", ColorScheme::dark, {16, 4},
+     {"2026-03-05T21:00:00+01:00", "2026-03-06T07:30:00+01:00"}},
+    {"streak_medium_light_16.json", ColorScheme::light, {16, 0}, {"2026-03-02T08:00:00+01:00"}},
+    {"streak_medium_light_17.json", ColorScheme::light, {17, 0}, {"2026-03-04T21:00:00+01:00"}},
+    {"streak_medium_dark_17.json", ColorScheme::dark, {17, 0}, {"2026-03-03T12:00:00+01:00"}},
+};
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
-// The whole face in dark mode before platform 17, with yesterday and today
-// written. QUILLAN_UPDATE_GOLDEN=1 rewrites the file (review the diff!).
-TEST_F(StreakMediumViewTest, MatchesTheGoldenTree) {
+TEST_F(StreakMediumViewTest, MatchesTheGoldenTrees) {
   ProcessEnvironment environment("2026-03-06T18:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-03-05T21:00:00+01:00");
-  journal.addNote("2026-03-06T07:30:00+01:00");
-  const auto actual = toJson(drawEntryView(ColorScheme::dark, {16, 4}));
-  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/streak_medium_dark_16.json";
-  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
-  const auto golden = nlohmann::ordered_json::parse(readFile(path), nullptr, false);
-  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << path;
-  EXPECT_EQ(actual, golden) << actual.dump(2);
+  for (const auto& c : kGoldenTrees) {
+    SCOPED_TRACE(c.file);
+    journal.clear();
+    for (const char* note : c.notes) journal.addNote(note);
+    views::testing::expectGoldenTree(drawEntryView(c.scheme, c.version), c.file);
+  }
 }
 
 TEST(StreakProvider, OneEntryAtTheStartOfTodayReloadingAtTheNextMidnight) {

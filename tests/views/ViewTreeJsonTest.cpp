@@ -156,14 +156,6 @@ TEST(ViewTreeJson, RoundTripsEveryNodeAndModifierKind) {
   EXPECT_EQ(encodeViewTree(decoded), encoded);
 }
 
-TEST(ViewTreeJson, ModifiersKeepTheirOrder) {
-  const Node padded = text("x").padding(5).background(Color::red());
-  const Node underlaid = text("x").background(Color::red()).padding(5);
-  EXPECT_NE(padded, underlaid);
-  EXPECT_EQ(decodeViewTree(encodeViewTree(underlaid)), underlaid);
-  EXPECT_EQ(toJson(underlaid)["modifiers"][0]["modifier"], "background");
-}
-
 struct Malformed {
   const char* json;
   const char* message;
@@ -333,23 +325,6 @@ TEST(ViewTreeJson, RejectsNumbersThatWouldPoisonLayoutAndDrawing) {
         textWith(R"({"modifier": "opacity", "opacity": 0})"), std::string(R"({"type": "HStack", "spacing": -20})")}) {
     EXPECT_EQ(decodeError(accepted), "accepted") << accepted;
   }
-}
-
-TEST(ViewTreeJson, ReportsTextThatIsNotJson) {
-  try {
-    decodeViewTree("{\"type\": ");
-    FAIL();
-  } catch (const ViewTreeJsonError& error) {
-    EXPECT_EQ(std::string(error.what()).rfind("view tree: malformed JSON: ", 0), 0u) << error.what();
-  }
-}
-
-TEST(Builders, OmitAbsentBranchesAndKeepChildOrder) {
-  const Node stack = hstack({spacer(2.5), when(true, text("a")), when(false, text("b")), spacer(2.5)});
-  ASSERT_EQ(stack.children().size(), 3u);
-  EXPECT_EQ(stack.children()[1], text("a"));
-  EXPECT_TRUE(circle().children().empty());
-  EXPECT_EQ(link("u", text("l")).children().size(), 1u);
 }
 
 }  // namespace

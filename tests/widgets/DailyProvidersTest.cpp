@@ -61,13 +61,6 @@ TEST(DailyProviders, DayLengthsFollowTheCalendarNotTwentyFourHours) {
             25 * 3600.0);
 }
 
-TEST(DailyProviders, OneSecondBeforeMidnightReloadsOneSecondLater) {
-  ProcessEnvironment environment("2026-11-22T23:59:59-08:00", "America/Los_Angeles");
-  const auto answer = askProvider(Provider{}, TimelineRequest::timeline);
-  EXPECT_EQ(answer.policy->date()->timeIntervalSinceReferenceDate() - platform::Clock::now().timeIntervalSinceReferenceDate(),
-            1.0);
-}
-
 TEST(DailyProviders, NonGregorianCalendarsShareTheLocalDay) {
   for (const char* locale : {"ja_JP@calendar=japanese", "th_TH@calendar=buddhist", "he_IL@calendar=hebrew"}) {
     ProcessEnvironment environment("2026-11-22T15:00:00+09:00", "Asia/Tokyo", locale);
