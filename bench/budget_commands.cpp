@@ -53,7 +53,7 @@ void reportOwnPeakRSS(benchmark::State& state) {
 }
 
 const widgets::WidgetConfiguration& widgetOf(const std::string& kind) {
-  const auto* widget = widgets::TimelineWidgetBundle::widget(kind);
+  const auto* widget = bundle::TimelineWidgetBundle::widget(kind);
   if (!widget) std::abort();
   return *widget;
 }

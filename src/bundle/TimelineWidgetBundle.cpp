@@ -7,9 +7,16 @@
 #include "memories/OnThisDayWidgetEntryView.hpp"
 #include "streak/StreakWidget.hpp"
 
-namespace quillan::widgets {
+namespace quillan::bundle {
 
 using views::WidgetFamily;
+using widgets::ComposeLockScreenEntry;
+using widgets::ComposeLockScreenProvider;
+using widgets::OTDComposeEntry;
+using widgets::OTDComposeProvider;
+using widgets::Provider;
+using widgets::SimpleEntry;
+using widgets::staticConfiguration;
 
 WidgetConfiguration OnThisDayWidget::body() const {
   auto configuration = staticConfiguration<Provider>(kind, [](SimpleEntry entry) {
@@ -56,4 +63,4 @@ const WidgetConfiguration* TimelineWidgetBundle::widget(std::string_view kind) {
   return nullptr;
 }
 
-}  // namespace quillan::widgets
+}  // namespace quillan::bundle

@@ -6,7 +6,9 @@
 
 #include "widgets/WidgetConfiguration.hpp"
 
-namespace quillan::widgets {
+namespace quillan::bundle {
+
+using widgets::WidgetConfiguration;
 
 // The widgets declared here, each a value whose one field is its kind; the
 // compose button and the streak widget are declared with their features.
@@ -32,4 +34,4 @@ struct TimelineWidgetBundle {
   static const WidgetConfiguration* widget(std::string_view kind);
 };
 
-}  // namespace quillan::widgets
+}  // namespace quillan::bundle

@@ -78,7 +78,7 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
 
   std::vector<pages::GallerySection> sections;
   std::size_t images = 0;
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     sections.push_back(drawWidget(widget, host, directory));
     images += sections.back().images.size();
   }

@@ -11,7 +11,7 @@ namespace {
 
 nlohmann::ordered_json bundleJson() {
   auto widgets = nlohmann::ordered_json::array();
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     auto families = nlohmann::ordered_json::array();
     for (auto family : widget.supportedFamilies) families.push_back(hosting::familyName(family));
     widgets.push_back({{"kind", widget.kind},
@@ -23,7 +23,7 @@ nlohmann::ordered_json bundleJson() {
 }
 
 void printTable() {
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     std::string families;
     for (auto family : widget.supportedFamilies)
       families += (families.empty() ? "" : ", ") + hosting::familyName(family);

@@ -45,7 +45,7 @@ platform::Date instant(const std::string& text, std::string_view option) {
 std::vector<std::string> kindsToPlace(const std::vector<std::string>& named) {
   if (named.empty()) {
     std::vector<std::string> all;
-    for (const auto& widget : widgets::TimelineWidgetBundle::body()) all.push_back(widget.kind);
+    for (const auto& widget : bundle::TimelineWidgetBundle::body()) all.push_back(widget.kind);
     return all;
   }
   std::set<std::string> seen;

@@ -14,7 +14,7 @@ namespace {
 constexpr double kLongestSleep = 30;
 
 views::WidgetFamily familyOf(const std::string& kind) {
-  return widgets::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
+  return bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ void LiveHost::start() {
 void LiveHost::publishPlaced() {
   std::lock_guard lock(mutex_);
   if (!published_.empty()) return;
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     WidgetState state;
     state.kind = widget.kind;
     state.reloadBudget = options_.reloadBudget;
@@ -126,7 +126,7 @@ void LiveHost::run() {
   const auto start = clock_.now();
   lock.unlock();
   WidgetHost widgetHost(start, source, {}, options_);
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) widgetHost.place(widget.kind);
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) widgetHost.place(widget.kind);
   lock.lock();
   while (!stopping_) {
     const Pending pending = std::exchange(pending_, {});

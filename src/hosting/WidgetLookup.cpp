@@ -8,9 +8,9 @@
 namespace quillan::hosting {
 
 const widgets::WidgetConfiguration& widgetOfKind(const std::string& kind) {
-  if (const auto* widget = widgets::TimelineWidgetBundle::widget(kind)) return *widget;
+  if (const auto* widget = bundle::TimelineWidgetBundle::widget(kind)) return *widget;
   std::string known;
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     known += (known.empty() ? "" : ", ") + widget.kind;
   }
   throw badOption("--kind", "unknown widget kind", kind, "known: " + known);

@@ -38,9 +38,9 @@ std::string requiredParameter(const QueryParameters& query, const std::string& n
 
 std::string kindFrom(const QueryParameters& query) {
   auto kind = requiredParameter(query, "kind");
-  if (!widgets::TimelineWidgetBundle::widget(kind)) {
+  if (!bundle::TimelineWidgetBundle::widget(kind)) {
     std::string known;
-    for (const auto& widget : widgets::TimelineWidgetBundle::body()) known += (known.empty() ? "" : ", ") + widget.kind;
+    for (const auto& widget : bundle::TimelineWidgetBundle::body()) known += (known.empty() ? "" : ", ") + widget.kind;
     throw badValue("kind", "unknown widget", kind, "expected " + known);
   }
   return kind;

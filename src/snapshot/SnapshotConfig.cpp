@@ -78,7 +78,7 @@ class ConfigReader {
 };
 
 std::string kindProblem(const std::string& kind) {
-  return widgets::TimelineWidgetBundle::widget(kind) ? "" : "unknown widget kind";
+  return bundle::TimelineWidgetBundle::widget(kind) ? "" : "unknown widget kind";
 }
 
 template <views::NamedEnum E>
@@ -180,7 +180,7 @@ SnapshotConfig defaultSnapshotConfig(const std::optional<std::filesystem::path>&
                                          zone);
   config.timeZone = zone.identifier();
   config.seed = seed.value_or(kDefaultSeed);
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) config.kinds.push_back(widget.kind);
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) config.kinds.push_back(widget.kind);
   config.colorSchemes = {"light", "dark"};
   config.renderingModes = {"fullColor"};
   config.platformVersions = {"17.0"};

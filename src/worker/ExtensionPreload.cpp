@@ -21,7 +21,7 @@ void preloadExtension() {
   platform::DateFormatter monthAndDay;
   monthAndDay.setDateFormat("MMMM dd");
   monthAndDay.string(now);
-  widgets::TimelineWidgetBundle::body();
+  bundle::TimelineWidgetBundle::body();
 }
 
 }  // namespace quillan::worker

@@ -39,7 +39,7 @@ WorkerOptions optionsFrom(const Json& json) {
   options.memoryCeilingBytes = json.at("memoryCeiling").get<std::int64_t>();
   options.memorySampleInterval = std::chrono::milliseconds(json.at("sampleInterval").get<std::int64_t>());
   options.keeperDefaults = processSettingsFromJson(json.at("defaults"));
-  options.widgets = widgets::TimelineWidgetBundle::body();
+  options.widgets = bundle::TimelineWidgetBundle::body();
   return options;
 }
 

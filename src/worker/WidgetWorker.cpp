@@ -64,7 +64,7 @@ WidgetWorker::WidgetWorker(WorkerOptions options) : options_(std::move(options))
   if (!options_.keeperImage.empty() && !options_.widgets.empty()) {
     throw std::invalid_argument("worker: a keeper started from an image serves the bundle's widgets only");
   }
-  if (options_.widgets.empty()) options_.widgets = widgets::TimelineWidgetBundle::body();
+  if (options_.widgets.empty()) options_.widgets = bundle::TimelineWidgetBundle::body();
   startKeeper();
   std::vector<std::string> ignored;
   ensureWarmWorker(ignored);

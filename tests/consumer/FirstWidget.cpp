@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   platform::FileManager::setGroupContainerDirectory(argv[1]);
-  const auto* widget = widgets::TimelineWidgetBundle::widget("OnThisDayWidget");
+  const auto* widget = bundle::TimelineWidgetBundle::widget("OnThisDayWidget");
   if (widget == nullptr) {
     std::cerr << "first_widget: no OnThisDayWidget in the bundle\n";
     return 1;

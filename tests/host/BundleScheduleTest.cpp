@@ -19,7 +19,7 @@ using Strings = std::vector<std::string>;
 // pinned to the instant of the ask.
 TimelineOutcome askBundle(std::string_view kind, Date when) {
   platform::Clock::pin(when);
-  return widgets::TimelineWidgetBundle::widget(kind)->provider(widgets::TimelineRequest::timeline, {});
+  return bundle::TimelineWidgetBundle::widget(kind)->provider(widgets::TimelineRequest::timeline, {});
 }
 
 struct Week {
@@ -82,7 +82,7 @@ Strings expectedWeek(const Week& week, const std::string& kind) {
 
 std::vector<std::string> bundleKinds() {
   std::vector<std::string> kinds;
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
   return kinds;
 }
 

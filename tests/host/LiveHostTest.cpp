@@ -22,7 +22,7 @@ TEST(LiveHostTest, EveryWidgetIsListedFromTheStartAndLoadsItsTimeline) {
   host.start();
 
   const auto placed = host.widgets();
-  const auto bundle = widgets::TimelineWidgetBundle::body();
+  const auto bundle = bundle::TimelineWidgetBundle::body();
   ASSERT_EQ(placed.size(), bundle.size());
   for (std::size_t index = 0; index < bundle.size(); ++index) {
     SCOPED_TRACE(bundle[index].kind);

@@ -21,7 +21,7 @@ PlacedWidgetView shownWidget(const std::string& kind, platform::Date entry) {
   state.entry = entry;
   state.entryDates = {entry};
   state.version = 1;
-  return {state, widgets::TimelineWidgetBundle::widget(kind)->supportedFamilies.front()};
+  return {state, bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front()};
 }
 
 std::string readAll(const std::filesystem::path& path) {

@@ -46,7 +46,7 @@ widgets::WidgetConfiguration misbehaving(std::string kind, std::function<void()>
 }
 
 std::vector<widgets::WidgetConfiguration> testWidgets(std::size_t hungryBytes) {
-  auto widgets = widgets::TimelineWidgetBundle::body();
+  auto widgets = bundle::TimelineWidgetBundle::body();
   widgets.push_back(misbehaving("Quiet", [] {}));
   widgets.push_back(misbehaving("Sleeping", [] { std::this_thread::sleep_for(std::chrono::seconds(60)); }));
   widgets.push_back(misbehaving("Spinning", [] {

@@ -34,7 +34,7 @@ const char* const kNow = "2026-11-22T09:00:00+01:00";
 
 std::vector<std::string> bundleKinds() {
   std::vector<std::string> kinds;
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
   return kinds;
 }
 
@@ -71,7 +71,7 @@ class WidgetWorkerTest : public ::testing::Test {
     const auto answer = timeline(kind, journal);
     if (!answer.value()) return {*answer.failure(), answer.log, answer.cost};
     views::Environment environment;
-    environment.family = widgets::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
+    environment.family = bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
     return worker_->view({kind, answer.value()->entryDates.front(), at(kNow), environment,
                           folders_->settings(journal)});
   }
@@ -195,7 +195,7 @@ void applyInProcess(const ProcessSettings& settings, platform::Date now) {
 TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInProcess) {
   const auto settings = folders_->settings("sample");
   const auto now = at(kNow);
-  for (const auto& widget : widgets::TimelineWidgetBundle::body()) {
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     views::Environment environment;
     environment.family = widget.supportedFamilies.front();
     environment.colorScheme = views::ColorScheme::dark;
