@@ -49,11 +49,11 @@ inline void writeJournal(const std::filesystem::path& file, int notes) {
   writer.begin();
   const fixtures::Bytes image(kImageBytes, 0x89);
   for (int i = 0; i < notes; ++i) {
-    const auto note = writer.addNote(
-        {.date = platform::Date::fromReferenceSeconds(kNow - 60.0 - i * kSpacingSeconds),
-         .info = std::string(kTexts[i % 4]) + " (" + std::to_string(i) + ")",
-         .lastUpdate = platform::Date::fromReferenceSeconds(kNow - 30.0 - i * kSpacingSeconds),
-         .uuid = fixtures::Bytes(16, static_cast<std::uint8_t>(i))});
+    const auto note =
+        writer.addNote({.date = platform::Date::fromReferenceSeconds(kNow - 60.0 - i * kSpacingSeconds),
+                        .info = std::string(kTexts[i % 4]) + " (" + std::to_string(i) + ")",
+                        .lastUpdate = platform::Date::fromReferenceSeconds(kNow - 30.0 - i * kSpacingSeconds),
+                        .uuid = fixtures::Bytes(16, static_cast<std::uint8_t>(i))});
     if (i % kImageEvery == 0) writer.addImage({.owner = note, .imgData = image});
   }
   writer.commit();

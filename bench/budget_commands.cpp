@@ -12,18 +12,18 @@
 
 #include "BenchJournal.hpp"
 #include "ChildProcess.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
+#include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
+#include "platform/Fatal.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/Locale.hpp"
 #include "platform/TimeZone.hpp"
-#include "platform/Calendar.hpp"
-#include "platform/Fatal.hpp"
 #include "render/Renderer.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/NoteDateFilter.hpp"
 #include "widgets/AllNotes.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace {
 
@@ -144,12 +144,26 @@ std::filesystem::path commandPath() {
 void BM_Command(benchmark::State& state, const std::string& kind) {
   setUpProcess();
   const auto output = benchRoot() / (kind + ".png");
-  const std::vector<std::string> arguments = {
-      commandPath().string(), "--group-container", groupDirectory().string(), "--app-support",
-      supportDirectory().string(), "--now",
-      platform::ISO8601::format(platform::Date::fromReferenceSeconds(kNow), 0), "--time-zone", kTimeZone,
-      "--locale", kLocale, "--seed", "7", "render", "--kind", kind, "--format", "png", "--output",
-      output.string()};
+  const std::vector<std::string> arguments = {commandPath().string(),
+                                              "--group-container",
+                                              groupDirectory().string(),
+                                              "--app-support",
+                                              supportDirectory().string(),
+                                              "--now",
+                                              platform::ISO8601::format(platform::Date::fromReferenceSeconds(kNow), 0),
+                                              "--time-zone",
+                                              kTimeZone,
+                                              "--locale",
+                                              kLocale,
+                                              "--seed",
+                                              "7",
+                                              "render",
+                                              "--kind",
+                                              kind,
+                                              "--format",
+                                              "png",
+                                              "--output",
+                                              output.string()};
   double peak = 0;
   double wall = 0;
   for (auto _ : state) {
@@ -183,8 +197,7 @@ const bool kRegistered = [] {
         ->Unit(benchmark::kMillisecond);
   }
   benchmark::RegisterBenchmark("BM_NarrowedTodayRead", BM_NarrowedTodayRead)->Unit(benchmark::kMillisecond);
-  benchmark::RegisterBenchmark("BM_NarrowedMonthAndDayRead", BM_NarrowedMonthAndDayRead)
-      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("BM_NarrowedMonthAndDayRead", BM_NarrowedMonthAndDayRead)->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("BM_FetchAllNotes", BM_FetchAllNotes)->Unit(benchmark::kMillisecond);
   for (const auto* kind : kKinds) {
     benchmark::RegisterBenchmark((std::string("BM_ViewTree/") + kind).c_str(), BM_ViewTree, std::string(kind))

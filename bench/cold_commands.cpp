@@ -68,12 +68,21 @@ std::vector<Binary> binariesFrom(int argc, char** argv) {
 }
 
 std::vector<Row> rowsFor(int notes) {
-  const std::vector<std::string> host = {"--group-container", groupDirectory(notes).string(), "--app-support",
-                                         supportDirectory(notes).string(), "--now", kNowText, "--time-zone",
-                                         kTimeZone, "--locale", kLocale, "--seed", "7"};
+  const std::vector<std::string> host = {"--group-container",
+                                         groupDirectory(notes).string(),
+                                         "--app-support",
+                                         supportDirectory(notes).string(),
+                                         "--now",
+                                         kNowText,
+                                         "--time-zone",
+                                         kTimeZone,
+                                         "--locale",
+                                         kLocale,
+                                         "--seed",
+                                         "7"};
   std::vector<Row> rows;
-  for (const char* kind : {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
-                           "ComposeButtonLockScreen"}) {
+  for (const char* kind :
+       {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget", "ComposeButtonLockScreen"}) {
     auto arguments = host;
     for (const std::string part : {"render", "--kind", kind, "--format", "png", "--output"}) arguments.push_back(part);
     arguments.push_back((benchRoot(notes) / (std::string(kind) + ".png")).string());
@@ -100,8 +109,8 @@ void record(Samples& samples, const ChildRun& run, const std::string& what) {
 
 void measure(int notes, const std::vector<Binary>& binaries) {
   ensureJournal(notes);
-  std::printf("\n%d notes, medians of %d cold runs; floor: one sqlite3 scan of the note dates, same rounds\n\n",
-              notes, runsPerRow());
+  std::printf("\n%d notes, medians of %d cold runs; floor: one sqlite3 scan of the note dates, same rounds\n\n", notes,
+              runsPerRow());
   std::printf("| command | floor ms (CPU) |");
   for (const auto& binary : binaries) {
     std::printf(" %s ms | x floor | CPU ms | x floor CPU | peak RSS MB |", binary.label.c_str());

@@ -29,8 +29,9 @@ WidgetConfiguration OnThisDayWidget::body() const {
 }
 
 WidgetConfiguration OTDComposeWidget::body() const {
-  auto configuration = staticConfiguration<OTDComposeProvider>(
-      kind, [](OTDComposeEntry entry) { return memories::OTDComposeWidgetEntryView(entry); });
+  auto configuration = staticConfiguration<OTDComposeProvider>(kind, [](OTDComposeEntry entry) {
+    return memories::OTDComposeWidgetEntryView(entry);
+  });
   configuration.displayName = "Two in One";
   configuration.description =
       "Memories on this day from previous years + a Compose button to get your thoughts down quickly";
@@ -50,7 +51,7 @@ WidgetConfiguration ComposeLockScreenWidget::body() const {
 
 const std::vector<WidgetConfiguration>& TimelineWidgetBundle::body() {
   static const std::vector<WidgetConfiguration> widgets = {
-      OnThisDayWidget{}.body(),     OTDComposeWidget{}.body(),        compose::ComposeButtonWidget{}.body(),
+      OnThisDayWidget{}.body(),      OTDComposeWidget{}.body(),        compose::ComposeButtonWidget{}.body(),
       streak::StreakWidget{}.body(), ComposeLockScreenWidget{}.body(),
   };
   return widgets;

@@ -2,18 +2,18 @@
 #include <iostream>
 #include <optional>
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
-#include "pages/Gallery.hpp"
 #include "hosting/SampleJournalFiles.hpp"
 #include "hosting/ScratchFolder.hpp"
 #include "hosting/TimelineJson.hpp"
 #include "hosting/WidgetLookup.hpp"
+#include "pages/Gallery.hpp"
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -36,8 +36,11 @@ std::vector<Variant> variantsOf(const widgets::WidgetConfiguration& widget) {
 
 pages::GallerySection drawWidget(const widgets::WidgetConfiguration& widget, const HostOptions& host,
                                  const std::filesystem::path& directory) {
-  pages::GallerySection section{widget.kind, widget.displayName, widget.description,
-                                hosting::timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})), {}};
+  pages::GallerySection section{widget.kind,
+                                widget.displayName,
+                                widget.description,
+                                hosting::timelineJson(widget.provider(widgets::TimelineRequest::timeline, {})),
+                                {}};
   const auto family = widget.supportedFamilies.front();
   const auto entryDate = hosting::currentEntryDate(widget);
   for (const auto& variant : variantsOf(widget)) {
@@ -70,8 +73,7 @@ int runDemo(const std::filesystem::path& directory, HostOptions& host) {
     // The sample is drawn as a phone of its own: a legacy journal wherever
     // --app-support or the default points must not be moved into it (and so
     // deleted).
-    platform::FileManager::setApplicationSupportDirectory(
-        platform::FileManager::applicationSupportBeside(container));
+    platform::FileManager::setApplicationSupportDirectory(platform::FileManager::applicationSupportBeside(container));
     subtitle = "A sample journal written for this gallery.";
   }
   subtitle += " Drawn at " + platform::ISO8601::format(platform::Clock::now(), platform::TimeZone::current()) + ".";

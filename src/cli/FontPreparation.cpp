@@ -3,9 +3,7 @@
 namespace quillan::cli {
 
 FontPreparation::FontPreparation(std::chrono::milliseconds patience, Work work)
-    : thread_([this, patience, work = std::move(work)] {
-        prepareUnlessFinishedWithin(patience, work);
-      }) {}
+    : thread_([this, patience, work = std::move(work)] { prepareUnlessFinishedWithin(patience, work); }) {}
 
 FontPreparation::~FontPreparation() { finish(); }
 

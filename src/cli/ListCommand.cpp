@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "cli/Commands.hpp"
 #include "hosting/WidgetLookup.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::cli {
 namespace {

@@ -75,9 +75,8 @@ CLI::Validator decimalNumber() {
 }
 
 CLI::Validator decimalNumberFrom(double min, double max) {
-  return CLI::Validator(
-      [min, max](std::string& value) { return checkDecimal(value, min, max, rangeHint(min, max)); }, "",
-      "decimal number in range");
+  return CLI::Validator([min, max](std::string& value) { return checkDecimal(value, min, max, rangeHint(min, max)); },
+                        "", "decimal number in range");
 }
 
 CLI::Validator wholeNumber() {

@@ -3,12 +3,12 @@
 
 #include <nlohmann/json.hpp>
 
-#include "hosting/BoundedFile.hpp"
-#include "hosting/JsonFile.hpp"
 #include "cli/Commands.hpp"
 #include "cli/FontPreparation.hpp"
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
+#include "hosting/BoundedFile.hpp"
+#include "hosting/JsonFile.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
@@ -34,7 +34,6 @@ struct RenderOptions {
   std::string device = "393x852";
   bool redacted = false;
 };
-
 
 void writeJson(const RenderOptions& options, const std::string& text) {
   if (!options.output) {
@@ -66,12 +65,11 @@ Drawing treeFromFile(const RenderOptions& options, const HostOptions& host) {
   const auto json = hosting::readJsonFile<nlohmann::ordered_json>(path, kTreeFileLimit, "--tree");
   const bool wrapped = json.is_object() && json.contains("view");
   const bool fileNamesFamily = wrapped && json.contains("family") && json["family"].is_string();
-  const auto family = options.family ? familyNamed(*options.family, "--family")
+  const auto family = options.family    ? familyNamed(*options.family, "--family")
                       : fileNamesFamily ? familyNamed(json["family"].get<std::string>(), "--tree")
                                         : views::WidgetFamily::systemSmall;
   try {
-    return {path.stem().string(), host.environment(family),
-            views::nodeFromJson(wrapped ? json["view"] : json)};
+    return {path.stem().string(), host.environment(family), views::nodeFromJson(wrapped ? json["view"] : json)};
   } catch (const views::ViewTreeJsonError& error) {
     throw hosting::badOption("--tree", "not a view tree", path.string(), error.what());
   }
@@ -161,13 +159,16 @@ Run addRenderCommand(CLI::App& app, const HostOptions& host) {
                       "draw a view tree from this JSON file instead (a bare tree, or what --format json prints;\n"
                       "a regular file of at most " +
                           hosting::byteCountName(kTreeFileLimit) + ")");
-  command->add_option("--family", options->family,
-                      "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)")
+  command
+      ->add_option("--family", options->family,
+                   "systemSmall, systemMedium or accessoryCircular (default: the widget's, or the file's)")
       ->check(enumName<views::WidgetFamily>("widget family"));
   command->add_option("--format", options->format, "json, layout, png, svg or pdf (default: json)");
-  command->add_option("--output", options->output,
-                      "file to write, in an existing folder (default: standard output for json and layout, <kind>.<format>\n"
-                      "otherwise)")
+  command
+      ->add_option(
+          "--output", options->output,
+          "file to write, in an existing folder (default: standard output for json and layout, <kind>.<format>\n"
+          "otherwise)")
       ->check(outputFilePath());
   command->add_option("--scale", options->scale, "pixels per point for PNG, a decimal number from 1 to 3 (default: 3)")
       ->transform(decimalNumberFrom(1, 3));

@@ -6,8 +6,8 @@
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
-#include "hosting/WidgetLookup.hpp"
 #include "host/ReloadBudget.hpp"
+#include "hosting/WidgetLookup.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/Locale.hpp"
@@ -115,16 +115,19 @@ Run addServeCommand(CLI::App& app, const HostOptions& host) {
       ->transform(wholeNumber())
       ->check(CLI::Range(0, 65535));
   command->add_option("--bind", options->bind, "the address to listen on (default: 127.0.0.1, this machine only)");
-  command->add_option("--budget", options->budget,
-                      "policy reloads per widget in any rolling 24 h; over it a widget stays stale (default: 70)")
+  command
+      ->add_option("--budget", options->budget,
+                   "policy reloads per widget in any rolling 24 h; over it a widget stays stale (default: 70)")
       ->transform(wholeNumber())
       ->check(CLI::Range(1, host::ReloadBudget::kMaxLimit));
-  command->add_option("--deadline", options->deadlineSeconds,
-                      "seconds one evaluation may run before it is killed, 0.1 to 600 (default: 5; an\n"
-                      "assumption: the phone documents no deadline, ours take milliseconds)")
+  command
+      ->add_option("--deadline", options->deadlineSeconds,
+                   "seconds one evaluation may run before it is killed, 0.1 to 600 (default: 5; an\n"
+                   "assumption: the phone documents no deadline, ours take milliseconds)")
       ->transform(decimalNumberFrom(0.1, 600));
-  command->add_option("--memory-ceiling", options->memoryCeilingMegabytes,
-                      "peak resident memory of one evaluation in MB, 4 to 4096 (default: 30, as on the phone)")
+  command
+      ->add_option("--memory-ceiling", options->memoryCeilingMegabytes,
+                   "peak resident memory of one evaluation in MB, 4 to 4096 (default: 30, as on the phone)")
       ->transform(decimalNumberFrom(4, 4096));
   command->add_option("--device", options->device, "the page's device profile for widget sizes (default: 393x852)");
   command->add_option("--scale", options->scale, "pixels per point of the page's pictures, 1 to 3 (default: 2)")

@@ -3,20 +3,20 @@
 #include <iostream>
 #include <set>
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
-#include "replay/EntryPainter.hpp"
-#include "replay/NoteEvents.hpp"
-#include "replay/PrivateJournal.hpp"
+#include "host/WorkerTimelineSource.hpp"
 #include "hosting/QuotedValue.hpp"
-#include "replay/Simulation.hpp"
 #include "hosting/WidgetLookup.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
+#include "replay/EntryPainter.hpp"
+#include "replay/NoteEvents.hpp"
+#include "replay/PrivateJournal.hpp"
+#include "replay/Simulation.hpp"
 #include "store/CoreDataStack.hpp"
-#include "host/WorkerTimelineSource.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -62,8 +62,9 @@ replay::SimulationPlan planOf(const SimulateOptions& options) {
   if (plan.to <= plan.from) throw hosting::badOption("--to", "not after --from", options.to);
   const double days = (plan.to.timeIntervalSinceReferenceDate() - plan.from.timeIntervalSinceReferenceDate()) / 86400;
   if (days > kMaxSpanDays) {
-    throw hosting::badOption(
-        "--to", "more than " + std::to_string(static_cast<int>(kMaxSpanDays)) + " days after --from", options.to);
+    throw hosting::badOption("--to",
+                             "more than " + std::to_string(static_cast<int>(kMaxSpanDays)) + " days after --from",
+                             options.to);
   }
   if (options.events) plan.notes = replay::readNoteEvents(*options.events, plan.from, plan.to);
   return plan;
@@ -100,8 +101,7 @@ worker::WorkerOptions extensionLimits() {
 }
 
 std::filesystem::path userJournal(const HostOptions& host) {
-  return host.groupContainer.value_or(platform::FileManager::defaultGroupContainerDirectory()) /
-         store::kStoreFileName;
+  return host.groupContainer.value_or(platform::FileManager::defaultGroupContainerDirectory()) / store::kStoreFileName;
 }
 
 void writeFile(const std::filesystem::path& path, const std::string& text) {
@@ -160,9 +160,10 @@ Run addSimulateCommand(CLI::App& app, const HostOptions& host) {
       "entry, and index.html, a filmstrip per widget whose image maps open the deep links; prints the folder");
   auto options = std::make_shared<SimulateOptions>();
   command->add_option("--from", options->from, "start: ISO-8601 with offset or Z")->required();
-  command->add_option("--to", options->to,
-                      "end: ISO-8601 with offset or Z, after --from and at most " +
-                          std::to_string(static_cast<int>(kMaxSpanDays)) + " days later")
+  command
+      ->add_option("--to", options->to,
+                   "end: ISO-8601 with offset or Z, after --from and at most " +
+                       std::to_string(static_cast<int>(kMaxSpanDays)) + " days later")
       ->required();
   command->add_option("--kind", options->kinds, "a widget to place (repeatable; default: all five, see `list`)");
   command->add_option("--output", options->output,

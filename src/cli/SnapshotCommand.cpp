@@ -5,11 +5,11 @@
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/QuotedValue.hpp"
+#include "pages/SnapshotReport.hpp"
 #include "snapshot/SnapshotCase.hpp"
 #include "snapshot/SnapshotConfig.hpp"
 #include "snapshot/SnapshotFolder.hpp"
 #include "snapshot/SnapshotRenderer.hpp"
-#include "pages/SnapshotReport.hpp"
 #include "snapshot/SnapshotVerdict.hpp"
 
 namespace quillan::cli {
@@ -80,8 +80,8 @@ int record(const SnapshotOptions& options, const HostOptions& host) {
   for (const auto& snapshotCase : chosen) {
     const auto picture = renderer.draw(snapshotCase, drawingModule());
     folder.write(folder.recordedView(snapshotCase), picture.viewJson);
-    folder.write(folder.recordedPicture(snapshotCase), {reinterpret_cast<const char*>(picture.png.data()),
-                                                         picture.png.size()});
+    folder.write(folder.recordedPicture(snapshotCase),
+                 {reinterpret_cast<const char*>(picture.png.data()), picture.png.size()});
   }
   std::cout << "recorded " << chosen.size() << " of " << cases.size() << " cases in "
             << std::filesystem::absolute(folder.cases()).string() << "\n";
@@ -175,12 +175,13 @@ Run addSnapshotCommand(CLI::App& app, const HostOptions& host) {
   recordCommand->add_flag("--all", options->all, "record every case again");
   auto* verifyCommand = command->add_subcommand("verify", "draw every case again and compare with its recording");
   addSharedOptions(*verifyCommand, *options);
-  verifyCommand->add_option("--precision", options->tolerance.precision,
-                            "share of pixels that must match, 0 to 1 (default: 1)")
+  verifyCommand
+      ->add_option("--precision", options->tolerance.precision, "share of pixels that must match, 0 to 1 (default: 1)")
       ->transform(decimalNumberFrom(0, 1));
-  verifyCommand->add_option("--perceptual-precision", options->tolerance.perceptualPrecision,
-                            "how close a pixel must be to match, 0 to 1: 1 - CIE76 colour distance / 100\n"
-                            "(default: 1, the same colour; 0.98 lets pixels differ by 2, about what an eye notices)")
+  verifyCommand
+      ->add_option("--perceptual-precision", options->tolerance.perceptualPrecision,
+                   "how close a pixel must be to match, 0 to 1: 1 - CIE76 colour distance / 100\n"
+                   "(default: 1, the same colour; 0.98 lets pixels differ by 2, about what an eye notices)")
       ->transform(decimalNumberFrom(0, 1));
   return [recordCommand, verifyCommand, options, &host] {
     if (recordCommand->parsed()) return record(*options, host);

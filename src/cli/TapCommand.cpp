@@ -29,8 +29,8 @@ Run addTapCommand(CLI::App& app, const HostOptions& host) {
     if (!command->parsed()) return -1;
     const auto& widget = hosting::widgetOfKind(options->kind);
     const auto family = widget.supportedFamilies.front();
-    const auto context =
-        render::makeRenderContext(host.environment(family), family, hosting::deviceNamed(options->device));
+    const auto context = render::makeRenderContext(host.environment(family), family,
+                                                   hosting::deviceNamed(options->device));
     FontPreparation fonts(prepareDrawingFonts);
     const auto tree = widget.content(hosting::currentEntryDate(widget), context.env);
     fonts.finish();

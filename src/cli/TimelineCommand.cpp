@@ -17,11 +17,11 @@ widgets::TimelineRequest parseRequest(const std::string& text) {
 }  // namespace
 
 Run addTimelineCommand(CLI::App& app) {
-  auto* command = app.add_subcommand(
-      "timeline",
-      "the provider's answer as one line of JSON, dates in the chosen zone with their offset:\n"
-      "{\"entries\":[{\"date\":...}],\"policy\":{\"type\":\"after\",\"date\":...}}\n"
-      "(snapshots and placeholders have no policy)");
+  auto* command =
+      app.add_subcommand("timeline",
+                         "the provider's answer as one line of JSON, dates in the chosen zone with their offset:\n"
+                         "{\"entries\":[{\"date\":...}],\"policy\":{\"type\":\"after\",\"date\":...}}\n"
+                         "(snapshots and placeholders have no policy)");
   auto kind = std::make_shared<std::string>();
   auto request = std::make_shared<std::string>("timeline");
   command->add_option("--kind", *kind, "the widget's kind (see `list`)")->required();

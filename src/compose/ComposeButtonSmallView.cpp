@@ -20,8 +20,7 @@ LinearGradient composeGradient(bool writtenToday) {
 }  // namespace
 
 ComposeButtonSmallView::ComposeButtonSmallView(const Environment& environment, std::vector<std::string> texts,
-                                               bool isSeperateWidget,
-                                               std::optional<std::ptrdiff_t> knownTodayNoteCount)
+                                               bool isSeperateWidget, std::optional<std::ptrdiff_t> knownTodayNoteCount)
     : colorScheme(environment.colorScheme),
       widgetRenderingMode(environment.renderingMode),
       texts(std::move(texts)),
@@ -36,24 +35,25 @@ Node ComposeButtonSmallView::body(const Environment& environment) const {
   // tile, and the other way round when embedded: deliberate.
   const Font iconFont = sep ? Font::title3().weight(Weight::semibold) : Font::title().weight(Weight::semibold);
 
-  Node content =
-      vstack(HorizontalAlignment::leading,
-             {
-                 text(pickPrompt(texts)).font(Font::system(sep ? 18 : 15)).fontWeight(Weight::heavy)
-                     .padding(EdgeSet::trailing(), 2.5),
-                 spacer(0),
-                 hstack(VerticalAlignment::center,
+  Node content = vstack(HorizontalAlignment::leading,
                         {
-                            when(!vibrant, spacer(0)),
-                            image("square.and.pencil")
-                                .imageScale(sep ? ImageScale::large : ImageScale::small)
-                                .font(iconFont)
-                                .offset(0.75, -0.75)
-                                .buttonStyle(ButtonStyle::plain),
-                            when(vibrant, spacer(0)),
-                        }),
-             })
-          .foregroundColor(Color::white());
+                            text(pickPrompt(texts))
+                                .font(Font::system(sep ? 18 : 15))
+                                .fontWeight(Weight::heavy)
+                                .padding(EdgeSet::trailing(), 2.5),
+                            spacer(0),
+                            hstack(VerticalAlignment::center,
+                                   {
+                                       when(!vibrant, spacer(0)),
+                                       image("square.and.pencil")
+                                           .imageScale(sep ? ImageScale::large : ImageScale::small)
+                                           .font(iconFont)
+                                           .offset(0.75, -0.75)
+                                           .buttonStyle(ButtonStyle::plain),
+                                       when(vibrant, spacer(0)),
+                                   }),
+                        })
+                     .foregroundColor(Color::white());
 
   if (environment.platformVersion.atLeast(17, 0)) {
     Node background = sep ? color(Color::clear()) : containerRelativeShape().fill(composeGradient(writtenToday));

@@ -23,8 +23,8 @@ struct ComposeButtonSmallView {
   // journal; empty, the view runs the today check itself.
   std::optional<std::ptrdiff_t> knownTodayNoteCount;
 
-  ComposeButtonSmallView(const views::Environment& environment, std::vector<std::string> texts,
-                         bool isSeperateWidget, std::optional<std::ptrdiff_t> knownTodayNoteCount = std::nullopt);
+  ComposeButtonSmallView(const views::Environment& environment, std::vector<std::string> texts, bool isSeperateWidget,
+                         std::optional<std::ptrdiff_t> knownTodayNoteCount = std::nullopt);
 
   // Each evaluation picks a prompt and runs the today check afresh (once).
   views::Node body(const views::Environment& environment) const;

@@ -7,8 +7,8 @@ namespace quillan::compose {
 
 const std::vector<std::string>& composeButtonWidgetPrompts() {
   static const std::vector<std::string> prompts = {
-      "What happened today?", "How's your day going?", "What's on your mind?", "This is your personal space",
-      "Write about your day",
+      "What happened today?",        "How's your day going?", "What's on your mind?",
+      "This is your personal space", "Write about your day",
   };
   return prompts;
 }
@@ -23,8 +23,9 @@ views::Node ComposeButtonWidgetEntryView::body(const views::Environment& environ
 }
 
 widgets::WidgetConfiguration ComposeButtonWidget::body() const {
-  auto configuration = widgets::staticConfiguration<ComposeButtonProvider>(
-      kind, [](ComposeButtonEntry entry) { return ComposeButtonWidgetEntryView(entry); });
+  auto configuration = widgets::staticConfiguration<ComposeButtonProvider>(kind, [](ComposeButtonEntry entry) {
+    return ComposeButtonWidgetEntryView(entry);
+  });
   configuration.displayName = "Compose Button";
   configuration.description =
       "Get your thoughts down quickly. This widget will turn to bright orange if you haven't added any entries "

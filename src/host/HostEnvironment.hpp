@@ -18,8 +18,8 @@ struct HostEnvironment {
   // drawn vibrant unless a request names a mode.
   std::optional<std::string> renderingMode;
   std::string platformVersion = "17.0";
-  std::optional<std::string> locale;    // unset: the process's
-  std::optional<std::string> timeZone;  // unset: the process's
+  std::optional<std::string> locale;           // unset: the process's
+  std::optional<std::string> timeZone;         // unset: the process's
   std::optional<std::string> layoutDirection;  // unset: the locale's character order
   std::string dynamicType = "large";
   std::string device = "393x852";

@@ -8,11 +8,10 @@
 namespace quillan::host {
 
 // Watches the journal's folder (inotify) for the app's commits: a write to
-// the journal file or its write-ahead log, or a journal moved into place. Writes come in bursts (a commit touches the WAL several times), so
-// the watcher waits until the files have been quiet for `quiet`, or at most
-// `longest` after the first write, then calls `committed` once, on its own
-// thread. Readers touch only the -shm index, which is ignored, so the host's
-// own reads never look like a commit.
+// the journal file or its write-ahead log, or a journal moved into place. Writes come in bursts (a commit touches the
+// WAL several times), so the watcher waits until the files have been quiet for `quiet`, or at most `longest` after the
+// first write, then calls `committed` once, on its own thread. Readers touch only the -shm index, which is ignored, so
+// the host's own reads never look like a commit.
 //
 // The folder may itself be removed or replaced (the group container deleted
 // and made again): the watcher then watches the nearest folder above it that
@@ -51,7 +50,7 @@ class JournalWatcher {
   int inotify_ = -1;
   int folderWatch_ = -1;
   int ancestorWatch_ = -1;  // while the folder is missing
-  int stop_ = -1;  // an eventfd the destructor signals
+  int stop_ = -1;           // an eventfd the destructor signals
   std::thread thread_;
 };
 

@@ -19,8 +19,8 @@ views::WidgetFamily familyOf(const std::string& kind) {
 
 }  // namespace
 
-LiveHost::LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options,
-                   HostClock clock, PictureListener listener)
+LiveHost::LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options, HostClock clock,
+                   PictureListener listener)
     : timelines_(timelines),
       options_(options),
       listener_(std::move(listener)),
@@ -179,8 +179,8 @@ std::optional<double> LiveHost::secondsUntilNextEvent(const std::optional<platfo
   if (!next) return std::nullopt;
   const auto real = clock_.realTimeOf(*next);
   if (!real) return std::nullopt;
-  return std::max(0.0, real->timeIntervalSinceReferenceDate() -
-                           HostClock::systemTime().timeIntervalSinceReferenceDate());
+  return std::max(0.0,
+                  real->timeIntervalSinceReferenceDate() - HostClock::systemTime().timeIntervalSinceReferenceDate());
 }
 
 }  // namespace quillan::host

@@ -33,8 +33,8 @@ class LiveHost {
 
   // Places the bundle's widgets, in gallery order, once start() runs.
   // `timelines` must outlive the host; only the host's thread uses it.
-  LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options,
-           HostClock clock, PictureListener listener);
+  LiveHost(worker::WidgetWorker& timelines, HostEnvironment settings, SchedulerOptions options, HostClock clock,
+           PictureListener listener);
   ~LiveHost();
   LiveHost(const LiveHost&) = delete;
   LiveHost& operator=(const LiveHost&) = delete;

@@ -22,8 +22,8 @@ std::vector<Date> sortedWithoutRepeats(std::vector<Date> dates) {
 // last entry's for atEnd (the timeline has run out once that entry is shown).
 // When that date is not ahead of the ask, waiting the minimum interval keeps
 // the widget from asking again at once.
-std::optional<Date> policyReloadDate(const TimelineReloadPolicy& policy, const std::vector<Date>& entries,
-                                     Date askedAt, double minimumInterval) {
+std::optional<Date> policyReloadDate(const TimelineReloadPolicy& policy, const std::vector<Date>& entries, Date askedAt,
+                                     double minimumInterval) {
   std::optional<Date> earliest;
   switch (policy.kind()) {
     case TimelineReloadPolicy::Kind::never: return std::nullopt;
@@ -36,8 +36,7 @@ std::optional<Date> policyReloadDate(const TimelineReloadPolicy& policy, const s
 
 }  // namespace
 
-PlacedWidget::PlacedWidget(std::string kind, int reloadBudget)
-    : kind_(std::move(kind)), budget_(reloadBudget) {}
+PlacedWidget::PlacedWidget(std::string kind, int reloadBudget) : kind_(std::move(kind)), budget_(reloadBudget) {}
 
 TimelineReceived PlacedWidget::follow(const widgets::TimelineAnswer& answer, Date askedAt,
                                       const SchedulerOptions& options) {

@@ -15,8 +15,6 @@ std::string_view reloadReasonName(ReloadReason reason) {
   return "unknown";
 }
 
-bool isChargedToBudget(ReloadReason reason) {
-  return reason == ReloadReason::policy || reason == ReloadReason::retry;
-}
+bool isChargedToBudget(ReloadReason reason) { return reason == ReloadReason::policy || reason == ReloadReason::retry; }
 
 }  // namespace quillan::host

@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "host/RetryDelay.hpp"
-
 #include "views/ViewTreeJson.hpp"
 
 namespace quillan::host {
@@ -33,8 +32,7 @@ platform::Date entryShown(const WidgetState& state, platform::Date at) {
 
 }  // namespace
 
-WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
-                               SchedulerOptions retries)
+WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers, SchedulerOptions retries)
     : workers_(std::move(workers)), retries_(retries) {
   if (workers_.empty()) throw std::invalid_argument("WidgetPictures needs at least one worker");
   checkSchedulerOptions(retries_);
@@ -42,7 +40,7 @@ WidgetPictures::WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>
 }
 
 worker::ViewEvaluation WidgetPictures::evaluationOf(const PlacedWidgetView& widget, const HostEnvironment& settings,
-                                                   platform::Date at) {
+                                                    platform::Date at) {
   return {widget.state.kind, entryShown(widget.state, at), at, viewEnvironment(settings, widget.family),
           processSettings(settings)};
 }

@@ -50,8 +50,7 @@ class WidgetPictures {
 
   // The workers are made by the caller before any thread starts; evaluations
   // run on as many at once as there are workers.
-  explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers,
-                          SchedulerOptions retries = {});
+  explicit WidgetPictures(std::vector<std::unique_ptr<worker::WidgetWorker>> workers, SchedulerOptions retries = {});
 
   // The view `widget` shows, built at `at` (the host's instant) under `settings`.
   ViewOutcome view(const PlacedWidgetView& widget, const HostEnvironment& settings, platform::Date at);

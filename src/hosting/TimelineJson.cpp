@@ -33,5 +33,4 @@ std::string timelineJson(const widgets::TimelineAnswer& answer) {
   return json.dump();
 }
 
-
 }  // namespace quillan::hosting

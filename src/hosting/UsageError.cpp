@@ -10,8 +10,7 @@ std::string badValue(std::string_view problem, std::string_view value, std::stri
   return text;
 }
 
-UsageError badOption(std::string_view option, std::string_view problem, std::string_view value,
-                     std::string_view hint) {
+UsageError badOption(std::string_view option, std::string_view problem, std::string_view value, std::string_view hint) {
   return UsageError(std::string(option) + ": " + badValue(problem, value, hint));
 }
 

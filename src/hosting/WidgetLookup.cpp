@@ -1,9 +1,9 @@
 #include "hosting/WidgetLookup.hpp"
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "hosting/UsageError.hpp"
 #include "platform/Clock.hpp"
 #include "views/EnumNames.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::hosting {
 

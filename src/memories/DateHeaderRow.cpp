@@ -8,18 +8,17 @@ namespace quillan::memories {
 using namespace views;
 
 Node dateHeaderRow(platform::Date headerDate) {
-  return hstack(VerticalAlignment::center,
-                {
-                    vstack(HorizontalAlignment::center,
-                           {
-                               dateLabel(headerDate, "LLL dd")
-                                   .font(Font::system(18))
-                                   .fontWeight(Weight::heavy)
-                                   .foregroundColor(Color::red())
-                                   .offset(0, 2.5),
-                           }),
-                    spacer(0),
-                });
+  return hstack(VerticalAlignment::center, {
+                                               vstack(HorizontalAlignment::center,
+                                                      {
+                                                          dateLabel(headerDate, "LLL dd")
+                                                              .font(Font::system(18))
+                                                              .fontWeight(Weight::heavy)
+                                                              .foregroundColor(Color::red())
+                                                              .offset(0, 2.5),
+                                                      }),
+                                               spacer(0),
+                                           });
 }
 
 }  // namespace quillan::memories

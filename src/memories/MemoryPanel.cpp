@@ -16,12 +16,12 @@ Node memoryRowOrEmptyState(const Environment& environment, const MemorySnapshot&
 }
 
 std::optional<Node> moreMemoriesPill(const Environment& environment, const MemorySnapshot& memories) {
-  return when(memories.moreCount() >= 1, hstack({
-                                             spacer(2.5),
-                                             MoreNotesCountWidgetItem(environment, memories.moreCount())
-                                                 .body(environment),
-                                             spacer(2.5),
-                                         }));
+  return when(memories.moreCount() >= 1,
+              hstack({
+                  spacer(2.5),
+                  MoreNotesCountWidgetItem(environment, memories.moreCount()).body(environment),
+                  spacer(2.5),
+              }));
 }
 
 }  // namespace quillan::memories

@@ -14,9 +14,7 @@ namespace {
 
 constexpr std::string_view kMatchFormat = "MMMM dd";
 
-platform::Date requiredDate(const store::Note& note) {
-  return platform::unwrap(note.date(), kMemorySelectionSource);
-}
+platform::Date requiredDate(const store::Note& note) { return platform::unwrap(note.date(), kMemorySelectionSource); }
 
 // Formatters are made per use on purpose: each one picks up the locale, zone
 // and calendar current at that moment.

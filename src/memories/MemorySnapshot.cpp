@@ -117,8 +117,9 @@ MemorySnapshot MemorySnapshot::take() {
   MemorySnapshot snapshot;
   JournalDayTests tests;
   // Every date is tested, but only the memories become objects.
-  snapshot.memories_ =
-      widgets::fetchNotesWhere([&tests](const std::optional<platform::Date>& date) { return tests.keepsMemory(date); });
+  snapshot.memories_ = widgets::fetchNotesWhere([&tests](const std::optional<platform::Date>& date) {
+    return tests.keepsMemory(date);
+  });
   snapshot.todayNoteCount_ = tests.todayCount();
   snapshot.groups_ = groupByDay(snapshot.memories_);
   return snapshot;

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "views/SchemeColors.hpp"
 #include "views/Builders.hpp"
+#include "views/SchemeColors.hpp"
 
 namespace quillan::memories {
 

@@ -1,10 +1,10 @@
 #include "memories/OTDSmallView.hpp"
 
 #include "memories/DateHeaderRow.hpp"
-#include "memories/MemorySnapshot.hpp"
 #include "memories/MemoryPanel.hpp"
-#include "views/SchemeColors.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "views/Builders.hpp"
+#include "views/SchemeColors.hpp"
 
 namespace quillan::memories {
 
@@ -15,15 +15,15 @@ OTDSmallView::OTDSmallView(const Environment& environment) : colorScheme(environ
 Node OTDSmallView::body(const Environment& environment) const {
   // One read of the journal serves every question the panel asks of it.
   const auto memories = MemorySnapshot::take();
-  Node content =
-      vstack(HorizontalAlignment::leading,
-             {
-                 dateHeaderRow(memories.headerDate()),
-                 localizedText("On This Day").font(Font::system(19)).fontWeight(Weight::heavy).foregroundColor(
-                     Color::primary()),
-                 memoryRowOrEmptyState(environment, memories),
-                 moreMemoriesPill(environment, memories),
-             });
+  Node content = vstack(HorizontalAlignment::leading, {
+                                                          dateHeaderRow(memories.headerDate()),
+                                                          localizedText("On This Day")
+                                                              .font(Font::system(19))
+                                                              .fontWeight(Weight::heavy)
+                                                              .foregroundColor(Color::primary()),
+                                                          memoryRowOrEmptyState(environment, memories),
+                                                          moreMemoriesPill(environment, memories),
+                                                      });
 
   const Color background = widgetBackgroundColor(colorScheme);
   // From 17.0 the widget container supplies the margins and draws the

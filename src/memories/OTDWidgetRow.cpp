@@ -2,9 +2,9 @@
 
 #include "memories/DateLabel.hpp"
 #include "memories/NoteText.hpp"
-#include "views/SchemeColors.hpp"
 #include "platform/Clock.hpp"
 #include "views/Builders.hpp"
+#include "views/SchemeColors.hpp"
 
 namespace quillan::memories {
 

@@ -19,8 +19,8 @@ pre { font-size: 0.8em; background: #f2f2f7; padding: 0.5em; overflow-x: auto; }
 }  // namespace
 
 std::string galleryPage(const std::vector<GallerySection>& sections, const std::string& subtitle) {
-  std::string html =
-      "<p>" + htmlEscaped(subtitle) + " Tap a widget: each area opens the deep link the phone would open.</p>\n";
+  std::string html = "<p>" + htmlEscaped(subtitle) +
+                     " Tap a widget: each area opens the deep link the phone would open.</p>\n";
   int mapIndex = 0;
   for (const auto& section : sections) {
     html += "<section>\n<h2>" + htmlEscaped(section.displayName) + " <span class=\"kind\">" +

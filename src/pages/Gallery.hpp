@@ -10,9 +10,9 @@ namespace quillan::pages {
 
 // One drawn widget on the gallery page: its picture and where taps go.
 struct GalleryImage {
-  std::string file;   // relative to the page
+  std::string file;  // relative to the page
   std::string caption;
-  double width = 0;   // in points: the image map's coordinates are points too
+  double width = 0;  // in points: the image map's coordinates are points too
   double height = 0;
   std::vector<render::HitRegion> regions;
 };

@@ -34,9 +34,7 @@ std::vector<Line> splitLines(std::string_view text) {
   std::size_t start = 0;
   while (start <= text.size()) {
     const auto end = std::min(text.find_first_of("\r\n", start), text.size());
-    const auto separatorLength = end == text.size()                                       ? 0
-                                 : text.compare(end, 2, "\r\n") == 0 ? 2
-                                                                                          : 1;
+    const auto separatorLength = end == text.size() ? 0 : text.compare(end, 2, "\r\n") == 0 ? 2 : 1;
     auto content = text.substr(start, end - start);
     Line line;
     std::size_t first = 0;
@@ -156,15 +154,9 @@ using IterPtr = std::unique_ptr<cmark_iter, IterDeleter>;
 // by appendLeaf.
 TextRun styleInside(cmark_node* node, TextRun style) {
   switch (cmark_node_get_type(node)) {
-    case CMARK_NODE_EMPH:
-      style.italic = true;
-      break;
-    case CMARK_NODE_STRONG:
-      style.bold = true;
-      break;
-    case CMARK_NODE_LINK:
-      style.link = std::string(cmark_node_get_url(node) ? cmark_node_get_url(node) : "");
-      break;
+    case CMARK_NODE_EMPH: style.italic = true; break;
+    case CMARK_NODE_STRONG: style.bold = true; break;
+    case CMARK_NODE_LINK: style.link = std::string(cmark_node_get_url(node) ? cmark_node_get_url(node) : ""); break;
     default:
       if (std::strcmp(cmark_node_get_type_string(node), "strikethrough") == 0) style.strikethrough = true;
       break;
@@ -181,9 +173,7 @@ bool appendLeaf(cmark_node* node, TextRun style, std::vector<TextRun>& runs, con
                 std::size_t& breakIndex) {
   switch (cmark_node_get_type(node)) {
     case CMARK_NODE_TEXT:
-    case CMARK_NODE_HTML_INLINE:
-      append(runs, literal(node), style);
-      return true;
+    case CMARK_NODE_HTML_INLINE: append(runs, literal(node), style); return true;
     case CMARK_NODE_CODE:
       style.code = true;
       append(runs, literal(node), style);
@@ -193,8 +183,7 @@ bool appendLeaf(cmark_node* node, TextRun style, std::vector<TextRun>& runs, con
       append(runs, breakIndex < breaks.size() ? std::string_view(breaks[breakIndex]) : std::string_view("\n"), style);
       ++breakIndex;
       return true;
-    default:
-      return false;
+    default: return false;
   }
 }
 
@@ -217,7 +206,8 @@ void collectInlines(cmark_node* paragraph, const Breaks& breaks, std::vector<Tex
     cmark_node* node = cmark_iter_get_node(iter.get());
     if (event != CMARK_EVENT_ENTER || node == paragraph) continue;
     while (open.back().node != cmark_node_parent(node)) open.pop_back();
-    if (!appendLeaf(node, open.back().style, runs, breaks, breakIndex)) open.push_back({node, styleInside(node, open.back().style)});
+    if (!appendLeaf(node, open.back().style, runs, breaks, breakIndex))
+      open.push_back({node, styleInside(node, open.back().style)});
   }
 }
 
@@ -245,7 +235,8 @@ std::string prefixedParagraphs(const std::vector<Line>& lines, const std::vector
 Breaks breaksOf(const std::vector<Line>& lines, const Paragraph& paragraph) {
   Breaks breaks;
   for (std::size_t i = paragraph.first; i < paragraph.last; ++i) {
-    breaks.push_back(std::string(lines[i].trailing) + std::string(lines[i].separator) + std::string(lines[i + 1].leading));
+    breaks.push_back(std::string(lines[i].trailing) + std::string(lines[i].separator) +
+                     std::string(lines[i + 1].leading));
   }
   return breaks;
 }

@@ -45,8 +45,7 @@ class AttributedString {
   // only (cut back to a character boundary); the text after them is kept as
   // typed, unstyled. A caller that shows only the start of a long text bounds
   // the parser's work this way.
-  static AttributedString fromInlineMarkdown(std::string_view text,
-                                             std::size_t markdownBytes = std::string_view::npos);
+  static AttributedString fromInlineMarkdown(std::string_view text, std::size_t markdownBytes = std::string_view::npos);
 
   const std::vector<TextRun>& runs() const { return runs_; }
   std::string plainText() const;

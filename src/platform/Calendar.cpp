@@ -37,8 +37,7 @@ UCalendarDateFields icuField(CalendarComponent component) {
 double wholeMilliseconds(Date date) { return std::floor(date.unixMilliseconds()); }
 
 bool fitsInt32(std::int64_t value) {
-  return value >= std::numeric_limits<std::int32_t>::min() &&
-         value <= std::numeric_limits<std::int32_t>::max();
+  return value >= std::numeric_limits<std::int32_t>::min() && value <= std::numeric_limits<std::int32_t>::max();
 }
 
 // ICU keeps instants within about +-5.8 million years of 1970 and silently

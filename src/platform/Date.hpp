@@ -15,13 +15,9 @@ class Date {
   constexpr Date() = default;
 
   static constexpr Date fromReferenceSeconds(double seconds) { return Date(seconds); }
-  static constexpr Date fromUnixSeconds(double seconds) {
-    return Date(seconds - kReferenceDateUnixOffset);
-  }
+  static constexpr Date fromUnixSeconds(double seconds) { return Date(seconds - kReferenceDateUnixOffset); }
   // ICU's UDate: milliseconds since 1970.
-  static constexpr Date fromUnixMilliseconds(double millis) {
-    return fromUnixSeconds(millis / 1000.0);
-  }
+  static constexpr Date fromUnixMilliseconds(double millis) { return fromUnixSeconds(millis / 1000.0); }
 
   constexpr double timeIntervalSinceReferenceDate() const { return seconds_; }
   constexpr double unixSeconds() const { return seconds_ + kReferenceDateUnixOffset; }

@@ -53,8 +53,7 @@ class FormatterCache {
     return cache;
   }
 
-  std::string format(const std::string& pattern, DateFormatterStyle style, const Calendar& calendar,
-                     Date date) {
+  std::string format(const std::string& pattern, DateFormatterStyle style, const Calendar& calendar, Date date) {
     const std::lock_guard lock(mutex_);
     icu::DateFormat* formatter = find(pattern, style, calendar);
     if (formatter == nullptr) return "";

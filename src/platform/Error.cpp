@@ -3,8 +3,7 @@
 namespace quillan::platform {
 
 std::string Error::description() const {
-  std::string text = "Error Domain=" + domain + " Code=" + std::to_string(code) + " \"" +
-                     localizedDescription + "\"";
+  std::string text = "Error Domain=" + domain + " Code=" + std::to_string(code) + " \"" + localizedDescription + "\"";
   if (!userInfo.empty()) {
     text += " UserInfo={";
     bool first = true;

@@ -19,8 +19,7 @@ namespace quillan::platform {
 void setSilentStopNotice(void (*notice)());
 
 // The report of a force-unwrapped empty optional.
-inline constexpr std::string_view kUnexpectedlyFoundNil =
-    "Unexpectedly found nil while unwrapping an Optional value";
+inline constexpr std::string_view kUnexpectedlyFoundNil = "Unexpectedly found nil while unwrapping an Optional value";
 
 // Force-unwraps `value`, stopping with the nil report when it is empty.
 template <typename T>

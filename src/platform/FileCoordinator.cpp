@@ -11,8 +11,7 @@ namespace {
 // file cannot be opened.
 class ExclusiveFileLock {
  public:
-  explicit ExclusiveFileLock(const std::filesystem::path& path)
-      : fd_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+  explicit ExclusiveFileLock(const std::filesystem::path& path) : fd_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (fd_ >= 0 && ::flock(fd_, LOCK_EX) != 0) release();
   }
   ~ExclusiveFileLock() { release(); }

@@ -15,8 +15,7 @@ class FileCoordinator {
   // Runs `accessor` with the URL to use while the write lock is held. If the
   // lock cannot be taken (e.g. the file is gone) the accessor still runs, as the
   // platform's coordinator does for an item that does not exist.
-  void coordinateWriting(const URL& url, WritingOptions options,
-                         const std::function<void(const URL&)>& accessor);
+  void coordinateWriting(const URL& url, WritingOptions options, const std::function<void(const URL&)>& accessor);
 };
 
 }  // namespace quillan::platform

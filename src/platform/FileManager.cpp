@@ -31,9 +31,7 @@ std::filesystem::path dataHome() {
 }
 
 // Directory URLs end in "/", as the platform hands them out.
-URL directoryURL(const std::filesystem::path& directory) {
-  return URL::fileURL(directory / "");
-}
+URL directoryURL(const std::filesystem::path& directory) { return URL::fileURL(directory / ""); }
 
 Error removalError(const URL& url, const std::error_code& cause) {
   const auto name = url.filePath().filename().string();
@@ -43,13 +41,12 @@ Error removalError(const URL& url, const std::error_code& cause) {
     code = kFileWriteNoPermissionError;
   }
   std::string description = "\"" + name + "\" couldn't be removed";
-  description += code == kFileWriteNoPermissionError
-                     ? " because you don't have permission to access it."
-                     : ".";
-  return Error{std::string(kCocoaErrorDomain), code, description,
+  description += code == kFileWriteNoPermissionError ? " because you don't have permission to access it." : ".";
+  return Error{std::string(kCocoaErrorDomain),
+               code,
+               description,
                {{"NSFilePath", url.filePath().string()},
-                {"NSUnderlyingError", "Error Domain=NSPOSIXErrorDomain Code=" +
-                                          std::to_string(cause.value()) + " \"" +
+                {"NSUnderlyingError", "Error Domain=NSPOSIXErrorDomain Code=" + std::to_string(cause.value()) + " \"" +
                                           cause.message() + "\""}}};
 }
 

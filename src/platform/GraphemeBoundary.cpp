@@ -29,10 +29,10 @@ std::size_t graphemeBoundaryAtOrBefore(std::string_view text, std::size_t offset
   const std::string_view window = text.substr(0, std::min(text.size(), cut + kLookahead));
   if (window.size() > static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) return cut;
   UErrorCode status = U_ZERO_ERROR;
-  std::unique_ptr<UText, UTextCloser> utext(
-      utext_openUTF8(nullptr, window.data(), static_cast<int64_t>(window.size()), &status));
-  std::unique_ptr<icu::BreakIterator> clusters(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  std::unique_ptr<UText, UTextCloser> utext(utext_openUTF8(nullptr, window.data(), static_cast<int64_t>(window.size()),
+                                                           &status));
+  std::unique_ptr<icu::BreakIterator> clusters(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(),
+                                                                                           status));
   if (U_FAILURE(status)) return cut;
   clusters->setText(utext.get(), status);
   if (U_FAILURE(status) || clusters->isBoundary(static_cast<int32_t>(cut))) return cut;

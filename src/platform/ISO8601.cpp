@@ -1,10 +1,10 @@
 #include "platform/ISO8601.hpp"
 
-#include "platform/CivilDays.hpp"
-
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+
+#include "platform/CivilDays.hpp"
 
 namespace quillan::platform {
 namespace {
@@ -37,9 +37,7 @@ class Reader {
     }
     return false;
   }
-  std::optional<char> peek() const {
-    return pos_ < text_.size() ? std::optional<char>(text_[pos_]) : std::nullopt;
-  }
+  std::optional<char> peek() const { return pos_ < text_.size() ? std::optional<char>(text_[pos_]) : std::nullopt; }
   bool atEnd() const { return pos_ == text_.size(); }
 
  private:
@@ -93,18 +91,16 @@ std::optional<Date> ISO8601::parse(std::string_view text) {
   const auto fractional = fraction(reader);
   const auto offsetSeconds = offset(reader);
   if (!fractional || !offsetSeconds || !reader.atEnd()) return std::nullopt;
-  if (*month < 1 || *month > 12 || *day < 1 || *day > daysInMonth(*year, *month) || *hour > 23 ||
-      *minute > 59 || *second > 59) {
+  if (*month < 1 || *month > 12 || *day < 1 || *day > daysInMonth(*year, *month) || *hour > 23 || *minute > 59 ||
+      *second > 59) {
     return std::nullopt;
   }
-  const double unix = static_cast<double>(daysFromCivil(*year, *month, *day)) * 86400.0 +
-                      *hour * 3600.0 + *minute * 60.0 + *second + *fractional - *offsetSeconds;
+  const double unix = static_cast<double>(daysFromCivil(*year, *month, *day)) * 86400.0 + *hour * 3600.0 +
+                      *minute * 60.0 + *second + *fractional - *offsetSeconds;
   return Date::fromUnixSeconds(unix);
 }
 
-std::string ISO8601::format(Date date, const TimeZone& zone) {
-  return format(date, zone.secondsFromGMT(date));
-}
+std::string ISO8601::format(Date date, const TimeZone& zone) { return format(date, zone.secondsFromGMT(date)); }
 
 std::string ISO8601::format(Date date, int offsetSeconds) {
   const double local = date.unixSeconds() + offsetSeconds;
@@ -133,8 +129,8 @@ std::string ISO8601::format(Date date, int offsetSeconds) {
                              static_cast<int>(secondOfDay % 60));
   if (millis != 0) length += std::snprintf(buffer + length, sizeof buffer - length, ".%03d", millis);
   const int absOffset = offsetSeconds < 0 ? -offsetSeconds : offsetSeconds;
-  std::snprintf(buffer + length, sizeof buffer - length, "%c%02d:%02d", offsetSeconds < 0 ? '-' : '+',
-                absOffset / 3600, absOffset / 60 % 60);
+  std::snprintf(buffer + length, sizeof buffer - length, "%c%02d:%02d", offsetSeconds < 0 ? '-' : '+', absOffset / 3600,
+                absOffset / 60 % 60);
   return buffer;
 }
 

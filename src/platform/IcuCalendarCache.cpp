@@ -15,8 +15,8 @@ constexpr std::size_t kMaximumPrototypes = 64;
 
 std::unique_ptr<icu::Calendar> buildPrototype(const Locale& locale, const TimeZone& zone) {
   UErrorCode status = U_ZERO_ERROR;
-  std::unique_ptr<icu::Calendar> calendar(
-      icu::Calendar::createInstance(zone.impl().zone->clone(), locale.impl().locale, status));
+  std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(zone.impl().zone->clone(), locale.impl().locale,
+                                                                        status));
   if (U_FAILURE(status)) return nullptr;
   calendar->setLenient(true);
   calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);

@@ -7,22 +7,18 @@
 namespace quillan::platform {
 namespace {
 
-bool isUnreserved(unsigned char c) {
-  return std::isalnum(c) || c == '-' || c == '.' || c == '_' || c == '~';
-}
+bool isUnreserved(unsigned char c) { return std::isalnum(c) || c == '-' || c == '.' || c == '_' || c == '~'; }
 
 bool isSubDelim(unsigned char c) {
   return std::string_view("!$&'()*+,;=").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
 bool isAllowedInReference(unsigned char c) {
-  return isUnreserved(c) || isSubDelim(c) || c == ':' || c == '@' || c == '/' || c == '?' ||
-         c == '#' || c == '[' || c == ']' || c == '%';
+  return isUnreserved(c) || isSubDelim(c) || c == ':' || c == '@' || c == '/' || c == '?' || c == '#' || c == '[' ||
+         c == ']' || c == '%';
 }
 
-bool isPathCharacter(unsigned char c) {
-  return isUnreserved(c) || isSubDelim(c) || c == ':' || c == '@';
-}
+bool isPathCharacter(unsigned char c) { return isUnreserved(c) || isSubDelim(c) || c == ':' || c == '@'; }
 
 int hexValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';

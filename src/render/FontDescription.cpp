@@ -40,8 +40,17 @@ constexpr std::array<NamedTextStyle, 11> kTextStyles{{
 
 // Size in points -> tracking in points per glyph.
 constexpr std::array<std::pair<double, double>, 11> kTracking{{
-    {11, 0.06}, {12, 0}, {13, -0.08}, {15, -0.23}, {16, -0.31}, {17, -0.43},
-    {20, -0.45}, {22, -0.26}, {24, 0.07}, {28, 0.38}, {34, 0.40},
+    {11, 0.06},
+    {12, 0},
+    {13, -0.08},
+    {15, -0.23},
+    {16, -0.31},
+    {17, -0.43},
+    {20, -0.45},
+    {22, -0.26},
+    {24, 0.07},
+    {28, 0.38},
+    {34, 0.40},
 }};
 
 }  // namespace

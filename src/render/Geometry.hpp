@@ -30,9 +30,7 @@ struct Rect {
   Point center() const { return {x + width / 2, y + height / 2}; }
   bool contains(Point p) const { return p.x >= x && p.x < maxX() && p.y >= y && p.y < maxY(); }
   Rect offsetBy(double dx, double dy) const { return {x + dx, y + dy, width, height}; }
-  Rect insetBy(double d) const {
-    return {x + d, y + d, std::max(0.0, width - 2 * d), std::max(0.0, height - 2 * d)};
-  }
+  Rect insetBy(double d) const { return {x + d, y + d, std::max(0.0, width - 2 * d), std::max(0.0, height - 2 * d)}; }
   bool operator==(const Rect&) const = default;
 };
 

@@ -29,7 +29,6 @@ ImageComparison compareImages(const PixelImage& reference, const PixelImage& can
 // The reference, the new picture and their difference side by side, on a
 // neutral grey: the difference is the reference faded, with every pixel that
 // does not match in solid magenta (all of it when the sizes differ).
-PixelImage differenceImage(const PixelImage& reference, const PixelImage& candidate,
-                           const ImageComparison& comparison);
+PixelImage differenceImage(const PixelImage& reference, const PixelImage& candidate, const ImageComparison& comparison);
 
 }  // namespace quillan::render

@@ -122,11 +122,9 @@ Size LayoutEngine::sizeThatFits(const LayoutNode& node, ProposedSize proposal, s
 
 Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::optional<Axis> axis) {
   switch (node.kind) {
-    case LayoutKind::empty:
-      return {};
+    case LayoutKind::empty: return {};
     case LayoutKind::hstack:
-    case LayoutKind::vstack:
-      return solveStack(node, p, *this).size;
+    case LayoutKind::vstack: return solveStack(node, p, *this).size;
     case LayoutKind::zstack: {
       Size size;
       for (const auto& child : node.children) {
@@ -135,16 +133,14 @@ Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::opti
       }
       return size;
     }
-    case LayoutKind::text:
-      return layoutTextNode(node, p, *this).size;
+    case LayoutKind::text: return layoutTextNode(node, p, *this).size;
     case LayoutKind::symbol:
       if (node.resizable) {
         const Size natural = symbolSize(node);
         return {p.width.value_or(natural.width), p.height.value_or(natural.height)};
       }
       return symbolSize(node);
-    case LayoutKind::shape:
-      return {orIdeal(p.width), orIdeal(p.height)};
+    case LayoutKind::shape: return {orIdeal(p.width), orIdeal(p.height)};
     case LayoutKind::spacer: {
       const double minLength = node.spacerMinLength.value_or(constants::kDefaultSpacerMinLength);
       const auto along = [&](std::optional<double> v) { return std::max(minLength, v.value_or(minLength)); };
@@ -153,11 +149,14 @@ Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::opti
       return {along(p.width), along(p.height)};
     }
     case LayoutKind::frame: {
-      const Size child = node.children.empty() ? Size{} : sizeThatFits(node.children.front(), fixedFrameProposal(p, node.frame));
+      const Size child = node.children.empty() ? Size{}
+                                               : sizeThatFits(node.children.front(), fixedFrameProposal(p, node.frame));
       return {node.frame.width.value_or(child.width), node.frame.height.value_or(child.height)};
     }
     case LayoutKind::flexibleFrame: {
-      const Size child = node.children.empty() ? Size{} : sizeThatFits(node.children.front(), flexibleFrameProposal(p, node.frame));
+      const Size child = node.children.empty()
+                             ? Size{}
+                             : sizeThatFits(node.children.front(), flexibleFrameProposal(p, node.frame));
       return {flexibleFrameSize(p.width, child.width, horizontalFrame(node.frame)),
               flexibleFrameSize(p.height, child.height, verticalFrame(node.frame))};
     }
@@ -170,8 +169,7 @@ Size LayoutEngine::computeSize(const LayoutNode& node, ProposedSize p, std::opti
     case LayoutKind::overlay:
     case LayoutKind::offset:
     case LayoutKind::link:
-    case LayoutKind::group:
-      return node.children.empty() ? Size{} : sizeThatFits(node.children.front(), p, axis);
+    case LayoutKind::group: return node.children.empty() ? Size{} : sizeThatFits(node.children.front(), p, axis);
   }
   return {};
 }
@@ -238,9 +236,9 @@ LayoutBox LayoutEngine::place(const LayoutNode& node, ProposedSize p, Rect frame
         const Size s = solution.sizes[i];
         const double top = solution.minorOffsets.empty() ? (frame.height - s.height) * node.alignment.vertical
                                                          : solution.minorOffsets[i];
-        const Rect childFrame = horizontal
-            ? Rect{cursor, frame.y + top, s.width, s.height}
-            : Rect{frame.x + (frame.width - s.width) * node.alignment.horizontal, cursor, s.width, s.height};
+        const Rect childFrame = horizontal ? Rect{cursor, frame.y + top, s.width, s.height}
+                                           : Rect{frame.x + (frame.width - s.width) * node.alignment.horizontal, cursor,
+                                                  s.width, s.height};
         placeChild(node.children[i], solution.proposals[i], childFrame, stackAxis(node));
         cursor += horizontal ? s.width : s.height;
       }
@@ -249,9 +247,7 @@ LayoutBox LayoutEngine::place(const LayoutNode& node, ProposedSize p, Rect frame
     case LayoutKind::zstack:
       for (const auto& child : node.children) placeAligned(child, p, frame);
       break;
-    case LayoutKind::text:
-      box.text = layoutTextNode(node, p, *this);
-      break;
+    case LayoutKind::text: box.text = layoutTextNode(node, p, *this); break;
     case LayoutKind::frame:
       if (!node.children.empty()) placeAligned(node.children.front(), fixedFrameProposal(p, node.frame), frame);
       break;
@@ -281,8 +277,7 @@ LayoutBox LayoutEngine::place(const LayoutNode& node, ProposedSize p, Rect frame
     case LayoutKind::empty:
     case LayoutKind::symbol:
     case LayoutKind::shape:
-    case LayoutKind::spacer:
-      break;
+    case LayoutKind::spacer: break;
   }
   return box;
 }

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <set>
+
 #include <nlohmann/json.hpp>
 
 #include "render/PangoTextMeasurer.hpp"

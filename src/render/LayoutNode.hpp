@@ -16,8 +16,22 @@ namespace quillan::render {
 // wrapping one child (frame, padding, offset, link; group only carries
 // opacity and marks); background and overlay hold [primary, secondary].
 enum class LayoutKind {
-  empty, hstack, vstack, zstack, text, symbol, shape, spacer,
-  frame, flexibleFrame, padding, background, overlay, offset, link, group,
+  empty,
+  hstack,
+  vstack,
+  zstack,
+  text,
+  symbol,
+  shape,
+  spacer,
+  frame,
+  flexibleFrame,
+  padding,
+  background,
+  overlay,
+  offset,
+  link,
+  group,
 };
 
 enum class ShapeKind { rectangle, roundedRectangle, capsule, circle, ellipse, containerRelative };

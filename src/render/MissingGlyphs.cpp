@@ -11,8 +11,7 @@ namespace {
 bool drawsNothingByDesign(gunichar c) {
   const auto type = static_cast<UCharCategory>(u_charType(static_cast<UChar32>(c)));
   return u_isUWhiteSpace(static_cast<UChar32>(c)) || type == U_CONTROL_CHAR || type == U_FORMAT_CHAR ||
-         u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_DEFAULT_IGNORABLE_CODE_POINT) ||
-         type == U_NON_SPACING_MARK;
+         u_hasBinaryProperty(static_cast<UChar32>(c), UCHAR_DEFAULT_IGNORABLE_CODE_POINT) || type == U_NON_SPACING_MARK;
 }
 
 std::size_t missingIn(const PangoGlyphItem* run, const char* text) {
@@ -37,7 +36,8 @@ std::size_t missingGlyphCount(PangoLayout* layout) {
   std::size_t missing = 0;
   for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next) {
     const auto* line = static_cast<const PangoLayoutLine*>(l->data);
-    for (GSList* r = line->runs; r; r = r->next) missing += missingIn(static_cast<const PangoGlyphItem*>(r->data), text);
+    for (GSList* r = line->runs; r; r = r->next)
+      missing += missingIn(static_cast<const PangoGlyphItem*>(r->data), text);
   }
   return missing;
 }

@@ -2,10 +2,9 @@
 
 #include <vector>
 
-#include "views/StrokeStyle.hpp"
-
 #include "render/Geometry.hpp"
 #include "render/Rgba.hpp"
+#include "views/StrokeStyle.hpp"
 
 namespace quillan::render {
 

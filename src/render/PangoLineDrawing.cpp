@@ -17,7 +17,8 @@ GObjectPtr<PangoLayout> drawable(const ShapedParagraph& shaped, Rgba linkColor) 
   GObjectPtr<PangoLayout> copy(pango_layout_copy(shaped.layout.get()));
   PangoAttrList* attrs = pango_attr_list_copy(pango_layout_get_attributes(copy.get()));
   for (const auto& [start, end] : shaped.links) {
-    PangoAttribute* attr = pango_attr_foreground_new(channel(linkColor.red), channel(linkColor.green), channel(linkColor.blue));
+    PangoAttribute* attr = pango_attr_foreground_new(channel(linkColor.red), channel(linkColor.green),
+                                                     channel(linkColor.blue));
     attr->start_index = start;
     attr->end_index = end;
     pango_attr_list_insert(attrs, attr);

@@ -86,7 +86,8 @@ TextLine lineOf(const char* text, PangoLayoutLine* line, const StyledText& runs)
       continue;
     }
     const int to = std::min(item.offset + item.length, end);
-    if (to > item.offset) appendSlice(runs, static_cast<std::size_t>(item.offset), static_cast<std::size_t>(to), out.runs);
+    if (to > item.offset)
+      appendSlice(runs, static_cast<std::size_t>(item.offset), static_cast<std::size_t>(to), out.runs);
   }
   out.width = visibleExtent(line).width;
   out.fonts.assign(fonts.begin(), fonts.end());
@@ -118,7 +119,8 @@ std::optional<std::size_t> ellipsisStart(PangoLayout* layout) {
   for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next) {
     for (GSList* r = static_cast<PangoLayoutLine*>(l->data)->runs; r; r = r->next) {
       const auto* run = static_cast<const PangoGlyphItem*>(r->data);
-      if (run->item->analysis.flags & PANGO_ANALYSIS_FLAG_IS_ELLIPSIS) return static_cast<std::size_t>(run->item->offset);
+      if (run->item->analysis.flags & PANGO_ANALYSIS_FLAG_IS_ELLIPSIS)
+        return static_cast<std::size_t>(run->item->offset);
     }
   }
   return std::nullopt;

@@ -11,9 +11,9 @@
 #include "platform/Utf8.hpp"
 #include "render/MissingGlyphs.hpp"
 #include "render/PangoLineDrawing.hpp"
-#include "render/StyledTextMetrics.hpp"
 #include "render/PangoParagraph.hpp"
 #include "render/RenderingConstants.hpp"
+#include "render/StyledTextMetrics.hpp"
 #include "render/TextCut.hpp"
 
 namespace quillan::render {

@@ -1,12 +1,11 @@
 // PNG files and bytes to and from PixelImage, through Cairo.
-#include "render/PixelImage.hpp"
-
 #include <cairo.h>
 
 #include <algorithm>
 #include <memory>
 #include <string>
 
+#include "render/PixelImage.hpp"
 #include "render/Renderer.hpp"
 
 namespace quillan::render {

@@ -39,7 +39,8 @@ void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext
 Surface rasterFor(const views::Node& tree, const RenderContext& context) {
   checkScale(context.scale);
   const Size size = context.device.sizeOf(context.env.family);
-  Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(std::ceil(size.width * context.scale)),
+  Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
+                                             static_cast<int>(std::ceil(size.width * context.scale)),
                                              static_cast<int>(std::ceil(size.height * context.scale))));
   draw(surface.get(), tree, context, context.scale);
   return surface;

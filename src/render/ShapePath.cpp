@@ -44,24 +44,16 @@ double strokeBorderRadius(Rect frame, double lineWidth) {
 
 void appendShapePath(cairo_t* cr, ShapeKind kind, Rect rect, double cornerRadius) {
   switch (kind) {
-    case ShapeKind::rectangle:
-      cairo_rectangle(cr, rect.x, rect.y, rect.width, rect.height);
-      break;
+    case ShapeKind::rectangle: cairo_rectangle(cr, rect.x, rect.y, rect.width, rect.height); break;
     case ShapeKind::roundedRectangle:
-    case ShapeKind::containerRelative:
-      roundedRect(cr, rect, cornerRadius);
-      break;
-    case ShapeKind::capsule:
-      roundedRect(cr, rect, std::min(rect.width, rect.height) / 2);
-      break;
+    case ShapeKind::containerRelative: roundedRect(cr, rect, cornerRadius); break;
+    case ShapeKind::capsule: roundedRect(cr, rect, std::min(rect.width, rect.height) / 2); break;
     case ShapeKind::circle: {
       const double d = std::min(rect.width, rect.height);
       ellipse(cr, {rect.center().x - d / 2, rect.center().y - d / 2, d, d});
       break;
     }
-    case ShapeKind::ellipse:
-      ellipse(cr, rect);
-      break;
+    case ShapeKind::ellipse: ellipse(cr, rect); break;
   }
 }
 

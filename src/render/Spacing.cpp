@@ -69,7 +69,8 @@ EdgePreferences preferencesOn(const LayoutNode& node, Edge edge) {
     case LayoutKind::spacer: return EdgePreferences::spacerOnly();
     case LayoutKind::hstack:
     case LayoutKind::vstack: return stackPreferences(node, edge);
-    case LayoutKind::zstack: return node.children.empty() ? EdgePreferences::genericOnly() : unionOf(node.children, edge);
+    case LayoutKind::zstack:
+      return node.children.empty() ? EdgePreferences::genericOnly() : unionOf(node.children, edge);
     case LayoutKind::padding:
       // Padding replaces the child's preferences on the padded edges only.
       if (insetOn(node.insets, edge) > 0 || node.children.empty()) return EdgePreferences::genericOnly();
@@ -84,8 +85,7 @@ EdgePreferences preferencesOn(const LayoutNode& node, Edge edge) {
       return node.children.empty() ? EdgePreferences::genericOnly() : preferencesOn(node.children.front(), edge);
     case LayoutKind::empty:
     case LayoutKind::symbol:
-    case LayoutKind::shape:
-      return EdgePreferences::genericOnly();
+    case LayoutKind::shape: return EdgePreferences::genericOnly();
   }
   return EdgePreferences::genericOnly();
 }

@@ -27,8 +27,7 @@ double priorityOf(const LayoutNode& child) {
 std::vector<double> gapsOf(const LayoutNode& stack, Axis axis, LayoutEngine& engine) {
   std::vector<double> gaps(stack.children.size(), 0.0);
   for (std::size_t i = 1; i < stack.children.size(); ++i)
-    gaps[i] = stack.spacing ? *stack.spacing
-                            : defaultSpacing(stack.children[i - 1], stack.children[i], axis, engine);
+    gaps[i] = stack.spacing ? *stack.spacing : defaultSpacing(stack.children[i - 1], stack.children[i], axis, engine);
   return gaps;
 }
 
@@ -56,9 +55,7 @@ double alignOnBaseline(const LayoutNode& stack, StackSolution& solution, LayoutE
 
 }  // namespace
 
-Axis stackAxis(const LayoutNode& stack) {
-  return stack.kind == LayoutKind::hstack ? Axis::horizontal : Axis::vertical;
-}
+Axis stackAxis(const LayoutNode& stack) { return stack.kind == LayoutKind::hstack ? Axis::horizontal : Axis::vertical; }
 
 StackSolution solveStack(const LayoutNode& stack, ProposedSize proposal, LayoutEngine& engine) {
   const Axis axis = stackAxis(stack);
@@ -77,7 +74,8 @@ StackSolution solveStack(const LayoutNode& stack, ProposedSize proposal, LayoutE
     std::vector<double> minimum(n), flexibility(n);
     for (std::size_t i = 0; i < n; ++i) {
       minimum[i] = major(engine.sizeThatFits(children[i], proposing(0.0, minorProposal, axis), axis), axis);
-      const double maximum = major(engine.sizeThatFits(children[i], proposing(kInfinity, minorProposal, axis), axis), axis);
+      const double maximum = major(engine.sizeThatFits(children[i], proposing(kInfinity, minorProposal, axis), axis),
+                                   axis);
       flexibility[i] = maximum - minimum[i];
     }
     std::vector<std::size_t> order(n);

@@ -131,13 +131,16 @@ void circledSquareAndPencil(cairo_t* cr, Rect box, FontWeight weight, Rgba prima
   const Point c = box.center();
   const double inner = diameter * 0.5;
   const Rect glyph{c.x - inner / 2 - diameter * 0.02, c.y - inner / 2 + diameter * 0.02, inner, inner};
-  paintLayer(cr, primary, box, [&] {
-    cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
-    cairo_fill(cr);
-    cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
-    squareAndPencil(cr, glyph, weight);
-    cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
-  }, /*ownLayer=*/true);
+  paintLayer(
+      cr, primary, box,
+      [&] {
+        cairo_arc(cr, c.x, c.y, diameter / 2, 0, 2 * M_PI);
+        cairo_fill(cr);
+        cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+        squareAndPencil(cr, glyph, weight);
+        cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+      },
+      /*ownLayer=*/true);
   paintLayer(cr, secondary, box, [&] { squareAndPencil(cr, glyph, weight); });
 }
 

@@ -99,8 +99,7 @@ struct LineSpan {
 
 class Wrapper {
  public:
-  Wrapper(const FlatText& flat, const TextMeasurer& measurer, std::optional<double> width,
-          std::size_t lineCodePoints)
+  Wrapper(const FlatText& flat, const TextMeasurer& measurer, std::optional<double> width, std::size_t lineCodePoints)
       : flat_(flat), measurer_(measurer), width_(width), lineCodePoints_(lineCodePoints) {}
 
   // The first `maxLines` lines of the text.
@@ -118,9 +117,7 @@ class Wrapper {
   double widthOf(std::size_t from, std::size_t to) const {
     return from >= to ? 0.0 : measurer_.width(flat_.slice(from, to));
   }
-  bool fits(std::size_t from, std::size_t to) const {
-    return !width_ || widthOf(from, to) <= *width_ + kFitTolerance;
-  }
+  bool fits(std::size_t from, std::size_t to) const { return !width_ || widthOf(from, to) <= *width_ + kFitTolerance; }
   // How far a line starting at `from` can reach before `end`: no line holds
   // more than lineCodePoints, so no search for its break looks further.
   std::size_t reach(std::size_t from, std::size_t end) const { return std::min(end, from + lineCodePoints_); }
@@ -165,7 +162,8 @@ class Wrapper {
     std::size_t lo = from + 1, hi = end;  // lo always accepted
     while (lo < hi) {
       const std::size_t mid = (lo + hi + 1) / 2;
-      if (fits(from, mid)) lo = mid; else hi = mid - 1;
+      if (fits(from, mid)) lo = mid;
+      else hi = mid - 1;
     }
     return lo;
   }
@@ -192,7 +190,8 @@ TextLine truncatedLine(const FlatText& flat, const Wrapper& wrapper, const TextM
   std::size_t lo = from, hi = end;
   while (lo < hi) {
     const std::size_t mid = (lo + hi + 1) / 2;
-    if (!width || measurer.width(withEllipsis(mid)) <= *width + kFitTolerance) lo = mid; else hi = mid - 1;
+    if (!width || measurer.width(withEllipsis(mid)) <= *width + kFitTolerance) lo = mid;
+    else hi = mid - 1;
   }
   StyledText runs = withEllipsis(lo);
   return {runs, measurer.width(runs), {}};

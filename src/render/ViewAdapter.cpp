@@ -63,24 +63,29 @@ class Adapter {
  private:
   Paint resolveStyle(const views::ShapeStyle& style, double levelOpacityOnCustom = 1.0) const {
     return std::visit(views::Overload{
-        [&](const views::Color& c) { return Paint::solid(toRgba(views::resolve(c, env_.colorScheme)).multipliedAlpha(levelOpacityOnCustom)); },
-        [&](const views::LinearGradient& g) { return gradientPaint(g); },
-        [&](views::HierarchicalShapeStyle level) { return Paint::solid(hierarchical(level)); },
-    }, style);
+                          [&](const views::Color& c) {
+                            return Paint::solid(
+                                toRgba(views::resolve(c, env_.colorScheme)).multipliedAlpha(levelOpacityOnCustom));
+                          },
+                          [&](const views::LinearGradient& g) { return gradientPaint(g); },
+                          [&](views::HierarchicalShapeStyle level) { return Paint::solid(hierarchical(level)); },
+                      },
+                      style);
   }
 
   Rgba hierarchical(views::HierarchicalShapeStyle level) const {
     using L = views::HierarchicalShapeStyle;
-    const views::ColorName name = level == L::primary ? views::ColorName::label
-                                : level == L::secondary ? views::ColorName::secondaryLabel
-                                : level == L::tertiary ? views::ColorName::tertiaryLabel
-                                : views::ColorName::quaternaryLabel;
+    const views::ColorName name = level == L::primary     ? views::ColorName::label
+                                  : level == L::secondary ? views::ColorName::secondaryLabel
+                                  : level == L::tertiary  ? views::ColorName::tertiaryLabel
+                                                          : views::ColorName::quaternaryLabel;
     return toRgba(views::resolve(views::Color::named(name), env_.colorScheme));
   }
 
   Paint gradientPaint(const views::LinearGradient& g) const {
     std::vector<GradientStop> stops;
-    for (const auto& stop : g.stops) stops.push_back({toRgba(views::resolve(stop.color, env_.colorScheme)), stop.location});
+    for (const auto& stop : g.stops)
+      stops.push_back({toRgba(views::resolve(stop.color, env_.colorScheme)), stop.location});
     return Paint::gradient(std::move(stops), {g.startPoint.x, g.startPoint.y}, {g.endPoint.x, g.endPoint.y});
   }
 
@@ -96,8 +101,9 @@ class Adapter {
   FontDescription fontDescription(const Inherited& in) const {
     FontDescription font;
     // Text styles follow the reader's text size; a fixed size stays as it is.
-    font.size = in.font.size ? *in.font.size
-                             : views::pointSize(in.font.textStyle.value_or(views::TextStyle::body), env_.dynamicTypeSize);
+    font.size = in.font.size
+                    ? *in.font.size
+                    : views::pointSize(in.font.textStyle.value_or(views::TextStyle::body), env_.dynamicTypeSize);
     font.weight = toWeight(in.weight.value_or(in.font.resolvedWeight()));
     font.monospaced = in.font.design == views::FontDesign::monospaced;
     return font;
@@ -132,70 +138,74 @@ class Adapter {
   LayoutNode leaf(const views::Node& node, const Inherited& in) {
     LayoutNode out;
     out.privacySensitive = in.privacySensitive;
-    std::visit(views::Overload{
-        [&](const views::VStack& s) {
-          out.kind = LayoutKind::vstack;
-          out.spacing = s.spacing;
-          out.alignment.horizontal = s.alignment == views::HorizontalAlignment::leading ? 0
-                                   : s.alignment == views::HorizontalAlignment::trailing ? 1 : 0.5;
-          for (const auto& c : s.children) out.children.push_back(convert(c, in));
+    std::visit(
+        views::Overload{
+            [&](const views::VStack& s) {
+              out.kind = LayoutKind::vstack;
+              out.spacing = s.spacing;
+              out.alignment.horizontal = s.alignment == views::HorizontalAlignment::leading    ? 0
+                                         : s.alignment == views::HorizontalAlignment::trailing ? 1
+                                                                                               : 0.5;
+              for (const auto& c : s.children) out.children.push_back(convert(c, in));
+            },
+            [&](const views::HStack& s) {
+              out.kind = LayoutKind::hstack;
+              out.spacing = s.spacing;
+              out.alignment.vertical = s.alignment == views::VerticalAlignment::top      ? 0
+                                       : s.alignment == views::VerticalAlignment::bottom ? 1
+                                                                                         : 0.5;
+              out.alignment.baseline = s.alignment == views::VerticalAlignment::firstTextBaseline  ? Baseline::first
+                                       : s.alignment == views::VerticalAlignment::lastTextBaseline ? Baseline::last
+                                                                                                   : Baseline::none;
+              for (const auto& c : s.children) out.children.push_back(convert(c, in));
+            },
+            [&](const views::ZStack& s) {
+              out.kind = LayoutKind::zstack;
+              out.alignment = toAlignment(s.alignment);
+              for (const auto& c : s.children) out.children.push_back(convert(c, in));
+            },
+            [&](const views::Text& t) {
+              out.kind = LayoutKind::text;
+              out.text = styledText(t, in);
+              out.lineLimit = in.lineLimit;
+              out.foreground = foregroundPaint(in, in.foreground);
+            },
+            [&](const views::Image& i) {
+              out.kind = LayoutKind::symbol;
+              out.symbolName = i.systemName;
+              out.symbolFont = fontDescription(in);
+              out.symbolScale = static_cast<SymbolScale>(static_cast<int>(in.imageScale));
+              out.foreground = foregroundPaint(in, in.foreground);
+              out.secondaryForeground = in.secondaryForeground
+                                            ? foregroundPaint(in, in.secondaryForeground)
+                                            : Paint::solid(hierarchical(views::HierarchicalShapeStyle::secondary));
+            },
+            [&](const views::Circle&) { shape(out, ShapeKind::circle, in); },
+            [&](const views::Capsule&) { shape(out, ShapeKind::capsule, in); },
+            [&](const views::ContainerRelativeShape&) { shape(out, ShapeKind::containerRelative, in); },
+            [&](const views::LinearGradient& g) {
+              out.kind = LayoutKind::shape;
+              out.fill = gradientPaint(g);
+            },
+            [&](const views::Color& c) {
+              out.kind = LayoutKind::shape;
+              out.fill = resolveStyle(c);
+            },
+            [&](const views::Spacer& s) {
+              out.kind = LayoutKind::spacer;
+              out.spacerMinLength = s.minLength;
+            },
+            [&](const views::Link& l) {
+              out.kind = LayoutKind::link;
+              out.url = l.destination;
+              for (const auto& c : l.children) out.children.push_back(convert(c, in));
+            },
+            [&](const views::AnyView& a) {
+              out.kind = LayoutKind::group;
+              for (const auto& c : a.children) out.children.push_back(convert(c, in));
+            },
         },
-        [&](const views::HStack& s) {
-          out.kind = LayoutKind::hstack;
-          out.spacing = s.spacing;
-          out.alignment.vertical = s.alignment == views::VerticalAlignment::top ? 0
-                                 : s.alignment == views::VerticalAlignment::bottom ? 1 : 0.5;
-          out.alignment.baseline = s.alignment == views::VerticalAlignment::firstTextBaseline ? Baseline::first
-                                 : s.alignment == views::VerticalAlignment::lastTextBaseline ? Baseline::last
-                                                                                             : Baseline::none;
-          for (const auto& c : s.children) out.children.push_back(convert(c, in));
-        },
-        [&](const views::ZStack& s) {
-          out.kind = LayoutKind::zstack;
-          out.alignment = toAlignment(s.alignment);
-          for (const auto& c : s.children) out.children.push_back(convert(c, in));
-        },
-        [&](const views::Text& t) {
-          out.kind = LayoutKind::text;
-          out.text = styledText(t, in);
-          out.lineLimit = in.lineLimit;
-          out.foreground = foregroundPaint(in, in.foreground);
-        },
-        [&](const views::Image& i) {
-          out.kind = LayoutKind::symbol;
-          out.symbolName = i.systemName;
-          out.symbolFont = fontDescription(in);
-          out.symbolScale = static_cast<SymbolScale>(static_cast<int>(in.imageScale));
-          out.foreground = foregroundPaint(in, in.foreground);
-          out.secondaryForeground = in.secondaryForeground
-              ? foregroundPaint(in, in.secondaryForeground)
-              : Paint::solid(hierarchical(views::HierarchicalShapeStyle::secondary));
-        },
-        [&](const views::Circle&) { shape(out, ShapeKind::circle, in); },
-        [&](const views::Capsule&) { shape(out, ShapeKind::capsule, in); },
-        [&](const views::ContainerRelativeShape&) { shape(out, ShapeKind::containerRelative, in); },
-        [&](const views::LinearGradient& g) {
-          out.kind = LayoutKind::shape;
-          out.fill = gradientPaint(g);
-        },
-        [&](const views::Color& c) {
-          out.kind = LayoutKind::shape;
-          out.fill = resolveStyle(c);
-        },
-        [&](const views::Spacer& s) {
-          out.kind = LayoutKind::spacer;
-          out.spacerMinLength = s.minLength;
-        },
-        [&](const views::Link& l) {
-          out.kind = LayoutKind::link;
-          out.url = l.destination;
-          for (const auto& c : l.children) out.children.push_back(convert(c, in));
-        },
-        [&](const views::AnyView& a) {
-          out.kind = LayoutKind::group;
-          for (const auto& c : a.children) out.children.push_back(convert(c, in));
-        },
-    }, node.kind);
+        node.kind);
     out.name = std::visit([](const auto& k) { return std::string(typeName(k)); }, node.kind);
     return out;
   }
@@ -203,7 +213,10 @@ class Adapter {
   template <typename K>
   static std::string_view typeName(const K& kind) {
     if constexpr (requires { K::type; }) return K::type;
-    else { (void)kind; return std::is_same_v<K, views::Color> ? "Color" : "LinearGradient"; }
+    else {
+      (void)kind;
+      return std::is_same_v<K, views::Color> ? "Color" : "LinearGradient";
+    }
   }
 
   void shape(LayoutNode& out, ShapeKind kind, const Inherited& in) const {
@@ -215,28 +228,38 @@ class Adapter {
   // Settings modifier `m` passes down to what it modifies.
   static void inherit(Inherited& in, const views::Modifier& m) {
     std::visit(views::Overload{
-        [&](const mods::Font& f) { in.font = f.font; },
-        [&](const mods::FontWeight& f) { in.weight = f.weight; },
-        [&](const mods::ForegroundColor& f) {
-          in.foreground = f.color;
-          in.customForeground = f.color;
-          in.secondaryForeground.reset();
-        },
-        [&](const mods::ForegroundStyle& f) {
-          in.foreground = f.primary;
-          in.secondaryForeground = f.secondary;
-          if (!std::holds_alternative<views::HierarchicalShapeStyle>(f.primary)) in.customForeground = f.primary;
-        },
-        [&](const mods::LineLimit& l) { in.lineLimit = l.lines; },
-        [&](const mods::ImageScale& s) { in.imageScale = s.scale; },
-        [&](const mods::PrivacySensitive& p) { in.privacySensitive = p.sensitive; },
-        // Layout and drawing modifiers pass nothing down; apply() handles them.
-        [](const mods::Padding&) {}, [](const mods::Offset&) {}, [](const mods::Frame&) {},
-        [](const mods::FlexFrame&) {}, [](const mods::Background&) {}, [](const mods::Overlay&) {},
-        [](const mods::ContainerBackground&) {}, [](const mods::WidgetURL&) {}, [](const mods::ButtonStyle&) {},
-        [](const mods::Resizable&) {}, [](const mods::Fill&) {}, [](const mods::StrokeBorder&) {},
-        [](const mods::Opacity&) {},
-    }, m.kind);
+                   [&](const mods::Font& f) { in.font = f.font; },
+                   [&](const mods::FontWeight& f) { in.weight = f.weight; },
+                   [&](const mods::ForegroundColor& f) {
+                     in.foreground = f.color;
+                     in.customForeground = f.color;
+                     in.secondaryForeground.reset();
+                   },
+                   [&](const mods::ForegroundStyle& f) {
+                     in.foreground = f.primary;
+                     in.secondaryForeground = f.secondary;
+                     if (!std::holds_alternative<views::HierarchicalShapeStyle>(f.primary))
+                       in.customForeground = f.primary;
+                   },
+                   [&](const mods::LineLimit& l) { in.lineLimit = l.lines; },
+                   [&](const mods::ImageScale& s) { in.imageScale = s.scale; },
+                   [&](const mods::PrivacySensitive& p) { in.privacySensitive = p.sensitive; },
+                   // Layout and drawing modifiers pass nothing down; apply() handles them.
+                   [](const mods::Padding&) {},
+                   [](const mods::Offset&) {},
+                   [](const mods::Frame&) {},
+                   [](const mods::FlexFrame&) {},
+                   [](const mods::Background&) {},
+                   [](const mods::Overlay&) {},
+                   [](const mods::ContainerBackground&) {},
+                   [](const mods::WidgetURL&) {},
+                   [](const mods::ButtonStyle&) {},
+                   [](const mods::Resizable&) {},
+                   [](const mods::Fill&) {},
+                   [](const mods::StrokeBorder&) {},
+                   [](const mods::Opacity&) {},
+               },
+               m.kind);
   }
 
   LayoutNode wrap(LayoutKind kind, LayoutNode child, std::string name) const {
@@ -257,92 +280,98 @@ class Adapter {
       inherit(scopes[i], modifiers[i]);
     }
     LayoutNode current = leaf(node, scopes[0]);
-    for (std::size_t i = 0; i < modifiers.size(); ++i)
-      current = apply(std::move(current), modifiers[i], scopes[i + 1]);
+    for (std::size_t i = 0; i < modifiers.size(); ++i) current = apply(std::move(current), modifiers[i], scopes[i + 1]);
     return current;
   }
 
   LayoutNode apply(LayoutNode current, const views::Modifier& m, const Inherited& outside) {
     return std::visit(views::Overload{
-        [&](const mods::Padding& p) {
-          const double amount = p.length.value_or(constants::kDefaultPadding);
-          LayoutNode out = wrap(LayoutKind::padding, std::move(current), "padding");
-          out.insets = {p.edges.contains(views::Edge::top) ? amount : 0, p.edges.contains(views::Edge::leading) ? amount : 0,
-                        p.edges.contains(views::Edge::bottom) ? amount : 0, p.edges.contains(views::Edge::trailing) ? amount : 0};
-          return out;
-        },
-        [&](const mods::Offset& o) {
-          LayoutNode out = wrap(LayoutKind::offset, std::move(current), "offset");
-          out.offset = {o.x, o.y};
-          return out;
-        },
-        [&](const mods::Frame& f) {
-          LayoutNode out = wrap(LayoutKind::frame, std::move(current), "frame");
-          out.frame.width = f.width;
-          out.frame.height = f.height;
-          out.alignment = toAlignment(f.alignment);
-          return out;
-        },
-        [&](const mods::FlexFrame& f) {
-          LayoutNode out = wrap(LayoutKind::flexibleFrame, std::move(current), "frame");
-          const auto& s = f.frame;
-          out.frame = {.minWidth = s.minWidth, .idealWidth = s.idealWidth, .maxWidth = s.maxWidth,
-                       .minHeight = s.minHeight, .idealHeight = s.idealHeight, .maxHeight = s.maxHeight};
-          out.alignment = toAlignment(s.alignment);
-          return out;
-        },
-        [&](const mods::Background& b) {
-          LayoutNode out = wrap(LayoutKind::background, std::move(current), "background");
-          out.alignment = toAlignment(b.alignment);
-          out.children.push_back(convert(b.content, outside));
-          return out;
-        },
-        [&](const mods::Overlay& o) {
-          LayoutNode out = wrap(LayoutKind::overlay, std::move(current), "overlay");
-          out.alignment = toAlignment(o.alignment);
-          out.children.push_back(convert(o.content, outside));
-          return out;
-        },
-        [&](const mods::ContainerBackground& c) {
-          LayoutNode background = convert(c.content, outside);
-          background.isContainerBackground = true;
-          containerBackground_ = std::move(background);
-          return std::move(current);
-        },
-        [&](const mods::WidgetURL& w) {
-          widgetURL_ = w.url;
-          return std::move(current);
-        },
-        [&](const mods::Resizable&) {
-          current.resizable = true;
-          return std::move(current);
-        },
-        [&](const mods::Fill& f) {
-          current.fill = resolveStyle(f.style);
-          return std::move(current);
-        },
-        [&](const mods::StrokeBorder& s) {
-          if (current.stroke || current.fill != Paint::none()) current.fill = Paint::none();
-          current.strokePaint = resolveStyle(s.style);
-          current.stroke = Stroke{s.strokeStyle, /*inset=*/true};
-          return std::move(current);
-        },
-        [&](const mods::Opacity& o) {
-          LayoutNode out = wrap(LayoutKind::group, std::move(current), "opacity");
-          out.opacity = o.opacity;
-          return out;
-        },
-        // Settings reach the leaves through inherit(); a plain button style
-        // draws its label as it is.
-        [&](const mods::Font&) { return std::move(current); },
-        [&](const mods::FontWeight&) { return std::move(current); },
-        [&](const mods::ForegroundColor&) { return std::move(current); },
-        [&](const mods::ForegroundStyle&) { return std::move(current); },
-        [&](const mods::PrivacySensitive&) { return std::move(current); },
-        [&](const mods::LineLimit&) { return std::move(current); },
-        [&](const mods::ImageScale&) { return std::move(current); },
-        [&](const mods::ButtonStyle&) { return std::move(current); },
-    }, m.kind);
+                          [&](const mods::Padding& p) {
+                            const double amount = p.length.value_or(constants::kDefaultPadding);
+                            LayoutNode out = wrap(LayoutKind::padding, std::move(current), "padding");
+                            out.insets = {p.edges.contains(views::Edge::top) ? amount : 0,
+                                          p.edges.contains(views::Edge::leading) ? amount : 0,
+                                          p.edges.contains(views::Edge::bottom) ? amount : 0,
+                                          p.edges.contains(views::Edge::trailing) ? amount : 0};
+                            return out;
+                          },
+                          [&](const mods::Offset& o) {
+                            LayoutNode out = wrap(LayoutKind::offset, std::move(current), "offset");
+                            out.offset = {o.x, o.y};
+                            return out;
+                          },
+                          [&](const mods::Frame& f) {
+                            LayoutNode out = wrap(LayoutKind::frame, std::move(current), "frame");
+                            out.frame.width = f.width;
+                            out.frame.height = f.height;
+                            out.alignment = toAlignment(f.alignment);
+                            return out;
+                          },
+                          [&](const mods::FlexFrame& f) {
+                            LayoutNode out = wrap(LayoutKind::flexibleFrame, std::move(current), "frame");
+                            const auto& s = f.frame;
+                            out.frame = {.minWidth = s.minWidth,
+                                         .idealWidth = s.idealWidth,
+                                         .maxWidth = s.maxWidth,
+                                         .minHeight = s.minHeight,
+                                         .idealHeight = s.idealHeight,
+                                         .maxHeight = s.maxHeight};
+                            out.alignment = toAlignment(s.alignment);
+                            return out;
+                          },
+                          [&](const mods::Background& b) {
+                            LayoutNode out = wrap(LayoutKind::background, std::move(current), "background");
+                            out.alignment = toAlignment(b.alignment);
+                            out.children.push_back(convert(b.content, outside));
+                            return out;
+                          },
+                          [&](const mods::Overlay& o) {
+                            LayoutNode out = wrap(LayoutKind::overlay, std::move(current), "overlay");
+                            out.alignment = toAlignment(o.alignment);
+                            out.children.push_back(convert(o.content, outside));
+                            return out;
+                          },
+                          [&](const mods::ContainerBackground& c) {
+                            LayoutNode background = convert(c.content, outside);
+                            background.isContainerBackground = true;
+                            containerBackground_ = std::move(background);
+                            return std::move(current);
+                          },
+                          [&](const mods::WidgetURL& w) {
+                            widgetURL_ = w.url;
+                            return std::move(current);
+                          },
+                          [&](const mods::Resizable&) {
+                            current.resizable = true;
+                            return std::move(current);
+                          },
+                          [&](const mods::Fill& f) {
+                            current.fill = resolveStyle(f.style);
+                            return std::move(current);
+                          },
+                          [&](const mods::StrokeBorder& s) {
+                            if (current.stroke || current.fill != Paint::none()) current.fill = Paint::none();
+                            current.strokePaint = resolveStyle(s.style);
+                            current.stroke = Stroke{s.strokeStyle, /*inset=*/true};
+                            return std::move(current);
+                          },
+                          [&](const mods::Opacity& o) {
+                            LayoutNode out = wrap(LayoutKind::group, std::move(current), "opacity");
+                            out.opacity = o.opacity;
+                            return out;
+                          },
+                          // Settings reach the leaves through inherit(); a plain button style
+                          // draws its label as it is.
+                          [&](const mods::Font&) { return std::move(current); },
+                          [&](const mods::FontWeight&) { return std::move(current); },
+                          [&](const mods::ForegroundColor&) { return std::move(current); },
+                          [&](const mods::ForegroundStyle&) { return std::move(current); },
+                          [&](const mods::PrivacySensitive&) { return std::move(current); },
+                          [&](const mods::LineLimit&) { return std::move(current); },
+                          [&](const mods::ImageScale&) { return std::move(current); },
+                          [&](const mods::ButtonStyle&) { return std::move(current); },
+                      },
+                      m.kind);
   }
 
   const views::Environment& env_;

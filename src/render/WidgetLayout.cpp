@@ -48,15 +48,16 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
   if (!widget->adapted.containerBackground && widget->homeScreenFamily)
     widget->defaultBackground = systemBackground(context.env.colorScheme);
 
-  const double margin = !modern ? 0
-                      : widget->homeScreenFamily ? constants::kHomeScreenContentMargin
-                                                 : constants::kAccessoryContentMargin;
+  const double margin = !modern                    ? 0
+                        : widget->homeScreenFamily ? constants::kHomeScreenContentMargin
+                                                   : constants::kAccessoryContentMargin;
   // Positions snap to the phone's pixel grid, whatever scale the output is drawn at,
   // so that every output and every tap sees the same geometry.
   LayoutEngine engine(measurer, context.device.scale);
   const Size full = widget->size;
   const LayoutNode* background = widget->adapted.containerBackground ? &*widget->adapted.containerBackground
-                                 : widget->defaultBackground ? &*widget->defaultBackground : nullptr;
+                                 : widget->defaultBackground         ? &*widget->defaultBackground
+                                                                     : nullptr;
   if (background) {
     const Size s = engine.sizeThatFits(*background, ProposedSize::of(full));
     widget->background = engine.layout(*background, ProposedSize::of(full),

@@ -79,17 +79,14 @@ class Painter {
 
   bool setPaint(const Paint& paint, Rect rect, bool accent) {
     switch (paint.kind) {
-      case Paint::Kind::none:
-        return false;
-      case Paint::Kind::solid:
-        setColor(cr_, tone(paint.color, accent));
-        return paint.color.alpha > 0;
+      case Paint::Kind::none: return false;
+      case Paint::Kind::solid: setColor(cr_, tone(paint.color, accent)); return paint.color.alpha > 0;
       case Paint::Kind::linearGradient: {
         // Unit points name leading and trailing, which swap under right to left.
         const auto across = [&](double x) { return rect.x + (widget_.rightToLeft ? 1 - x : x) * rect.width; };
-        cairo_pattern_t* pattern = cairo_pattern_create_linear(
-            across(paint.start.x), rect.y + paint.start.y * rect.height,
-            across(paint.end.x), rect.y + paint.end.y * rect.height);
+        cairo_pattern_t* pattern = cairo_pattern_create_linear(across(paint.start.x),
+                                                               rect.y + paint.start.y * rect.height,
+                                                               across(paint.end.x), rect.y + paint.end.y * rect.height);
         for (const auto& stop : paint.stops) {
           const Rgba c = tone(stop.color, accent);
           cairo_pattern_add_color_stop_rgba(pattern, stop.location, c.red, c.green, c.blue, c.alpha);
@@ -112,7 +109,8 @@ class Painter {
     const LayoutNode& node = *box.node;
     accent = accent || node.accentable;
     cairo_save(cr_);
-    if (node.kind == LayoutKind::offset) cairo_translate(cr_, widget_.rightToLeft ? -node.offset.x : node.offset.x, node.offset.y);
+    if (node.kind == LayoutKind::offset)
+      cairo_translate(cr_, widget_.rightToLeft ? -node.offset.x : node.offset.x, node.offset.y);
     const bool grouped = node.opacity < 1;
     if (grouped) cairo_push_group(cr_);
     switch (node.kind) {
@@ -136,8 +134,7 @@ class Painter {
       case LayoutKind::overlay:
       case LayoutKind::offset:
       case LayoutKind::link:
-      case LayoutKind::group:
-        break;
+      case LayoutKind::group: break;
     }
     paintChildren(box, accent);
     if (grouped) {
@@ -159,7 +156,8 @@ class Painter {
   void paintShape(const LayoutBox& box, bool accent) {
     const LayoutNode& node = *box.node;
     const double radius = node.shape == ShapeKind::containerRelative
-        ? containerRelativeRadius(box.frame, widget_.size, widget_.cornerRadius) : node.cornerRadius;
+                              ? containerRelativeRadius(box.frame, widget_.size, widget_.cornerRadius)
+                              : node.cornerRadius;
     if (setPaint(node.fill, box.frame, accent)) {
       appendShapePath(cr_, node.shape, box.frame, radius);
       cairo_fill(cr_);
@@ -220,8 +218,7 @@ class Painter {
 
 Rgba colorForMode(Rgba color, views::WidgetRenderingMode mode, bool accentGroup) {
   switch (mode) {
-    case views::WidgetRenderingMode::fullColor:
-      return color;
+    case views::WidgetRenderingMode::fullColor: return color;
     case views::WidgetRenderingMode::vibrant: {
       const double luma = 0.2126 * linearized(color.red) + 0.7152 * linearized(color.green) +
                           0.0722 * linearized(color.blue);

@@ -43,8 +43,12 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 EntryPainter::EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
                            render::DeviceProfile device, std::filesystem::path output,
                            const render::DrawingFunctions& drawing)
-    : worker_(worker), settings_(std::move(settings)), environment_(std::move(environment)),
-      device_(std::move(device)), output_(std::move(output)), drawing_(drawing) {}
+    : worker_(worker),
+      settings_(std::move(settings)),
+      environment_(std::move(environment)),
+      device_(std::move(device)),
+      output_(std::move(output)),
+      drawing_(drawing) {}
 
 std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::string& kind, platform::Date entryDate,
                                                                      platform::Date at, int sequence) {

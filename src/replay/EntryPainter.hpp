@@ -6,10 +6,10 @@
 #include <variant>
 #include <vector>
 
+#include "pages/EntryPictures.hpp"
 #include "platform/Date.hpp"
 #include "render/DeviceProfile.hpp"
 #include "render/DrawingFunctions.hpp"
-#include "pages/EntryPictures.hpp"
 #include "render/HitTest.hpp"
 #include "views/Environment.hpp"
 #include "worker/WidgetWorker.hpp"

@@ -28,8 +28,7 @@ void Simulation::run(const SimulationPlan& plan) {
 
 // Everything due before the notes' moment is shown and drawn on the journal as
 // it was; then the notes of that moment are saved together and the app reloads.
-void Simulation::writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes,
-                              std::size_t& next) {
+void Simulation::writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes, std::size_t& next) {
   const auto at = notes[next].at;
   widgetHost.advanceTo(at);
   handleHeardEvents();

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "replay/EntryPainter.hpp"
+#include "host/WidgetHost.hpp"
 #include "pages/Filmstrip.hpp"
+#include "replay/EntryPainter.hpp"
 #include "replay/NoteEvents.hpp"
 #include "replay/PrivateJournal.hpp"
 #include "replay/SimulationLog.hpp"
-#include "host/WidgetHost.hpp"
 
 namespace quillan::replay {
 

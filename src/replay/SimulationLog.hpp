@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "pages/EntryPictures.hpp"
 #include "host/SchedulerEvent.hpp"
+#include "pages/EntryPictures.hpp"
 #include "platform/TimeZone.hpp"
 
 namespace quillan::replay {

@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <optional>
 
-#include "server/RequestError.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
+#include "server/RequestError.hpp"
 
 namespace quillan::server {
 namespace {
@@ -19,7 +19,8 @@ void checkNames(const QueryParameters& query, std::initializer_list<const char*>
   for (auto at = query.begin(); at != query.end(); at = query.upper_bound(at->first)) {
     const auto& name = at->first;
     if (query.count(name) > 1) throw badValue("query", "parameter given more than once", name);
-    const bool known = isSettingKey(name) || std::any_of(own.begin(), own.end(), [&](const char* mine) { return name == mine; });
+    const bool known = isSettingKey(name) ||
+                       std::any_of(own.begin(), own.end(), [&](const char* mine) { return name == mine; });
     if (!known) throw badValue("query", "unknown parameter", name);
   }
 }

@@ -14,14 +14,14 @@ namespace {
 std::optional<std::size_t> headEnd(std::string_view buffered) {
   const auto crlf = buffered.find("\r\n\r\n");
   const auto lf = buffered.find("\n\n");
-  const auto end = std::min(crlf == std::string_view::npos ? crlf : crlf + 4, lf == std::string_view::npos ? lf : lf + 2);
+  const auto end = std::min(crlf == std::string_view::npos ? crlf : crlf + 4,
+                            lf == std::string_view::npos ? lf : lf + 2);
   if (end == std::string_view::npos) return std::nullopt;
   return end;
 }
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
-  return text.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), text.begin(), [](char a, char b) {
+  return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(), [](char a, char b) {
            return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
          });
 }

@@ -15,7 +15,8 @@ constexpr const char* kExpected = R"(clock: expected {"now": ISO-8601}, {"live":
 
 host::ClockChange fromMember(const std::string& key, const nlohmann::json& value) {
   if (key == "now") {
-    if (!value.is_string()) throw RequestError("now: expected an ISO-8601 date with offset, e.g. 2026-11-22T08:30:00+01:00");
+    if (!value.is_string())
+      throw RequestError("now: expected an ISO-8601 date with offset, e.g. 2026-11-22T08:30:00+01:00");
     const auto text = value.get<std::string>();
     const auto date = platform::ISO8601::parse(text);
     if (!date) throw badValue("now", "not an ISO-8601 date with offset", text, "e.g. 2026-11-22T08:30:00+01:00");

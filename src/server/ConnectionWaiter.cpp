@@ -176,7 +176,8 @@ void ConnectionWaiter::expire(std::chrono::steady_clock::time_point now) {
 
 int ConnectionWaiter::pollTimeout() const {
   if (waiting_.empty()) return -1;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(waiting_.front().deadline - std::chrono::steady_clock::now());
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(waiting_.front().deadline -
+                                                                 std::chrono::steady_clock::now());
   return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
 }
 

@@ -19,8 +19,7 @@ std::uint64_t EventHub::nextSequence() const {
 
 std::optional<EventHub::Event> EventHub::next(std::uint64_t sequence, std::chrono::milliseconds timeout) {
   std::unique_lock lock(mutex_);
-  const bool arrived =
-      published_.wait_for(lock, timeout, [&] { return closed_ || sequence < nextSequence_; });
+  const bool arrived = published_.wait_for(lock, timeout, [&] { return closed_ || sequence < nextSequence_; });
   if (!arrived || closed_) return std::nullopt;
   for (const auto& event : events_) {
     if (event.sequence >= sequence) return event;

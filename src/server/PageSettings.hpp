@@ -17,7 +17,7 @@ namespace quillan::server {
 using PageSettings = host::HostEnvironment;
 
 // The keys a render request or POST /api/environment may set.
-inline constexpr const char* kSettingKeys[] = {"colorScheme",     "renderingMode", "locale",      "timeZone",
+inline constexpr const char* kSettingKeys[] = {"colorScheme",     "renderingMode",   "locale",      "timeZone",
                                                "platformVersion", "layoutDirection", "dynamicType", "device",
                                                "scale",           "redacted"};
 

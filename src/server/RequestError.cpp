@@ -25,8 +25,7 @@ std::string printable(std::string_view value) {
 
 }  // namespace
 
-RequestError badValue(std::string_view name, std::string_view problem, std::string_view value,
-                      std::string_view hint) {
+RequestError badValue(std::string_view name, std::string_view problem, std::string_view value, std::string_view hint) {
   std::string message = std::string(name) + ": " + std::string(problem) + " \"" + printable(value) + "\"";
   if (!hint.empty()) message += "; " + std::string(hint);
   return RequestError(message);

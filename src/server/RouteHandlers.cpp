@@ -40,7 +40,8 @@ nlohmann::json clockJson(const host::LiveHost& host) {
 // by guessing is refused instead.
 QueryParameters queryOf(const httplib::Request& request) {
   const auto mark = request.target.find('?');
-  return mark == std::string::npos ? QueryParameters() : parseQueryText(std::string_view(request.target).substr(mark + 1));
+  return mark == std::string::npos ? QueryParameters()
+                                   : parseQueryText(std::string_view(request.target).substr(mark + 1));
 }
 
 // The view tree and where its taps go, in points, as `tap` resolves them.
@@ -48,8 +49,11 @@ nlohmann::json pictureJson(const host::PlacedWidgetView& widget, const host::Ent
                            const render::RenderContext& context) {
   nlohmann::json regions = nlohmann::json::array();
   for (const auto& region : render::hitRegions(view.tree, context)) {
-    regions.push_back({{"x", region.rect.x}, {"y", region.rect.y}, {"width", region.rect.width},
-                       {"height", region.rect.height}, {"url", region.url}});
+    regions.push_back({{"x", region.rect.x},
+                       {"y", region.rect.y},
+                       {"width", region.rect.width},
+                       {"height", region.rect.height},
+                       {"url", region.url}});
   }
   return {{"kind", widget.state.kind},
           {"family", std::string(views::toString(widget.family))},

@@ -27,7 +27,8 @@ constexpr std::array kRoutes{
 std::span<const Route> routeTable() { return kRoutes; }
 
 const Route* routeOf(std::string_view path) {
-  const auto found = std::find_if(kRoutes.begin(), kRoutes.end(), [&](const Route& route) { return route.path == path; });
+  const auto found = std::find_if(kRoutes.begin(), kRoutes.end(),
+                                  [&](const Route& route) { return route.path == path; });
   return found == kRoutes.end() ? nullptr : &*found;
 }
 

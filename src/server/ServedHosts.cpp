@@ -60,7 +60,8 @@ ServedHosts::ServedHosts(const std::string& bindAddress, int port) {
 }
 
 bool ServedHosts::serves(std::string_view host) const {
-  return std::any_of(names_.begin(), names_.end(), [&](const std::string& name) { return sameIgnoringCase(host, name); });
+  return std::any_of(names_.begin(), names_.end(),
+                     [&](const std::string& name) { return sameIgnoringCase(host, name); });
 }
 
 bool ServedHosts::isOwnOrigin(std::string_view origin) const {

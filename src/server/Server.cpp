@@ -29,9 +29,14 @@ std::optional<std::string> headerOf(const httplib::Request& request, const char*
 }
 
 IncomingRequest incoming(const httplib::Request& request) {
-  IncomingRequest judged{request.method, request.path, {}, headerOf(request, "Origin"),
-                         headerOf(request, "Sec-Fetch-Site"), headerOf(request, "Content-Type"),
-                         headerOf(request, "Content-Length"), request.has_header("Transfer-Encoding")};
+  IncomingRequest judged{request.method,
+                         request.path,
+                         {},
+                         headerOf(request, "Origin"),
+                         headerOf(request, "Sec-Fetch-Site"),
+                         headerOf(request, "Content-Type"),
+                         headerOf(request, "Content-Length"),
+                         request.has_header("Transfer-Encoding")};
   for (std::size_t index = 0; index < request.get_header_value_count("Host"); ++index) {
     judged.hosts.push_back(request.get_header_value("Host", index));
   }
@@ -75,9 +80,9 @@ Server::Server(ServerOptions options) : options_(std::move(options)) {
   host::HostClock clock;
   if (options_.pinnedAt) clock.pin(*options_.pinnedAt);
   host_ = std::make_unique<host::LiveHost>(*timelines_, options_.settings, options_.scheduler, std::move(clock),
-                                     [this](const std::string& kind, std::uint64_t version) {
-                                       publishPicture(kind, version);
-                                     });
+                                           [this](const std::string& kind, std::uint64_t version) {
+                                             publishPicture(kind, version);
+                                           });
   handlers_ = std::make_unique<RouteHandlers>(*host_, *pictures_, events_);
 }
 
@@ -96,11 +101,10 @@ int Server::start() {
   started_ = true;
   host_->start();
   watcher_ = std::make_unique<host::JournalWatcher>(options_.journal, [this] { host_->appWrote(); });
-  healer_ = std::make_unique<host::ViewHealer>(*host_, *pictures_,
-                                               [this](const std::string& kind, std::uint64_t version) {
-                                                 events_.publish("widget",
-                                                                 jsonText({{"kind", kind}, {"version", version}}));
-                                               });
+  healer_ =
+      std::make_unique<host::ViewHealer>(*host_, *pictures_, [this](const std::string& kind, std::uint64_t version) {
+        events_.publish("widget", jsonText({{"kind", kind}, {"version", version}}));
+      });
   listener_ = std::thread([this] { http_->listen_after_bind(); });
   return port;
 }

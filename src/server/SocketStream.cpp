@@ -38,7 +38,8 @@ SocketStream::SocketStream(Connection& connection, std::chrono::steady_clock::ti
 
 bool SocketStream::waitReadable() const {
   for (;;) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(readDeadline_ - std::chrono::steady_clock::now());
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(readDeadline_ -
+                                                                            std::chrono::steady_clock::now());
     if (left.count() <= 0) return false;
     pollfd watched{connection_.socket, POLLIN, 0};
     const int ready = poll(&watched, 1, static_cast<int>(left.count()));

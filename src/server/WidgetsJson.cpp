@@ -10,8 +10,7 @@ nlohmann::json dateJson(const std::optional<platform::Date>& date, const platfor
   return date ? nlohmann::json(platform::ISO8601::format(*date, zone)) : nlohmann::json();
 }
 
-nlohmann::json policyJson(const std::optional<widgets::TimelineReloadPolicy>& policy,
-                          const platform::TimeZone& zone) {
+nlohmann::json policyJson(const std::optional<widgets::TimelineReloadPolicy>& policy, const platform::TimeZone& zone) {
   if (!policy) return nullptr;
   using Kind = widgets::TimelineReloadPolicy::Kind;
   nlohmann::json json;

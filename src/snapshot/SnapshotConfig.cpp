@@ -109,8 +109,8 @@ std::string localeProblem(const std::string& identifier) {
 }
 
 void readMatrix(const ConfigReader& reader, const Json& matrix, SnapshotConfig& config) {
-  reader.requireKeys(matrix, "matrix", {"kinds", "colorSchemes", "renderingModes", "platformVersions", "devices",
-                                        "locales"}, {});
+  reader.requireKeys(matrix, "matrix",
+                     {"kinds", "colorSchemes", "renderingModes", "platformVersions", "devices", "locales"}, {});
   config.kinds = reader.list(matrix["kinds"], "matrix.kinds", kindProblem);
   config.colorSchemes = reader.list(matrix["colorSchemes"], "matrix.colorSchemes", [](const std::string& name) {
     return enumProblem<views::ColorScheme>(name, "color scheme");
@@ -175,9 +175,8 @@ SnapshotConfig defaultSnapshotConfig(const std::optional<std::filesystem::path>&
       std::filesystem::absolute(groupContainer.value_or(platform::FileManager::defaultGroupContainerDirectory()));
   const auto now = platform::Clock::now();
   const auto zone = platform::TimeZone::current();
-  config.now = platform::ISO8601::format(platform::Date::fromReferenceSeconds(
-                                             std::floor(now.timeIntervalSinceReferenceDate())),
-                                         zone);
+  config.now = platform::ISO8601::format(
+      platform::Date::fromReferenceSeconds(std::floor(now.timeIntervalSinceReferenceDate())), zone);
   config.timeZone = zone.identifier();
   config.seed = seed.value_or(kDefaultSeed);
   for (const auto& widget : bundle::TimelineWidgetBundle::body()) config.kinds.push_back(widget.kind);

@@ -2,10 +2,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
-
-#include <optional>
 
 namespace quillan::snapshot {
 

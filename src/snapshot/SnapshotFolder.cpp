@@ -1,9 +1,9 @@
 #include "snapshot/SnapshotFolder.hpp"
 
-#include "snapshot/ReplacedFile.hpp"
 #include "hosting/UsageError.hpp"
 #include "render/DrawingFunctions.hpp"
 #include "render/PixelImage.hpp"
+#include "snapshot/ReplacedFile.hpp"
 
 namespace quillan::snapshot {
 namespace {

@@ -10,7 +10,7 @@
 namespace quillan::render {
 struct PixelImage;
 struct DrawingFunctions;
-}
+}  // namespace quillan::render
 
 namespace quillan::snapshot {
 

@@ -59,9 +59,8 @@ std::optional<std::string> pictureProblem(const render::ImageComparison& compari
            " pixels, the recording " + std::to_string(reference.width) + "x" + std::to_string(reference.height);
   }
   if (comparison.passes(tolerance.precision)) return std::nullopt;
-  return std::to_string(comparison.matchingCount) + " of " + std::to_string(comparison.pixelCount) +
-         " pixels match (" + percent(comparison.matchingShare()) + "), fewer than the precision " +
-         percent(tolerance.precision);
+  return std::to_string(comparison.matchingCount) + " of " + std::to_string(comparison.pixelCount) + " pixels match (" +
+         percent(comparison.matchingShare()) + "), fewer than the precision " + percent(tolerance.precision);
 }
 
 }  // namespace

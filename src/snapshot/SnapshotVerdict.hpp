@@ -3,16 +3,16 @@
 #include <optional>
 #include <string>
 
+#include "render/PixelImage.hpp"
 #include "snapshot/SnapshotCase.hpp"
 #include "snapshot/SnapshotFolder.hpp"
 #include "snapshot/SnapshotRenderer.hpp"
-#include "render/PixelImage.hpp"
 
 namespace quillan::snapshot {
 
 // How close a new picture must be to its recording to pass.
 struct SnapshotTolerance {
-  double precision = 1.0;             // share of pixels that must match
+  double precision = 1.0;            // share of pixels that must match
   double perceptualPrecision = 1.0;  // 1 - ΔE / 100 a pixel may differ by and match
 };
 

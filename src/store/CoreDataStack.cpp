@@ -54,8 +54,7 @@ bool sameFile(const platform::URL& a, const platform::URL& b) {
 }
 
 // The move is tried once: the legacy file goes whether or not migrating worked.
-void moveLegacyStore(PersistentContainer& container, const platform::URL& legacyURL,
-                     const platform::URL& storeURL) {
+void moveLegacyStore(PersistentContainer& container, const platform::URL& legacyURL, const platform::URL& storeURL) {
   if (legacyURL.absoluteString() == storeURL.absoluteString() || sameFile(legacyURL, storeURL)) return;
   auto& coordinator = container.persistentStoreCoordinator();
   auto legacyStore = coordinator.persistentStore(legacyURL);

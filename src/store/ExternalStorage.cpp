@@ -48,8 +48,8 @@ std::filesystem::path externalDataDirectory(const std::filesystem::path& storePa
   return storePath.parent_path() / folder / "_EXTERNAL_DATA";
 }
 
-std::optional<std::vector<std::uint8_t>> decodeExternalStorageValue(
-    const std::vector<std::uint8_t>& stored, const std::filesystem::path& storePath) {
+std::optional<std::vector<std::uint8_t>> decodeExternalStorageValue(const std::vector<std::uint8_t>& stored,
+                                                                    const std::filesystem::path& storePath) {
   if (stored.empty()) return stored;
   if (stored.front() == kInlineTag) return std::vector<std::uint8_t>(stored.begin() + 1, stored.end());
   if (stored.front() != kExternalFileTag) return stored;

@@ -11,8 +11,8 @@ namespace quillan::store {
 // bytes inline, or 0x02 and the UUID of a file in the store's external-data
 // folder. Values without a tag are the raw bytes. A missing external file is
 // "no data", as after a partial copy or restore.
-std::optional<std::vector<std::uint8_t>> decodeExternalStorageValue(
-    const std::vector<std::uint8_t>& stored, const std::filesystem::path& storePath);
+std::optional<std::vector<std::uint8_t>> decodeExternalStorageValue(const std::vector<std::uint8_t>& stored,
+                                                                    const std::filesystem::path& storePath);
 
 // <store dir>/.<store name without extension>_SUPPORT/_EXTERNAL_DATA
 std::filesystem::path externalDataDirectory(const std::filesystem::path& storePath);

@@ -39,8 +39,7 @@ std::string comparisonClause(const Predicate& predicate, const EntityTable& tabl
   return name + sqlOperator(predicate.comparison()) + "?";
 }
 
-std::string clause(const Predicate& predicate, const EntityTable& table,
-                   std::vector<Predicate::Value>& bindings) {
+std::string clause(const Predicate& predicate, const EntityTable& table, std::vector<Predicate::Value>& bindings) {
   switch (predicate.kind()) {
     case Predicate::Kind::comparison: return comparisonClause(predicate, table, bindings);
     case Predicate::Kind::dateRange: {
@@ -92,12 +91,11 @@ std::string allColumns(const EntityDescription& entity, const EntityTable& table
 
 }  // namespace
 
-FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
-                       const EntityTable& table)
+FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity, const EntityTable& table)
     : FetchQuery(request, table, allColumns(entity, table), "") {}
 
-FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
-                       const EntityTable& table, std::size_t judgedAttribute, const std::string& test)
+FetchQuery::FetchQuery(const FetchSpecification& request, const EntityDescription& entity, const EntityTable& table,
+                       std::size_t judgedAttribute, const std::string& test)
     : FetchQuery(request, table, "",
                  " AND " + test + "(" + selectedColumn(entity.attributes.at(judgedAttribute), table) + ")") {}
 

@@ -23,8 +23,7 @@ class InvalidFetchRequest : public std::invalid_argument {
 // order) and limited. Every value is bound, every column checked.
 class FetchQuery {
  public:
-  FetchQuery(const FetchSpecification& request, const EntityDescription& entity,
-             const EntityTable& table);
+  FetchQuery(const FetchSpecification& request, const EntityDescription& entity, const EntityTable& table);
   // The Z_PK of the rows, in the same order, for which the SQL function
   // `test` says yes of the column of one attribute: a scan that judges rows
   // by that value reads nothing else and returns only what it keeps.

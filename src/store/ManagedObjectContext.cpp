@@ -67,8 +67,7 @@ std::size_t attributeIndex(const EntityDescription& entity, std::string_view att
 }  // namespace
 
 ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStoreCoordinator> coordinator)
-    : coordinator_(std::move(coordinator)),
-      executor_(std::make_shared<SqliteBatchDeleteExecutor>()) {}
+    : coordinator_(std::move(coordinator)), executor_(std::make_shared<SqliteBatchDeleteExecutor>()) {}
 
 std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpecification& request,
                                                                  const EntityDescription& entity,
@@ -149,8 +148,8 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
   }
 }
 
-std::shared_ptr<ManagedObject> ManagedObjectContext::materialize(const EntityDescription& entity,
-                                                                 Registry& registry, std::int64_t primaryKey,
+std::shared_ptr<ManagedObject> ManagedObjectContext::materialize(const EntityDescription& entity, Registry& registry,
+                                                                 std::int64_t primaryKey,
                                                                  std::vector<StoredValue>& values) {
   auto& slot = registry[primaryKey];
   auto object = slot.lock();
@@ -185,8 +184,8 @@ std::shared_ptr<ManagedObject> ManagedObjectContext::registeredObject(const Obje
   return object == found->second.end() ? nullptr : object->second.lock();
 }
 
-std::optional<std::vector<std::uint8_t>> ManagedObjectContext::binaryValue(
-    const ObjectID& id, std::string_view attribute) const {
+std::optional<std::vector<std::uint8_t>> ManagedObjectContext::binaryValue(const ObjectID& id,
+                                                                           std::string_view attribute) const {
   if (coordinator_->persistentStores().empty()) return std::nullopt;
   const auto& store = *coordinator_->persistentStores().front();
   try {
@@ -195,8 +194,7 @@ std::optional<std::vector<std::uint8_t>> ManagedObjectContext::binaryValue(
     const auto* table = snapshot->model().entity(id.entityName);
     const auto column = StoreModel::storeName(attribute);
     if (!table || !table->hasColumn(column)) return std::nullopt;
-    auto statement =
-        snapshot->database().prepare("SELECT " + column + " FROM " + table->tableName + " WHERE Z_PK = ?");
+    auto statement = snapshot->database().prepare("SELECT " + column + " FROM " + table->tableName + " WHERE Z_PK = ?");
     statement.bind(1, id.primaryKey);
     if (!statement.step() || statement.isNull(0)) return std::nullopt;
     const auto stored = statement.blob(0);
@@ -228,8 +226,7 @@ void ManagedObjectContext::mergeChanges(const ChangeDictionary& changes,
 }
 
 void ManagedObjectContext::typeMismatch(const std::string& fetched, const std::string& expected) {
-  platform::fatalError(kTypeMismatchSource,
-                       "Could not cast value of type '" + fetched + "' to '" + expected + "'.");
+  platform::fatalError(kTypeMismatchSource, "Could not cast value of type '" + fetched + "' to '" + expected + "'.");
 }
 
 }  // namespace quillan::store

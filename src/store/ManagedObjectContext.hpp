@@ -57,16 +57,14 @@ class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectCo
   // A binary attribute, read from the store only now (fetches never read one).
   // Empty when the row, the column or the value is absent, or when the data
   // lives in an external file that is missing.
-  std::optional<std::vector<std::uint8_t>> binaryValue(const ObjectID& id,
-                                                       std::string_view attribute) const;
+  std::optional<std::vector<std::uint8_t>> binaryValue(const ObjectID& id, std::string_view attribute) const;
 
   // The object a to-one key points at; empty for a dangling key.
   template <typename T>
   std::shared_ptr<T> object(std::int64_t primaryKey);
   // The objects whose to-one `attribute` points at `primaryKey` (a to-many's inverse).
   template <typename T>
-  std::vector<std::shared_ptr<T>> objectsPointingAt(const std::string& attribute,
-                                                    std::int64_t primaryKey);
+  std::vector<std::shared_ptr<T>> objectsPointingAt(const std::string& attribute, std::int64_t primaryKey);
 
   Result<PersistentStoreResult> execute(const BatchDeleteRequest& request);
   // Executes a batch delete and merges the deleted ids into this context.

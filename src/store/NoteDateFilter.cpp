@@ -22,8 +22,8 @@ Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectCont
   return context.fetch(Note::fetchRequest(), "date", byDate(keep));
 }
 
-Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context,
-                                                               NoteDateWindow window, const NoteDateTest& keep) {
+Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, NoteDateWindow window,
+                                                               const NoteDateTest& keep) {
   auto request = Note::fetchRequest();
   request.predicate = Predicate::dateRangeOrUndated("date", window.lower, window.upper);
   return context.fetch(request, "date", byDate(keep));

@@ -34,15 +34,14 @@ struct NoteDateWindow {
 // keeps a few notes costs a few objects however large the journal.
 // `keep` sees every note's date in store order, absent ones included, so a
 // test that stops the process on an absent date stops here as it would there.
-Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context,
-                                                               const NoteDateTest& keep);
+Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, const NoteDateTest& keep);
 
 // The same, read only near `window`: notes dated outside it are passed over in
 // the store without asking `keep`, which the caller vouches answers false
 // there. Notes whose date is NULL, or stored as anything but a number, are
 // still handed to `keep` wherever they are (decoded as a full fetch decodes
 // them), so the process stops at an absent date as the literal filter would.
-Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context,
-                                                               NoteDateWindow window, const NoteDateTest& keep);
+Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, NoteDateWindow window,
+                                                               const NoteDateTest& keep);
 
 }  // namespace quillan::store

@@ -25,9 +25,7 @@ const EntityDescription& NoteRecording::entityDescription() {
   return description;
 }
 
-FetchRequest<NoteRecording> NoteRecording::fetchRequest() {
-  return FetchRequest<NoteRecording>(kEntityName);
-}
+FetchRequest<NoteRecording> NoteRecording::fetchRequest() { return FetchRequest<NoteRecording>(kEntityName); }
 
 NoteRecording::NoteRecording(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}

@@ -20,8 +20,7 @@ namespace quillan::store {
 // extension's application-support folder).
 class PersistentContainer {
  public:
-  using LoadCompletion =
-      std::function<void(const PersistentStoreDescription&, const std::optional<platform::Error>&)>;
+  using LoadCompletion = std::function<void(const PersistentStoreDescription&, const std::optional<platform::Error>&)>;
 
   explicit PersistentContainer(std::string name);
   PersistentContainer(const PersistentContainer&) = delete;

@@ -4,8 +4,7 @@
 
 namespace quillan::store {
 
-PersistentStore::PersistentStore(platform::URL url, std::string type)
-    : url_(std::move(url)), type_(std::move(type)) {}
+PersistentStore::PersistentStore(platform::URL url, std::string type) : url_(std::move(url)), type_(std::move(type)) {}
 
 std::unique_ptr<StoreSnapshot> PersistentStore::snapshot() const {
   if (openConnection_) return StoreSnapshot::on(openConnection_);

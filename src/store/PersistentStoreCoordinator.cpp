@@ -49,13 +49,15 @@ std::optional<platform::Error> checkJournal(const std::filesystem::path& path) {
 }
 
 platform::Error copyError(const std::filesystem::path& destination, const std::exception& cause) {
-  return platform::Error{"NSCocoaErrorDomain", kFileWriteUnknownError,
+  return platform::Error{"NSCocoaErrorDomain",
+                         kFileWriteUnknownError,
                          "The file \"" + destination.filename().string() + "\" couldn't be saved.",
                          {{"NSFilePath", destination.string()}, {"reason", cause.what()}}};
 }
 
 platform::Error destinationExistsError(const std::filesystem::path& destination) {
-  return platform::Error{"NSCocoaErrorDomain", kFileWriteFileExistsError,
+  return platform::Error{"NSCocoaErrorDomain",
+                         kFileWriteFileExistsError,
                          "The file \"" + destination.filename().string() +
                              "\" couldn't be saved because a file with the same name already exists.",
                          {{"NSFilePath", destination.string()}}};
@@ -63,8 +65,8 @@ platform::Error destinationExistsError(const std::filesystem::path& destination)
 
 }  // namespace
 
-Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::addPersistentStore(
-    const platform::URL& url, const std::string& type) {
+Result<std::shared_ptr<PersistentStore>> PersistentStoreCoordinator::addPersistentStore(const platform::URL& url,
+                                                                                        const std::string& type) {
   if (auto error = checkJournal(url.filePath())) return *error;
   auto store = std::make_shared<PersistentStore>(url, type);
   stores_.push_back(store);

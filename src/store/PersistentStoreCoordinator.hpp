@@ -19,8 +19,7 @@ class PersistentStoreCoordinator {
  public:
   using Options = std::map<std::string, std::string>;
 
-  Result<std::shared_ptr<PersistentStore>> addPersistentStore(const platform::URL& url,
-                                                              const std::string& type);
+  Result<std::shared_ptr<PersistentStore>> addPersistentStore(const platform::URL& url, const std::string& type);
   const std::vector<std::shared_ptr<PersistentStore>>& persistentStores() const { return stores_; }
   // persistentStore(for:): the loaded store whose URL is `url`, if any.
   std::shared_ptr<PersistentStore> persistentStore(const platform::URL& url) const;
@@ -29,9 +28,9 @@ class PersistentStoreCoordinator {
   // checked, synced and renamed into place) and puts the new store in its place
   // in this coordinator, so later reads go to the new location. The old files
   // are left where they are.
-  Result<std::shared_ptr<PersistentStore>> migratePersistentStore(
-      const std::shared_ptr<PersistentStore>& store, const platform::URL& url,
-      const Options& options, const std::string& type);
+  Result<std::shared_ptr<PersistentStore>> migratePersistentStore(const std::shared_ptr<PersistentStore>& store,
+                                                                  const platform::URL& url, const Options& options,
+                                                                  const std::string& type);
 
  private:
   std::vector<std::shared_ptr<PersistentStore>> stores_;

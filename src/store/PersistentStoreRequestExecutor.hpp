@@ -12,8 +12,7 @@ namespace quillan::store {
 class PersistentStoreRequestExecutor {
  public:
   virtual ~PersistentStoreRequestExecutor() = default;
-  virtual Result<PersistentStoreResult> execute(const BatchDeleteRequest& request,
-                                                const PersistentStore& store) = 0;
+  virtual Result<PersistentStoreResult> execute(const BatchDeleteRequest& request, const PersistentStore& store) = 0;
 };
 
 }  // namespace quillan::store

@@ -87,7 +87,7 @@ BatchDeleteResult resultOfType(BatchDeleteRequestResultType type, const std::str
 }  // namespace
 
 Result<PersistentStoreResult> SqliteBatchDeleteExecutor::execute(const BatchDeleteRequest& request,
-                                                                  const PersistentStore& store) {
+                                                                 const PersistentStore& store) {
   const auto path = store.filePath();
   try {
     SqliteDatabase database(path, SqliteDatabase::Mode::readWrite);

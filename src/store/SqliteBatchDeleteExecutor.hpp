@@ -10,8 +10,7 @@ namespace quillan::store {
 // so primary keys are never reused.
 class SqliteBatchDeleteExecutor : public PersistentStoreRequestExecutor {
  public:
-  Result<PersistentStoreResult> execute(const BatchDeleteRequest& request,
-                                        const PersistentStore& store) override;
+  Result<PersistentStoreResult> execute(const BatchDeleteRequest& request, const PersistentStore& store) override;
 };
 
 }  // namespace quillan::store

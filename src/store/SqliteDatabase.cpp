@@ -26,8 +26,7 @@ std::string quotedIdentifier(std::string_view name) {
 }  // namespace
 
 SqliteStatement::SqliteStatement(sqlite3* database, std::string_view sql) : database_(database) {
-  check(database_, sqlite3_prepare_v2(database_, sql.data(), static_cast<int>(sql.size()),
-                                      &statement_, nullptr));
+  check(database_, sqlite3_prepare_v2(database_, sql.data(), static_cast<int>(sql.size()), &statement_, nullptr));
 }
 
 SqliteStatement::~SqliteStatement() { sqlite3_finalize(statement_); }
@@ -41,18 +40,14 @@ void SqliteStatement::bind(int index, std::int64_t value) {
   check(database_, sqlite3_bind_int64(statement_, index, value));
 }
 
-void SqliteStatement::bind(int index, double value) {
-  check(database_, sqlite3_bind_double(statement_, index, value));
-}
+void SqliteStatement::bind(int index, double value) { check(database_, sqlite3_bind_double(statement_, index, value)); }
 
 void SqliteStatement::bind(int index, std::string_view text) {
-  check(database_, sqlite3_bind_text(statement_, index, text.data(),
-                                     static_cast<int>(text.size()), SQLITE_TRANSIENT));
+  check(database_, sqlite3_bind_text(statement_, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT));
 }
 
 void SqliteStatement::bind(int index, const Bytes& blob) {
-  check(database_, sqlite3_bind_blob(statement_, index, blob.data(),
-                                     static_cast<int>(blob.size()), SQLITE_TRANSIENT));
+  check(database_, sqlite3_bind_blob(statement_, index, blob.data(), static_cast<int>(blob.size()), SQLITE_TRANSIENT));
 }
 
 void SqliteStatement::bindNull(int index) { check(database_, sqlite3_bind_null(statement_, index)); }
@@ -69,17 +64,11 @@ void SqliteStatement::reset() {
   sqlite3_clear_bindings(statement_);
 }
 
-bool SqliteStatement::isNull(int column) const {
-  return sqlite3_column_type(statement_, column) == SQLITE_NULL;
-}
+bool SqliteStatement::isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
 
-bool SqliteStatement::isInteger(int column) const {
-  return sqlite3_column_type(statement_, column) == SQLITE_INTEGER;
-}
+bool SqliteStatement::isInteger(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_INTEGER; }
 
-std::int64_t SqliteStatement::integer(int column) const {
-  return sqlite3_column_int64(statement_, column);
-}
+std::int64_t SqliteStatement::integer(int column) const { return sqlite3_column_int64(statement_, column); }
 
 double SqliteStatement::real(int column) const { return sqlite3_column_double(statement_, column); }
 
@@ -103,12 +92,13 @@ namespace {
 // allocated and first touched per connection, a tenth of a widget's
 // evaluation (a third in a forked worker child). Only a tuning: a failure
 // leaves the default.
-void limitPageCache(sqlite3* database) { sqlite3_exec(database, "PRAGMA cache_size = -128", nullptr, nullptr, nullptr); }
+void limitPageCache(sqlite3* database) {
+  sqlite3_exec(database, "PRAGMA cache_size = -128", nullptr, nullptr, nullptr);
+}
 
 }  // namespace
 
-SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, Mode mode,
-                               int busyTimeoutMilliseconds) {
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, Mode mode, int busyTimeoutMilliseconds) {
   int flags = SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX;
   std::string name;
   if (mode == Mode::readOnly || mode == Mode::readOnlyImmutable) {
@@ -167,8 +157,7 @@ std::string SqliteDatabase::readOnlyURI(const std::filesystem::path& path, bool 
   return uri + (immutable ? "?mode=ro&immutable=1" : "?mode=ro");
 }
 
-SqliteTransaction::SqliteTransaction(SqliteDatabase& database, std::string_view begin)
-    : database_(database) {
+SqliteTransaction::SqliteTransaction(SqliteDatabase& database, std::string_view begin) : database_(database) {
   database_.execute(begin);
 }
 

@@ -17,8 +17,7 @@ namespace quillan::store {
 // leaves the store's public API.
 class SqliteException : public std::runtime_error {
  public:
-  SqliteException(int code, std::string message)
-      : std::runtime_error(message), code_(code) {}
+  SqliteException(int code, std::string message) : std::runtime_error(message), code_(code) {}
   int code() const { return code_; }
 
  private:

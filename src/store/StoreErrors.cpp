@@ -40,22 +40,23 @@ std::string fileDescription(long code, const std::string& name) {
 
 platform::Error StoreErrors::fileError(const std::filesystem::path& path, const SqliteException& cause) {
   const long code = fileErrorCode(cause.code());
-  return platform::Error{kCocoaErrorDomain, code, fileDescription(code, path.filename().string()),
-                         {{"NSFilePath", path.string()},
-                          {"NSSQLiteErrorDomain", std::to_string(cause.code())},
-                          {"reason", cause.what()}}};
+  return platform::Error{
+      kCocoaErrorDomain,
+      code,
+      fileDescription(code, path.filename().string()),
+      {{"NSFilePath", path.string()}, {"NSSQLiteErrorDomain", std::to_string(cause.code())}, {"reason", cause.what()}}};
 }
 
-platform::Error StoreErrors::incompatibleModel(const std::filesystem::path& path,
-                                               const std::string& reason) {
-  return platform::Error{kCocoaErrorDomain, kPersistentStoreIncompatibleSchemaError,
+platform::Error StoreErrors::incompatibleModel(const std::filesystem::path& path, const std::string& reason) {
+  return platform::Error{kCocoaErrorDomain,
+                         kPersistentStoreIncompatibleSchemaError,
                          "The model used to open the store is incompatible with the one used to create the store.",
                          {{"NSFilePath", path.string()}, {"reason", reason}}};
 }
 
 platform::Error StoreErrors::invalidRequest(const std::string& reason) {
-  return platform::Error{kCocoaErrorDomain, kValidationError,
-                         "The operation couldn't be completed.", {{"reason", reason}}};
+  return platform::Error{
+      kCocoaErrorDomain, kValidationError, "The operation couldn't be completed.", {{"reason", reason}}};
 }
 
 }  // namespace quillan::store

@@ -14,8 +14,7 @@ constexpr std::int64_t kFirstSystemEntityNumber = 16000;
 
 StoreModel StoreModel::read(SqliteDatabase& database) {
   StoreModel model;
-  auto statement = database.prepare(
-      "SELECT Z_ENT, Z_NAME FROM Z_PRIMARYKEY WHERE Z_ENT < ?1 AND Z_NAME IS NOT NULL");
+  auto statement = database.prepare("SELECT Z_ENT, Z_NAME FROM Z_PRIMARYKEY WHERE Z_ENT < ?1 AND Z_NAME IS NOT NULL");
   statement.bind(1, kFirstSystemEntityNumber);
   while (statement.step()) {
     EntityTable entity;

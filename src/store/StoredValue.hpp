@@ -12,8 +12,7 @@
 namespace quillan::store {
 
 // One column value of a fetched row, as SQLite handed it out.
-using StoredValue =
-    std::variant<std::monostate, std::int64_t, double, std::string, std::vector<std::uint8_t>>;
+using StoredValue = std::variant<std::monostate, std::int64_t, double, std::string, std::vector<std::uint8_t>>;
 
 // Decoders from a column value to an attribute type. Dates are read as doubles
 // whatever the storage class: whole-second dates come back as INTEGER because

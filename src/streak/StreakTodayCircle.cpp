@@ -17,15 +17,14 @@ StreakTodayCircle::StreakTodayCircle(const Environment& environment, platform::U
       hasNotes(hasNotes) {}
 
 Node StreakTodayCircle::body(const Environment&) const {
-  return link(deeplinkAddRecordURL.absoluteString(),
-              hstack({
-                  vstack({
-                      streakDayDisc(kTodayDisc, colorScheme, date, hasNotes)
-                          .padding(EdgeSet::bottom(), 0.5)
-                          .padding(EdgeSet::horizontal(), 2.5),
-                      streakDayOfMonth(date),
-                  }),
-              }));
+  return link(deeplinkAddRecordURL.absoluteString(), hstack({
+                                                         vstack({
+                                                             streakDayDisc(kTodayDisc, colorScheme, date, hasNotes)
+                                                                 .padding(EdgeSet::bottom(), 0.5)
+                                                                 .padding(EdgeSet::horizontal(), 2.5),
+                                                             streakDayOfMonth(date),
+                                                         }),
+                                                     }));
 }
 
 }  // namespace quillan::streak

@@ -22,50 +22,37 @@ enum class VerticalAlignment { top, center, bottom, firstTextBaseline, lastTextB
 constexpr auto enumNames(VerticalAlignment) {
   using enum VerticalAlignment;
   return std::array<EnumName<VerticalAlignment>, 5>{{{top, "top"},
-                                                      {center, "center"},
-                                                      {bottom, "bottom"},
-                                                      {firstTextBaseline, "firstTextBaseline"},
-                                                      {lastTextBaseline, "lastTextBaseline"}}};
+                                                     {center, "center"},
+                                                     {bottom, "bottom"},
+                                                     {firstTextBaseline, "firstTextBaseline"},
+                                                     {lastTextBaseline, "lastTextBaseline"}}};
 }
 
 // Two-dimensional alignment: ZStack, frames, backgrounds, overlays.
-enum class Alignment {
-  center,
-  leading,
-  trailing,
-  top,
-  bottom,
-  topLeading,
-  topTrailing,
-  bottomLeading,
-  bottomTrailing
-};
+enum class Alignment { center, leading, trailing, top, bottom, topLeading, topTrailing, bottomLeading, bottomTrailing };
 
 constexpr auto enumNames(Alignment) {
   using enum Alignment;
   return std::array<EnumName<Alignment>, 9>{{{center, "center"},
-                                              {leading, "leading"},
-                                              {trailing, "trailing"},
-                                              {top, "top"},
-                                              {bottom, "bottom"},
-                                              {topLeading, "topLeading"},
-                                              {topTrailing, "topTrailing"},
-                                              {bottomLeading, "bottomLeading"},
-                                              {bottomTrailing, "bottomTrailing"}}};
+                                             {leading, "leading"},
+                                             {trailing, "trailing"},
+                                             {top, "top"},
+                                             {bottom, "bottom"},
+                                             {topLeading, "topLeading"},
+                                             {topTrailing, "topTrailing"},
+                                             {bottomLeading, "bottomLeading"},
+                                             {bottomTrailing, "bottomTrailing"}}};
 }
 
 constexpr HorizontalAlignment horizontal(Alignment alignment) {
   switch (alignment) {
     case Alignment::leading:
     case Alignment::topLeading:
-    case Alignment::bottomLeading:
-      return HorizontalAlignment::leading;
+    case Alignment::bottomLeading: return HorizontalAlignment::leading;
     case Alignment::trailing:
     case Alignment::topTrailing:
-    case Alignment::bottomTrailing:
-      return HorizontalAlignment::trailing;
-    default:
-      return HorizontalAlignment::center;
+    case Alignment::bottomTrailing: return HorizontalAlignment::trailing;
+    default: return HorizontalAlignment::center;
   }
 }
 
@@ -73,14 +60,11 @@ constexpr VerticalAlignment vertical(Alignment alignment) {
   switch (alignment) {
     case Alignment::top:
     case Alignment::topLeading:
-    case Alignment::topTrailing:
-      return VerticalAlignment::top;
+    case Alignment::topTrailing: return VerticalAlignment::top;
     case Alignment::bottom:
     case Alignment::bottomLeading:
-    case Alignment::bottomTrailing:
-      return VerticalAlignment::bottom;
-    default:
-      return VerticalAlignment::center;
+    case Alignment::bottomTrailing: return VerticalAlignment::bottom;
+    default: return VerticalAlignment::center;
   }
 }
 

@@ -19,7 +19,9 @@ struct EnumName {
 };
 
 template <typename E>
-concept NamedEnum = requires(E e) { enumNames(e); };
+concept NamedEnum = requires(E e) {
+  enumNames(e);
+};
 
 template <NamedEnum E>
 constexpr std::string_view toString(E value) {

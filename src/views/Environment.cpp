@@ -18,8 +18,7 @@ std::optional<int> parseNumber(std::string_view digits) {
   if (digits.empty() || digits.size() > 4) return std::nullopt;
   int value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (error != std::errc() || end != digits.data() + digits.size() || digits.front() == '-' ||
-      digits.front() == '+') {
+  if (error != std::errc() || end != digits.data() + digits.size() || digits.front() == '-' || digits.front() == '+') {
     return std::nullopt;
   }
   return value;

@@ -31,9 +31,8 @@ enum class WidgetFamily { systemSmall, systemMedium, accessoryCircular };
 
 constexpr auto enumNames(WidgetFamily) {
   using enum WidgetFamily;
-  return std::array<EnumName<WidgetFamily>, 3>{{{systemSmall, "systemSmall"},
-                                                 {systemMedium, "systemMedium"},
-                                                 {accessoryCircular, "accessoryCircular"}}};
+  return std::array<EnumName<WidgetFamily>, 3>{
+      {{systemSmall, "systemSmall"}, {systemMedium, "systemMedium"}, {accessoryCircular, "accessoryCircular"}}};
 }
 
 // Which way the views' leading edge faces: a right-to-left locale mirrors the
@@ -46,8 +45,18 @@ constexpr auto enumNames(LayoutDirection) {
 
 // The reader's text size setting (Dynamic Type's content size categories).
 enum class DynamicTypeSize {
-  xSmall, small, medium, large, xLarge, xxLarge, xxxLarge,
-  accessibility1, accessibility2, accessibility3, accessibility4, accessibility5,
+  xSmall,
+  small,
+  medium,
+  large,
+  xLarge,
+  xxLarge,
+  xxxLarge,
+  accessibility1,
+  accessibility2,
+  accessibility3,
+  accessibility4,
+  accessibility5,
 };
 constexpr auto enumNames(DynamicTypeSize) {
   using enum DynamicTypeSize;

@@ -20,9 +20,7 @@ double pointSize(TextStyle style) {
   return 17;
 }
 
-Weight defaultWeight(TextStyle style) {
-  return style == TextStyle::headline ? Weight::semibold : Weight::regular;
-}
+Weight defaultWeight(TextStyle style) { return style == TextStyle::headline ? Weight::semibold : Weight::regular; }
 
 double Font::resolvedSize() const {
   if (size) return *size;

@@ -12,14 +12,14 @@ enum class Weight { ultraLight, thin, light, regular, medium, semibold, bold, he
 constexpr auto enumNames(Weight) {
   using enum Weight;
   return std::array<EnumName<Weight>, 9>{{{ultraLight, "ultraLight"},
-                                           {thin, "thin"},
-                                           {light, "light"},
-                                           {regular, "regular"},
-                                           {medium, "medium"},
-                                           {semibold, "semibold"},
-                                           {bold, "bold"},
-                                           {heavy, "heavy"},
-                                           {black, "black"}}};
+                                          {thin, "thin"},
+                                          {light, "light"},
+                                          {regular, "regular"},
+                                          {medium, "medium"},
+                                          {semibold, "semibold"},
+                                          {bold, "bold"},
+                                          {heavy, "heavy"},
+                                          {black, "black"}}};
 }
 
 // The CSS/OpenType weight class: ultraLight 100 ... black 900.

@@ -25,8 +25,7 @@ struct LinearGradient {
 
   // `LinearGradient(colors:startPoint:endPoint:)`: the colours spread evenly,
   // the first at location 0 and the last at 1.
-  static LinearGradient evenlySpaced(const std::vector<Color>& colors, UnitPoint startPoint,
-                                     UnitPoint endPoint);
+  static LinearGradient evenlySpaced(const std::vector<Color>& colors, UnitPoint startPoint, UnitPoint endPoint);
 
   bool operator==(const LinearGradient&) const = default;
 };

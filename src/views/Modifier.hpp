@@ -30,9 +30,7 @@ constexpr auto enumNames(ImageScale) {
 
 enum class ButtonStyle { plain };
 
-constexpr auto enumNames(ButtonStyle) {
-  return std::array<EnumName<ButtonStyle>, 1>{{{ButtonStyle::plain, "plain"}}};
-}
+constexpr auto enumNames(ButtonStyle) { return std::array<EnumName<ButtonStyle>, 1>{{{ButtonStyle::plain, "plain"}}}; }
 
 enum class ResizingMode { stretch, tile };
 
@@ -212,12 +210,12 @@ struct Opacity {
 }  // namespace modifiers
 
 struct Modifier {
-  using Kind = std::variant<modifiers::Font, modifiers::FontWeight, modifiers::ForegroundColor,
-                            modifiers::ForegroundStyle, modifiers::Padding, modifiers::Offset, modifiers::Frame,
-                            modifiers::FlexFrame, modifiers::Background, modifiers::Overlay,
-                            modifiers::ContainerBackground, modifiers::WidgetURL, modifiers::PrivacySensitive,
-                            modifiers::LineLimit, modifiers::ImageScale, modifiers::ButtonStyle,
-                            modifiers::Resizable, modifiers::Fill, modifiers::StrokeBorder, modifiers::Opacity>;
+  using Kind =
+      std::variant<modifiers::Font, modifiers::FontWeight, modifiers::ForegroundColor, modifiers::ForegroundStyle,
+                   modifiers::Padding, modifiers::Offset, modifiers::Frame, modifiers::FlexFrame, modifiers::Background,
+                   modifiers::Overlay, modifiers::ContainerBackground, modifiers::WidgetURL,
+                   modifiers::PrivacySensitive, modifiers::LineLimit, modifiers::ImageScale, modifiers::ButtonStyle,
+                   modifiers::Resizable, modifiers::Fill, modifiers::StrokeBorder, modifiers::Opacity>;
 
   Kind kind;
 

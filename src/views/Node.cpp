@@ -65,9 +65,7 @@ Node Node::padding(EdgeSet edges, std::optional<double> length) && {
 }
 
 Node Node::padding(double length) const& { return appended(*this, modifiers::Padding{EdgeSet::all(), length}); }
-Node Node::padding(double length) && {
-  return appended(std::move(*this), modifiers::Padding{EdgeSet::all(), length});
-}
+Node Node::padding(double length) && { return appended(std::move(*this), modifiers::Padding{EdgeSet::all(), length}); }
 
 Node Node::offset(double x, double y) const& { return appended(*this, modifiers::Offset{x, y}); }
 Node Node::offset(double x, double y) && { return appended(std::move(*this), modifiers::Offset{x, y}); }
@@ -104,9 +102,7 @@ Node Node::containerBackground(ContainerBackgroundPlacement placement, Alignment
 }
 
 Node Node::widgetURL(std::string url) const& { return appended(*this, modifiers::WidgetURL{std::move(url)}); }
-Node Node::widgetURL(std::string url) && {
-  return appended(std::move(*this), modifiers::WidgetURL{std::move(url)});
-}
+Node Node::widgetURL(std::string url) && { return appended(std::move(*this), modifiers::WidgetURL{std::move(url)}); }
 
 Node Node::privacySensitive(bool sensitive) const& { return appended(*this, modifiers::PrivacySensitive{sensitive}); }
 Node Node::privacySensitive(bool sensitive) && {

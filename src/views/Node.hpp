@@ -12,10 +12,10 @@
 
 #include <array>
 #include <concepts>
-#include <type_traits>
-#include <utility>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -149,8 +149,8 @@ struct Node {
   // Any kind is a node without modifiers, so a colour or a shape can be passed
   // where a view is expected (`.background(Color::white())`).
   template <typename K>
-    requires std::constructible_from<Kind, K&&> && (!std::same_as<std::remove_cvref_t<K>, Node>)
-  Node(K&& kind) : kind(std::forward<K>(kind)) {}  // NOLINT: implicit on purpose
+  requires std::constructible_from<Kind, K&&> &&(!std::same_as<std::remove_cvref_t<K>, Node>)Node(K&& kind)
+      : kind(std::forward<K>(kind)) {}  // NOLINT: implicit on purpose
   Node(Kind kind, std::vector<Modifier> modifiers);
 
   bool operator==(const Node&) const = default;
@@ -180,8 +180,7 @@ struct Node {
   Node padding(double length) &&;
   Node offset(double x, double y) const&;
   Node offset(double x, double y) &&;
-  Node frame(std::optional<double> width, std::optional<double> height,
-             Alignment alignment = Alignment::center) const&;
+  Node frame(std::optional<double> width, std::optional<double> height, Alignment alignment = Alignment::center) const&;
   Node frame(std::optional<double> width, std::optional<double> height, Alignment alignment = Alignment::center) &&;
   Node frame(FlexibleFrame frame) const&;
   Node frame(FlexibleFrame frame) &&;

@@ -62,9 +62,7 @@ struct Value {
   // A position or distance that may be negative: an offset, padding, spacing.
   double length() const { return numberWithin(-limits::kMaxLength, limits::kMaxLength, "length"); }
   // A size: a frame, a minimum length, a stroke's width.
-  double size(bool allowInfinity = false) const {
-    return numberWithin(0, limits::kMaxLength, "size", allowInfinity);
-  }
+  double size(bool allowInfinity = false) const { return numberWithin(0, limits::kMaxLength, "size", allowInfinity); }
   double fraction(std::string_view what) const { return numberWithin(0, 1, what); }
   int integerWithin(int low, int high, std::string_view what) const {
     if (!json.is_number_integer()) fail(path, "expected an integer");
@@ -201,17 +199,17 @@ ShapeStyle decodeStyle(const Value& value) {
 Font decodeFont(const Value& value) {
   ObjectReader reader = value.object();
   Font font;
-  font.size = reader.optional<double>(
-      "size", [](const Value& v) { return v.numberWithin(limits::kMinFontSize, limits::kMaxFontSize, "font size"); });
-  font.textStyle =
-      reader.optional<TextStyle>("textStyle", [](const Value& v) { return v.enumeration<TextStyle>("text style"); });
+  font.size = reader.optional<double>("size", [](const Value& v) {
+    return v.numberWithin(limits::kMinFontSize, limits::kMaxFontSize, "font size");
+  });
+  font.textStyle = reader.optional<TextStyle>("textStyle",
+                                              [](const Value& v) { return v.enumeration<TextStyle>("text style"); });
   if (font.size.has_value() == font.textStyle.has_value()) {
     fail(value.path, "a font has either \"size\" or \"textStyle\"");
   }
-  font.fontWeight =
-      reader.optional<Weight>("weight", [](const Value& v) { return v.enumeration<Weight>("weight"); });
-  font.design =
-      reader.optional<FontDesign>("design", [](const Value& v) { return v.enumeration<FontDesign>("font design"); });
+  font.fontWeight = reader.optional<Weight>("weight", [](const Value& v) { return v.enumeration<Weight>("weight"); });
+  font.design = reader.optional<FontDesign>("design",
+                                            [](const Value& v) { return v.enumeration<FontDesign>("font design"); });
   reader.finish();
   return font;
 }
@@ -442,9 +440,8 @@ modifiers::PrivacySensitive decodeModifier(ObjectReader& r, std::type_identity<m
 }
 
 modifiers::LineLimit decodeModifier(ObjectReader& r, std::type_identity<modifiers::LineLimit>) {
-  return {r.optional<int>("lines", [](const Value& v) {
-    return v.integerWithin(1, limits::kMaxLineLimit, "line limit");
-  })};
+  return {
+      r.optional<int>("lines", [](const Value& v) { return v.integerWithin(1, limits::kMaxLineLimit, "line limit"); })};
 }
 
 modifiers::ImageScale decodeModifier(ObjectReader& r, std::type_identity<modifiers::ImageScale>) {

@@ -74,7 +74,9 @@ Json styleJson(const ShapeStyle& style) {
                                putGradient(body, gradient);
                                return Json{{"linearGradient", std::move(body)}};
                              },
-                             [](HierarchicalShapeStyle level) { return Json{{"hierarchical", named(level)}}; }},
+                             [](HierarchicalShapeStyle level) {
+                               return Json{{"hierarchical", named(level)}};
+                             }},
                     style);
 }
 
@@ -112,7 +114,7 @@ Json runJson(const platform::TextRun& run) {
 // A node's type and own properties; children and modifiers are added after.
 struct KindEncoder {
   template <typename Stack>
-    requires std::same_as<Stack, VStack> || std::same_as<Stack, HStack>
+  requires std::same_as<Stack, VStack> || std::same_as<Stack, HStack>
   void operator()(const Stack& stack) const {
     if (stack.alignment != decltype(stack.alignment)::center) json["alignment"] = named(stack.alignment);
     if (stack.spacing) json["spacing"] = *stack.spacing;
@@ -230,8 +232,7 @@ struct ModifierEncoder {
 
 nlohmann::ordered_json toJson(const Node& node) {
   Json json = Json::object();
-  std::visit([&json](const auto& kind) { json["type"] = std::string(std::decay_t<decltype(kind)>::type); },
-             node.kind);
+  std::visit([&json](const auto& kind) { json["type"] = std::string(std::decay_t<decltype(kind)>::type); }, node.kind);
   std::visit(KindEncoder{json}, node.kind);
   if (const auto& children = node.children(); !children.empty()) {
     Json list = Json::array();

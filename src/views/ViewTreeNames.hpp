@@ -17,14 +17,14 @@ struct NamedPoint {
 };
 
 inline constexpr std::array<NamedPoint, 9> kNamedPoints{{{UnitPoint::topLeading(), "topLeading"},
-                                                  {UnitPoint::top(), "top"},
-                                                  {UnitPoint::topTrailing(), "topTrailing"},
-                                                  {UnitPoint::leading(), "leading"},
-                                                  {UnitPoint::center(), "center"},
-                                                  {UnitPoint::trailing(), "trailing"},
-                                                  {UnitPoint::bottomLeading(), "bottomLeading"},
-                                                  {UnitPoint::bottom(), "bottom"},
-                                                  {UnitPoint::bottomTrailing(), "bottomTrailing"}}};
+                                                         {UnitPoint::top(), "top"},
+                                                         {UnitPoint::topTrailing(), "topTrailing"},
+                                                         {UnitPoint::leading(), "leading"},
+                                                         {UnitPoint::center(), "center"},
+                                                         {UnitPoint::trailing(), "trailing"},
+                                                         {UnitPoint::bottomLeading(), "bottomLeading"},
+                                                         {UnitPoint::bottom(), "bottom"},
+                                                         {UnitPoint::bottomTrailing(), "bottomTrailing"}}};
 
 struct NamedEdgeSet {
   EdgeSet edges;
@@ -32,12 +32,12 @@ struct NamedEdgeSet {
 };
 
 inline const std::array<NamedEdgeSet, 7> kNamedEdgeSets{{{EdgeSet::all(), "all"},
-                                                  {EdgeSet::horizontal(), "horizontal"},
-                                                  {EdgeSet::vertical(), "vertical"},
-                                                  {EdgeSet::top(), "top"},
-                                                  {EdgeSet::leading(), "leading"},
-                                                  {EdgeSet::bottom(), "bottom"},
-                                                  {EdgeSet::trailing(), "trailing"}}};
+                                                         {EdgeSet::horizontal(), "horizontal"},
+                                                         {EdgeSet::vertical(), "vertical"},
+                                                         {EdgeSet::top(), "top"},
+                                                         {EdgeSet::leading(), "leading"},
+                                                         {EdgeSet::bottom(), "bottom"},
+                                                         {EdgeSet::trailing(), "trailing"}}};
 
 inline constexpr std::array<Edge, 4> kEdgeOrder{Edge::top, Edge::leading, Edge::bottom, Edge::trailing};
 

@@ -32,8 +32,7 @@ struct DailyProvider {
   void getSnapshot(const TimelineProviderContext&, const std::function<void(Entry)>& completion) const {
     completion(entryDatedNow<Entry>());
   }
-  void getTimeline(const TimelineProviderContext&,
-                   const std::function<void(Timeline<Entry>)>& completion) const {
+  void getTimeline(const TimelineProviderContext&, const std::function<void(Timeline<Entry>)>& completion) const {
     completion(dailyTimeline<Entry>(kSource));
   }
 

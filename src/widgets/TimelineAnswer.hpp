@@ -26,9 +26,7 @@ TimelineAnswer askProvider(const Provider& provider, TimelineRequest request,
   using Entry = typename Provider::Entry;
   TimelineAnswer answer;
   switch (request) {
-    case TimelineRequest::placeholder:
-      answer.entryDates.push_back(provider.placeholder(context).date);
-      break;
+    case TimelineRequest::placeholder: answer.entryDates.push_back(provider.placeholder(context).date); break;
     case TimelineRequest::snapshot:
       provider.getSnapshot(context, [&](Entry entry) { answer.entryDates.push_back(entry.date); });
       break;

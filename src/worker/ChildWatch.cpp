@@ -1,8 +1,8 @@
 #include "worker/ChildWatch.hpp"
 
 #include <poll.h>
-#include <sys/syscall.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,8 +52,12 @@ class Watch {
  public:
   Watch(pid_t pid, Stream answer, Stream errors, const FailureLimits& limits, std::chrono::milliseconds interval,
         Clock::time_point started)
-      : pid_(pid), streams_{answer, errors}, limits_(limits), interval_(interval),
-        deadline_(started + limits.deadline), exitFd_(openPidfd(pid)) {}
+      : pid_(pid),
+        streams_{answer, errors},
+        limits_(limits),
+        interval_(interval),
+        deadline_(started + limits.deadline),
+        exitFd_(openPidfd(pid)) {}
   ~Watch() {
     if (exitFd_ >= 0) close(exitFd_);
   }

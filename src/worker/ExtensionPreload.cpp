@@ -1,10 +1,10 @@
 #include "worker/ExtensionPreload.hpp"
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/DateFormatter.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZone.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 
 namespace quillan::worker {
 

@@ -17,7 +17,7 @@ struct ChildEnd {
   ChildKill killedFor = ChildKill::none;
   std::int64_t peakKilobytes = 0;
   std::string stderrText;
-  bool answered = false;  // a whole answer arrived
+  bool answered = false;                 // a whole answer arrived
   std::optional<std::string> exception;  // what the extension threw, if it did
 };
 

@@ -57,7 +57,8 @@ void applyDefaults(const ProcessSettings& defaults) {
 
 // Someone ran the command with the keeper's argument: one line, and no keeper.
 [[noreturn]] void refuseByHand() {
-  const char message[] = "quillan-widgets: --worker-keeper is started by `serve` over its control socket, not by hand\n";
+  const char message[] =
+      "quillan-widgets: --worker-keeper is started by `serve` over its control socket, not by hand\n";
   [[maybe_unused]] const auto written = write(STDERR_FILENO, message, sizeof message - 1);
   _exit(2);
 }

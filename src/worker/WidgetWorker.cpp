@@ -11,10 +11,10 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "platform/Locale.hpp"
 #include "platform/TimeZone.hpp"
 #include "views/EnumNames.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
 #include "worker/FailureReason.hpp"
 #include "worker/KeeperImage.hpp"
@@ -164,7 +164,8 @@ WidgetWorker::Reply WidgetWorker::exchange(const Json& request) {
   if (const auto* problem = std::get_if<ReadFailure>(&message)) {
     dropWarmWorker(true);
     reply.failure = *problem == ReadFailure::timedOut
-                        ? "the worker did not answer within " + secondsText(std::chrono::duration_cast<std::chrono::milliseconds>(wait)) + " s"
+                        ? "the worker did not answer within " +
+                              secondsText(std::chrono::duration_cast<std::chrono::milliseconds>(wait)) + " s"
                         : "the worker stopped during the evaluation";
     return reply;
   }
@@ -215,8 +216,8 @@ Evaluation<widgets::TimelineAnswer> WidgetWorker::timeline(const TimelineEvaluat
   try {
     return {timelineAnswerFromJson(reply.answer.value("timeline", Json())), reply.log, reply.cost};
   } catch (const EvaluationJsonError& error) {
-    return failed<widgets::TimelineAnswer>(std::string("the worker's answer was malformed: ") + error.what(),
-                                           reply.log, reply.cost);
+    return failed<widgets::TimelineAnswer>(std::string("the worker's answer was malformed: ") + error.what(), reply.log,
+                                           reply.cost);
   }
 }
 

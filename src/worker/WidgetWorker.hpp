@@ -78,7 +78,8 @@ class WidgetWorker {
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);
-  void validate(const std::string& kind, const ProcessSettings& settings, std::initializer_list<platform::Date> dates) const;
+  void validate(const std::string& kind, const ProcessSettings& settings,
+                std::initializer_list<platform::Date> dates) const;
   const widgets::WidgetConfiguration& widget(const std::string& kind) const;
 
   WorkerOptions options_;

@@ -28,8 +28,17 @@ class CommandModules : public ::testing::Test {
   }
   fs::path container() const { return folder_.path() / "group"; }
   std::vector<std::string> render(const std::string& format) const {
-    return {"--group-container", container().string(), "--now", "2026-11-22T09:00:00Z", "render", "--kind",
-            "StreakWidget", "--format", format, "--output", (folder_.path() / ("streak." + format)).string()};
+    return {"--group-container",
+            container().string(),
+            "--now",
+            "2026-11-22T09:00:00Z",
+            "render",
+            "--kind",
+            "StreakWidget",
+            "--format",
+            format,
+            "--output",
+            (folder_.path() / ("streak." + format)).string()};
   }
   testing::TemporaryFolder folder_;
 };
@@ -38,8 +47,8 @@ TEST_F(CommandModules, CommandsThatDoNotDrawNeverLoadTheDrawingStackOrTheServer)
   for (const auto& arguments : {std::vector<std::string>{"list"},
                                 std::vector<std::string>{"timeline", "--kind", "StreakWidget"}, render("json")}) {
     const auto loaded = librariesLoadedBy(arguments);
-    for (const char* library : {"quillan-drawing", "libpango", "libcairo", "libfontconfig", "quillan-serving",
-                                "libcpp-httplib", "libssl"}) {
+    for (const char* library :
+         {"quillan-drawing", "libpango", "libcairo", "libfontconfig", "quillan-serving", "libcpp-httplib", "libssl"}) {
       EXPECT_EQ(loaded.find(library), std::string::npos) << arguments.front() << " loaded " << library;
     }
   }

@@ -19,8 +19,8 @@ using testing::runCommand;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
 
-const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
-                                         "StreakWidget", "ComposeButtonLockScreen"};
+const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
+                                         "ComposeButtonLockScreen"};
 
 using testing::TemporaryFolder;
 
@@ -193,8 +193,8 @@ TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftL
       {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
   };
   for (const auto& tap : taps) {
-    const auto result = runCommand(environment({"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y",
-                                                std::to_string(tap.y)}, tap.locale));
+    const auto result = runCommand(environment(
+        {"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y", std::to_string(tap.y)}, tap.locale));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(result.out, tap.url.empty() ? "" : tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
   }
@@ -238,9 +238,12 @@ TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgets) {
 
 TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
   // The largest text size and symbol height the widget's layout shows.
-  struct Largest { double text = 0, symbol = 0; };
+  struct Largest {
+    double text = 0, symbol = 0;
+  };
   const auto largestOf = [](const std::string& kind, const std::string& size) {
-    const auto result = runCommand(environment({"render", "--kind", kind, "--format", "layout", "--dynamic-type", size}));
+    const auto result =
+        runCommand(environment({"render", "--kind", kind, "--format", "layout", "--dynamic-type", size}));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
     const Json layout = Json::parse(result.out);
     const double width = layout["size"][0];
@@ -256,7 +259,8 @@ TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
         for (const auto& font : box["fonts"]) largest.text = std::max(largest.text, font["size"].get<double>());
       }
       if (box["type"] == "Image") largest.symbol = std::max(largest.symbol, box["frame"][3].get<double>());
-      if (box.contains("children")) for (const auto& child : box["children"]) pending.push_back(&child);
+      if (box.contains("children"))
+        for (const auto& child : box["children"]) pending.push_back(&child);
     }
     return largest;
   };
@@ -315,7 +319,8 @@ TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
     return [note](const fs::path& journal) { fixtures::JournalWriter(journal).addNote(note); };
   };
   const std::vector<Journal> journals = {
-      {"not a database", [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
+      {"not a database",
+       [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
        "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "},
       {"undated note", withNote({.date = std::nullopt, .info = std::string("undated")}), true,
        "Fatal error: Unexpectedly found nil while unwrapping an Optional value"},
@@ -326,8 +331,8 @@ TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
   for (const auto& journal : journals) {
     TemporaryFolder folder;
     journal.write(folder.path() / "Quillan.sqlite");
-    const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container",
-                                    folder.path().string(), "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
+    const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container", folder.path().string(),
+                                    "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
     EXPECT_EQ(result.exitStatus != 0, journal.stops) << journal.name << ": " << result.err;
     EXPECT_EQ(journal.stops ? result.out.empty() : Json::accept(result.out), true) << journal.name;
     const auto found = result.err.find(journal.report);

@@ -101,9 +101,9 @@ TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpL
     EXPECT_TRUE(std::regex_search(unknown.err, std::regex("[ ,]" + subcommand + "[ ,;]"))) << unknown.err;
   }
   for (const auto& [path, help] : commands) {
-    for (const auto* environment : {"--group-container", "--app-support", "--now", "--time-zone", "--locale",
-                                    "--color-scheme", "--rendering-mode", "--platform-version", "--layout-direction",
-                                    "--dynamic-type", "--seed"}) {
+    for (const auto* environment :
+         {"--group-container", "--app-support", "--now", "--time-zone", "--locale", "--color-scheme",
+          "--rendering-mode", "--platform-version", "--layout-direction", "--dynamic-type", "--seed"}) {
       EXPECT_TRUE(std::ranges::any_of(help.options, [&](const auto& option) { return option.name == environment; }))
           << shown(path) << " --help does not list " << environment;
     }

@@ -39,9 +39,9 @@ std::string repeated(std::string_view unit, std::size_t bytes) {
 // and their taps answering.
 TEST(HostileNotes, AreDrawnAndTapped) {
   const std::string stars(100'000, '*'), underscores(100'000, '_');
-  for (const std::string& text : {stars + "x" + stars, underscores + "x" + underscores,
-                                  repeated("Walked by the river, then **tea**. ", 1 << 20), std::string(1 << 20, 'x'),
-                                  repeated("ab\n", 1 << 20)}) {
+  for (const std::string& text :
+       {stars + "x" + stars, underscores + "x" + underscores, repeated("Walked by the river, then **tea**. ", 1 << 20),
+        std::string(1 << 20, 'x'), repeated("ab\n", 1 << 20)}) {
     const JournalWithMemory journal(text);
     const std::vector<std::string> place = {"--group-container", journal.path().string(), "--now", kNow};
     const auto run = [&place](std::vector<std::string> arguments) {

@@ -71,10 +71,12 @@ std::string httpGet(int port, const std::string& target) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   std::string response;
   if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
-    const std::string request = "GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) + "\r\nConnection: close\r\n\r\n";
+    const std::string request = "GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) +
+                                "\r\nConnection: close\r\n\r\n";
     if (::write(socket, request.data(), request.size()) == static_cast<ssize_t>(request.size())) {
       char buffer[4096];
-      for (ssize_t n; (n = ::read(socket, buffer, sizeof buffer)) > 0;) response.append(buffer, static_cast<std::size_t>(n));
+      for (ssize_t n; (n = ::read(socket, buffer, sizeof buffer)) > 0;)
+        response.append(buffer, static_cast<std::size_t>(n));
     }
   }
   ::close(socket);

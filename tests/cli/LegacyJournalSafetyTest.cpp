@@ -35,8 +35,7 @@ class LegacyJournalSafety : public ::testing::Test {
 
 TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
   const auto before = testing::readText(legacy());
-  const auto result = runCommand({"demo", "--output", (root_ / "gallery").string(), "--now",
-                                  "2026-11-22T09:00:00Z"},
+  const auto result = runCommand({"demo", "--output", (root_ / "gallery").string(), "--now", "2026-11-22T09:00:00Z"},
                                  userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
   EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "no move was tried: " << result.err;
@@ -56,7 +55,8 @@ TEST_F(LegacyJournalSafety, AJournalNamedByItsGroupContainerIsPairedWithItsOwnLe
 
 TEST_F(LegacyJournalSafety, TheDefaultGroupContainerStillTakesInItsLegacyJournal) {
   fs::create_directories(dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan");
-  const auto result = runCommand({"render", "--kind", "ComposeButtonWidget", "--seed", "1", "--now", "2026-11-22T09:00:00Z"}, userEnvironment());
+  const auto result = runCommand(
+      {"render", "--kind", "ComposeButtonWidget", "--seed", "1", "--now", "2026-11-22T09:00:00Z"}, userEnvironment());
   ASSERT_EQ(result.exitStatus, 0) << result.err;
   EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "the move worked: " << result.err;
   EXPECT_FALSE(fs::exists(legacy()));

@@ -172,19 +172,24 @@ TEST_F(RefusedInput, FilesAreRefusedBeforeTheyAreReadOrDrawn) {
   }
   const std::string png = path("x.png");
   // A tree too deep or with an absurd font is one line, never a crash.
-  refusals.push_back({{"render", "--tree", path("views.json"), "--format", "png", "--output", png}, "--tree: ",
+  refusals.push_back({{"render", "--tree", path("views.json"), "--format", "png", "--output", png},
+                      "--tree: ",
                       "views nest more than 64 levels deep"});
-  refusals.push_back({{"render", "--tree", path("huge-font.json"), "--format", "png", "--output", png}, "--tree: ",
+  refusals.push_back({{"render", "--tree", path("huge-font.json"), "--format", "png", "--output", png},
+                      "--tree: ",
                       "font size 1000000000.0 out of range"});
   refusals.push_back({{"render", "--tree", path("negative-font.json"), "--format", "png", "--output", png},
-                      "--tree: ", "font size -50 out of range"});
+                      "--tree: ",
+                      "font size -50 out of range"});
   // Every JSON file a one-shot command reads, nested far past what its parser's readers can walk.
   const std::string deep = path("deep.json");
-  refusals.push_back({{"simulate", "--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z", "--events",
-                       deep, "--output", path("out"), "--group-container", folder()},
+  refusals.push_back({{"simulate", "--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z", "--events", deep,
+                       "--output", path("out"), "--group-container", folder()},
                       "--events: nested deeper than"});
-  refusals.push_back({{"snapshot", "verify", "--dir", path("suite"), "--config", deep}, "--config: nested deeper than"});
-  refusals.push_back({{"snapshot", "record", "--dir", path("suite"), "--config", deep}, "--config: nested deeper than"});
+  refusals.push_back({{"snapshot", "verify", "--dir", path("suite"), "--config", deep},
+                      "--config: nested deeper than"});
+  refusals.push_back({{"snapshot", "record", "--dir", path("suite"), "--config", deep},
+                      "--config: nested deeper than"});
   refusals.push_back({{"render", "--tree", deep, "--format", "png", "--output", png}, "--tree: nested deeper than"});
   for (const auto& refusal : refusals) expectRefusal(refusal);
 
@@ -202,8 +207,8 @@ TEST_F(RefusedInput, ValuesWrittenAnyValidWayAreTaken) {
   for (const std::string version : {"17.0.1", "18", "17.0", "16.4.1", "18.1.0"}) {
     accepted.push_back({"timeline", "--kind", "StreakWidget", "--platform-version", version});
   }
-  for (const std::string locale : {"ja_JP@calendar=japanese", "th_TH@calendar=buddhist", "de_DE@calendar=gregorian",
-                                   "de_DE"}) {
+  for (const std::string locale :
+       {"ja_JP@calendar=japanese", "th_TH@calendar=buddhist", "de_DE@calendar=gregorian", "de_DE"}) {
     accepted.push_back({"timeline", "--kind", "StreakWidget", "--locale", locale});
   }
   for (const auto& arguments : accepted) {

@@ -32,13 +32,24 @@ class ScratchFolders : public ::testing::Test {
     fs::create_directories(temporary());
     const auto journal = runCommand({"sample-journal", "--group-container", container().string(), "--now", kNow});
     ASSERT_EQ(journal.exitStatus, 0) << journal.err;
-    std::ofstream(events()) << R"([{"at": "2026-11-22T09:14:00Z", "note": {"date": "2026-11-22T09:14:00Z", "text": "Tea"}}])";
+    std::ofstream(events())
+        << R"([{"at": "2026-11-22T09:14:00Z", "note": {"date": "2026-11-22T09:14:00Z", "text": "Tea"}}])";
   }
 
   // A replay long enough to be running when a signal comes, or a short one.
   std::vector<std::string> simulate(const std::string& to, const std::string& output) const {
-    return {"simulate", "--group-container", container().string(), "--kind", "StreakWidget", "--from",
-            "2026-11-22T09:00:00Z", "--to", to, "--events", events().string(), "--output",
+    return {"simulate",
+            "--group-container",
+            container().string(),
+            "--kind",
+            "StreakWidget",
+            "--from",
+            "2026-11-22T09:00:00Z",
+            "--to",
+            to,
+            "--events",
+            events().string(),
+            "--output",
             (folder_.path() / output).string()};
   }
   std::vector<std::string> demo(const std::string& output) const {

@@ -33,8 +33,9 @@ class Simulate : public ::testing::Test {
 
   // Runs simulate in `zone` into output(); the log, or null when it failed.
   Json simulate(const std::string& zone, std::vector<std::string> arguments) {
-    std::vector<std::string> command = {"simulate", "--group-container", container().string(), "--time-zone", zone,
-                                        "--locale", "en_US", "--seed", "7", "--output", output().string()};
+    std::vector<std::string> command = {
+        "simulate", "--group-container", container().string(), "--time-zone", zone, "--locale", "en_US", "--seed",
+        "7",        "--output",          output().string()};
     command.insert(command.end(), arguments.begin(), arguments.end());
     const auto result = runCommand(command, {"TMPDIR=" + scratch().string()});
     EXPECT_EQ(result.exitStatus, 0) << result.err;
@@ -68,13 +69,13 @@ std::vector<std::string> timesOf(const std::vector<Json>& events) {
   return times;
 }
 
-const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
-                                         "StreakWidget", "ComposeButtonLockScreen"};
+const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
+                                         "ComposeButtonLockScreen"};
 
 TEST_F(Simulate, AWeekInHavanaAsksEveryWidgetOncePerDayAtItsStartEvenWithoutAMidnight) {
   writeJournal("2026-03-05T09:00:00-05:00", "America/Havana");
-  const auto log = simulate("America/Havana", {"--from", "2026-03-05T00:00:00-05:00", "--to",
-                                               "2026-03-11T23:59:59-04:00"});
+  const auto log = simulate("America/Havana",
+                            {"--from", "2026-03-05T00:00:00-05:00", "--to", "2026-03-11T23:59:59-04:00"});
   ASSERT_FALSE(log.is_null());
   const std::vector<std::string> dayStarts = {
       "2026-03-05T00:00:00-05:00", "2026-03-06T00:00:00-05:00", "2026-03-07T00:00:00-05:00",
@@ -131,9 +132,9 @@ TEST_F(Simulate, ANoteAt0914TurnsTheComposeButtonGreyAndLeavesTheJournalUntouche
   const auto events = folderPath() / "events.json";
   std::ofstream(events) << R"([{"at": "2026-11-22T09:14:00+01:00",
                                 "note": {"date": "2026-11-22T09:14:00+01:00", "text": "Walked to the lake <b>&</b>"}}])";
-  const auto log = simulate(
-      "Europe/Berlin", {"--kind", "ComposeButtonWidget", "--kind", "StreakWidget", "--from",
-                        "2026-11-22T00:00:00+01:00", "--to", "2026-11-22T12:00:00+01:00", "--events", events.string()});
+  const auto log = simulate("Europe/Berlin", {"--kind", "ComposeButtonWidget", "--kind", "StreakWidget", "--from",
+                                              "2026-11-22T00:00:00+01:00", "--to", "2026-11-22T12:00:00+01:00",
+                                              "--events", events.string()});
   ASSERT_FALSE(log.is_null());
   const auto entries = eventsOf(log, "ComposeButtonWidget", "entry");
   ASSERT_EQ(timesOf(entries), (std::vector<std::string>{"2026-11-22T00:00:00+01:00", "2026-11-22T09:14:00+01:00"}));

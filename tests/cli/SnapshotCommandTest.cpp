@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,8 +22,8 @@
 namespace quillan::cli {
 namespace {
 
-using testing::expectRefused;
 using testing::contentsOf;
+using testing::expectRefused;
 using testing::readText;
 using testing::runCommand;
 using testing::TemporaryFolder;
@@ -213,7 +212,10 @@ TEST_F(Snapshot, AnEntryThatIsASymbolicLinkIsRefusedAndNothingIsWrittenThroughIt
   const auto before = contentsOf(outside());
   const std::string linkedEntries[] = {"cases/" + std::string(kComposeCase) + ".png",
                                        "cases/" + std::string(kComposeCase) + ".json",
-                                       "report.html", "snapshots.json", "diffs", "cases"};
+                                       "report.html",
+                                       "snapshots.json",
+                                       "diffs",
+                                       "cases"};
   for (const auto& entry : linkedEntries) {
     const auto path = dir() / entry;
     const auto kept = suiteParent() / "kept";

@@ -1,7 +1,6 @@
-#include "compose/ComposeButtonSmallView.hpp"
-
 #include <gtest/gtest.h>
 
+#include "compose/ComposeButtonSmallView.hpp"
 #include "compose/ComposeButtonWidget.hpp"
 #include "compose/TodayCheck.hpp"
 #include "platform/RandomSource.hpp"
@@ -100,8 +99,8 @@ TEST_F(ComposeButton, StandAloneWidgetMatchesTheGoldenTrees) {
       if (writtenToday) TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
       platform::RandomSource::seed(1);
       const auto whole = ComposeButtonWidgetEntryView({platform::Clock::now()}).body(this->environment(major));
-      views::testing::expectGoldenTree(
-          whole, "compose_button_" + std::to_string(major) + (writtenToday ? "_grey.json" : "_orange.json"));
+      views::testing::expectGoldenTree(whole, "compose_button_" + std::to_string(major) +
+                                                  (writtenToday ? "_grey.json" : "_orange.json"));
     }
   }
 }
@@ -125,7 +124,9 @@ TEST_F(ComposeButton, IconSitsTrailingExceptInVibrantRendering) {
 
 TEST_F(ComposeButton, PromptComesFromTheListAndFollowsTheSeed) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  const auto prompt = [&] { return content(tree(true, this->environment(17)))["children"][0]["text"].get<std::string>(); };
+  const auto prompt = [&] {
+    return content(tree(true, this->environment(17)))["children"][0]["text"].get<std::string>();
+  };
   platform::RandomSource::seed(99);
   const auto first = prompt();
   platform::RandomSource::seed(99);

@@ -1,7 +1,6 @@
-#include "compose/ComposeLockScreenWidget.hpp"
-
 #include <gtest/gtest.h>
 
+#include "compose/ComposeLockScreenWidget.hpp"
 #include "views/GoldenTree.hpp"
 
 namespace quillan::compose {

@@ -1,7 +1,6 @@
-#include "compose/DeepLinks.hpp"
-
 #include <gtest/gtest.h>
 
+#include "compose/DeepLinks.hpp"
 #include "support/ProcessEnvironment.hpp"
 
 namespace quillan::compose {

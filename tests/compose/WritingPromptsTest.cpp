@@ -1,9 +1,8 @@
-#include "compose/WritingPrompts.hpp"
-
 #include <gtest/gtest.h>
 
 #include <map>
 
+#include "compose/WritingPrompts.hpp"
 #include "platform/RandomSource.hpp"
 
 namespace quillan::compose {

@@ -15,9 +15,7 @@ namespace quillan::host::testing {
 inline platform::Date at(std::string_view iso) { return *platform::ISO8601::parse(iso); }
 
 // Dates as the tests write them: in the current zone, with its offset.
-inline std::string local(platform::Date date) {
-  return platform::ISO8601::format(date, platform::TimeZone::current());
-}
+inline std::string local(platform::Date date) { return platform::ISO8601::format(date, platform::TimeZone::current()); }
 
 inline std::string policyText(const widgets::TimelineReloadPolicy& policy) {
   switch (policy.kind()) {

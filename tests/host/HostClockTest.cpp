@@ -1,9 +1,9 @@
-#include "host/HostClock.hpp"
-
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <stdexcept>
+
+#include "host/HostClock.hpp"
 
 namespace quillan::host {
 namespace {

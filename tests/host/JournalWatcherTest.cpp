@@ -1,5 +1,3 @@
-#include "host/JournalWatcher.hpp"
-
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -7,6 +5,7 @@
 #include <functional>
 
 #include "LiveHostFixture.hpp"
+#include "host/JournalWatcher.hpp"
 
 namespace quillan::host {
 namespace {
@@ -73,8 +72,7 @@ TEST_F(JournalWatcherTest, AFolderThatComesBackIsWatchedAgain) {
   } cases[] = {
       {"removed", [](const auto& folder) { std::filesystem::remove_all(folder); }},
       {"moved away", [](const auto& folder) { std::filesystem::rename(folder, folder.string() + ".old"); }},
-      {"removed with the folder above",
-       [](const auto& folder) { std::filesystem::remove_all(folder.parent_path()); }},
+      {"removed with the folder above", [](const auto& folder) { std::filesystem::remove_all(folder.parent_path()); }},
   };
   for (const auto& replacement : cases) {
     SCOPED_TRACE(replacement.name);

@@ -1,9 +1,8 @@
-#include "host/LiveHost.hpp"
-
 #include <gtest/gtest.h>
 
 #include "LiveHostFixture.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
+#include "host/LiveHost.hpp"
 
 namespace quillan::host {
 namespace {

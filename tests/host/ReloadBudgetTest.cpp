@@ -1,8 +1,8 @@
-#include "host/ReloadBudget.hpp"
-
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+
+#include "host/ReloadBudget.hpp"
 
 namespace quillan::host {
 namespace {

@@ -1,5 +1,3 @@
-#include "host/Scheduler.hpp"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include <stdexcept>
 
 #include "EventLog.hpp"
+#include "host/Scheduler.hpp"
 #include "support/ProcessEnvironment.hpp"
 
 namespace quillan::host {
@@ -105,7 +104,9 @@ TEST_F(SchedulerTest, EachPolicyComesDueWhereItSaysButNeverAtOnce) {
       {"after a second later", {asked}, TimelineReloadPolicy::after(utc("10:00:01")), utc("10:00:01")},
       {"after the ask itself", {asked}, TimelineReloadPolicy::after(asked), fiveMinutesLater},
       {"after a past date", {asked}, TimelineReloadPolicy::after(utc("09:00:00")), fiveMinutesLater},
-      {"atEnd with a last entry ahead", {utc("09:00:00"), utc("11:30:00")}, TimelineReloadPolicy::atEnd(),
+      {"atEnd with a last entry ahead",
+       {utc("09:00:00"), utc("11:30:00")},
+       TimelineReloadPolicy::atEnd(),
        utc("11:30:00")},
       {"atEnd with every entry past", {utc("09:00:00")}, TimelineReloadPolicy::atEnd(), fiveMinutesLater},
       {"atEnd without entries", {}, TimelineReloadPolicy::atEnd(), fiveMinutesLater},
@@ -229,10 +230,14 @@ TEST_F(SchedulerTest, AFailedAskKeepsTheTimelineAndRetriesLaterAndLater) {
   scheduler.advanceTo(utc("16:00:00"));
   // Retries wait 5, 10, 20, 40 minutes, then at most an hour.
   EXPECT_EQ(fake.askTimes(), (Strings{
-                                 "2026-05-04T10:00:00+00:00", "2026-05-04T10:30:00+00:00",
-                                 "2026-05-04T10:35:00+00:00", "2026-05-04T10:45:00+00:00",
-                                 "2026-05-04T11:05:00+00:00", "2026-05-04T11:45:00+00:00",
-                                 "2026-05-04T12:45:00+00:00", "2026-05-04T13:45:00+00:00",
+                                 "2026-05-04T10:00:00+00:00",
+                                 "2026-05-04T10:30:00+00:00",
+                                 "2026-05-04T10:35:00+00:00",
+                                 "2026-05-04T10:45:00+00:00",
+                                 "2026-05-04T11:05:00+00:00",
+                                 "2026-05-04T11:45:00+00:00",
+                                 "2026-05-04T12:45:00+00:00",
+                                 "2026-05-04T13:45:00+00:00",
                                  "2026-05-04T14:45:00+00:00",
                              }));
   // The timeline of the first ask went on while the asks failed.
@@ -260,7 +265,9 @@ TEST_F(SchedulerTest, ASourceThatThrowsOrAnswersUnusablyFailsTheAsk) {
       {[] { return timeline(std::vector<Date>(1001, utc("10:00:00")), std::nullopt); },
        "the timeline has 1001 entries, more than the 1000 the host follows"},
       {[] { return timeline(std::vector<Date>(1000, utc("10:00:00")), std::nullopt); }, std::nullopt},
-      {[nan] { return timeline({utc("10:00:00"), nan}, std::nullopt); },
+      {[nan] {
+         return timeline({utc("10:00:00"), nan}, std::nullopt);
+       },
        "the timeline has an entry whose date is not a finite number"},
       {[infinity] { return timeline({}, TimelineReloadPolicy::after(infinity)); },
        "the timeline's reload date is not a finite number"},
@@ -286,9 +293,10 @@ TimelineOutcome mixedAnswer(std::string_view kind, Date when, int& asks) {
 struct MixedHost {
   EventLog log;
   std::map<std::string, int> asks;
-  Scheduler scheduler{utc("10:00:00"),
-                      [this](std::string_view kind, Date when) { return mixedAnswer(kind, when, asks[std::string(kind)]); },
-                      log.listener()};
+  Scheduler scheduler{
+      utc("10:00:00"),
+      [this](std::string_view kind, Date when) { return mixedAnswer(kind, when, asks[std::string(kind)]); },
+      log.listener()};
   MixedHost() {
     for (const char* kind : {"daily", "hungry", "flaky", "swapping"}) scheduler.place(kind);
   }
@@ -329,11 +337,10 @@ TEST_F(SchedulerTest, SettingTheClockBackReloadsEveryWidgetFree) {
 
   run.scheduler.advanceTo(utc("12:00:00"));
   EXPECT_EQ(run.scheduler.now(), utc("12:00:00"));
-  EXPECT_EQ(run.log.linesOfType(EventType::reload),
-            (Strings{"2026-05-04T12:00:00+00:00 daily reload time-change",
-                     "2026-05-04T12:00:00+00:00 hungry reload time-change",
-                     "2026-05-04T12:00:00+00:00 flaky reload time-change",
-                     "2026-05-04T12:00:00+00:00 swapping reload time-change"}));
+  EXPECT_EQ(run.log.linesOfType(EventType::reload), (Strings{"2026-05-04T12:00:00+00:00 daily reload time-change",
+                                                             "2026-05-04T12:00:00+00:00 hungry reload time-change",
+                                                             "2026-05-04T12:00:00+00:00 flaky reload time-change",
+                                                             "2026-05-04T12:00:00+00:00 swapping reload time-change"}));
   const auto hungry = *run.scheduler.widget("hungry");
   EXPECT_EQ(hungry.reloads.policy, 24) << "the reloads after 12:00 have not happened";
   EXPECT_EQ(hungry.reloads.system, 2);
@@ -382,9 +389,8 @@ TEST_F(SchedulerTest, RejectsBadCallsWithOneLine) {
 
 TEST_F(SchedulerTest, AListenerCallingBackInIsCaught) {
   Scheduler* self = nullptr;
-  Scheduler scheduler(utc("10:00:00"), usedUpAtOnce, [&self](const SchedulerEvent&) {
-    self->advanceTo(utc("11:00:00"));
-  });
+  Scheduler scheduler(utc("10:00:00"), usedUpAtOnce,
+                      [&self](const SchedulerEvent&) { self->advanceTo(utc("11:00:00")); });
   self = &scheduler;
   EXPECT_THROW(scheduler.place("w"), std::logic_error);
   EXPECT_EQ(scheduler.now(), utc("10:00:00"));

@@ -1,10 +1,9 @@
-#include "host/WidgetHost.hpp"
-
 #include <gtest/gtest.h>
 
 #include <functional>
 
 #include "EventLog.hpp"
+#include "host/WidgetHost.hpp"
 #include "support/ProcessEnvironment.hpp"
 
 namespace quillan::host {
@@ -80,10 +79,10 @@ TEST_F(WidgetHostTest, TimePassingIsLivedThroughAndEveryOtherInputAsksEveryWidge
   } cases[] = {
       {"a week passing", [](WidgetHost& host) { host.advanceTo(kStart.addingTimeInterval(7 * 24 * kHour)); },
        Strings(7 * 2, "policy")},
-      {"time going back", [](WidgetHost& host) { host.advanceTo(kStart.addingTimeInterval(-kHour)); },
+      {"time going back",
+       [](WidgetHost& host) { host.advanceTo(kStart.addingTimeInterval(-kHour)); },
        {"time-change", "time-change"}},
-      {"the environment changing", [](WidgetHost& host) { host.environmentChanged(); },
-       {"environment", "environment"}},
+      {"the environment changing", [](WidgetHost& host) { host.environmentChanged(); }, {"environment", "environment"}},
       {"the app writing its journal", [](WidgetHost& host) { host.appWroteJournal(); }, {"app", "app"}},
   };
   for (const auto& test : cases) {

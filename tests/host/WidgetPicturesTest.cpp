@@ -1,5 +1,3 @@
-#include "host/WidgetPictures.hpp"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,6 +6,7 @@
 #include "LiveHostFixture.hpp"
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
+#include "host/WidgetPictures.hpp"
 
 namespace quillan::host {
 namespace {

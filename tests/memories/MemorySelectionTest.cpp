@@ -1,10 +1,9 @@
-#include "memories/MemorySelection.hpp"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "memories/MemorySelection.hpp"
 #include "memories/MemorySummary.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
@@ -86,8 +85,8 @@ TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
     ProcessEnvironment environment(selection.now, selection.zone, selection.locale);
     journal.addNote(selection.note, selection.why);
     EXPECT_EQ(fetchMemories().size(), selection.isMemory ? 1u : 0u)
-        << selection.why << ": " << selection.locale << " " << selection.zone << " now " << selection.now
-        << ", note " << selection.note;
+        << selection.why << ": " << selection.locale << " " << selection.zone << " now " << selection.now << ", note "
+        << selection.note;
   }
 }
 

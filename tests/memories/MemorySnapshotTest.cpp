@@ -1,10 +1,9 @@
-#include "memories/MemorySnapshot.hpp"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "compose/TodayCheck.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "memories/MemorySummary.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
@@ -51,7 +50,8 @@ void writeJournal(TestJournal& journal) {
   for (int year = -12; year <= 1; ++year) {
     const auto anniversary = *calendar.dateByAdding(platform::CalendarComponent::year, year, now);
     for (int day = -2; day <= 2; ++day) {
-      const auto start = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, day, anniversary));
+      const auto start = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, day,
+                                                                    anniversary));
       for (double offset : {-1.0, -0.001, 0.0, 0.001, 1.0, 3600.0, 43200.0, 86399.0}) {
         journal.addNote(start.addingTimeInterval(offset), "note " + std::to_string(serial++));
       }
@@ -112,8 +112,7 @@ TEST(MemorySnapshotDeathTest, ANoteWithoutADateStopsTheProcess) {
   TestJournal::shared().clear();
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
   TestJournal::shared().addNote(std::optional<platform::Date>{}, std::string("undated"));
-  EXPECT_DEATH(MemorySnapshot::take(),
-               "OnThisDayWidgetExtension/MemorySelection: Fatal error: Unexpectedly found nil");
+  EXPECT_DEATH(MemorySnapshot::take(), "OnThisDayWidgetExtension/MemorySelection: Fatal error: Unexpectedly found nil");
   TestJournal::shared().clear();
   EXPECT_DEATH(MemorySnapshot::take().representativeMemory(),
                "OnThisDayWidgetExtension/MemorySelection: Fatal error: Unexpectedly found nil");

@@ -193,25 +193,50 @@ struct GoldenCase {
 // background and margins into the container), with one, several and no
 // memories; a note of today is no memory but greys the compose button.
 const GoldenCase kGoldenTrees[] = {
-    {"otd_small_light_17.json", WidgetFamily::systemSmall, ColorScheme::light, {17, 0},
+    {"otd_small_light_17.json",
+     WidgetFamily::systemSmall,
+     ColorScheme::light,
+     {17, 0},
      {{"2024-11-16T20:15:00+01:00", "Lantern walk with **everyone**,\n_cold_ but lovely\nthird line"},
       {"2025-11-16T07:45:00+01:00", "First snow. ~~Stayed in~~ went sledging"},
       {"2025-11-16T21:00:00+01:00", "Soup and `tea`"}}},
-    {"otd_small_dark_16.json", WidgetFamily::systemSmall, ColorScheme::dark, {16, 4},
+    {"otd_small_dark_16.json",
+     WidgetFamily::systemSmall,
+     ColorScheme::dark,
+     {16, 4},
      {{"2024-11-16T20:15:00+01:00", "Lantern walk"}, {"2025-11-16T07:45:00+01:00", "First snow"}}},
-    {"otd_medium_dark_16.json", WidgetFamily::systemMedium, ColorScheme::dark, {16, 0},
+    {"otd_medium_dark_16.json",
+     WidgetFamily::systemMedium,
+     ColorScheme::dark,
+     {16, 0},
      {{"2023-11-16T12:00:00+01:00", "# Market day\nbought apples"},
       {"2026-11-16T08:00:00+01:00", "today: written, so the button is grey"}}},
-    {"otd_small_light_16.json", WidgetFamily::systemSmall, ColorScheme::light, {16, 0},
+    {"otd_small_light_16.json",
+     WidgetFamily::systemSmall,
+     ColorScheme::light,
+     {16, 0},
      {{"2021-11-16T10:00:00+01:00", "A _quiet_ Sunday"}}},
-    {"otd_small_dark_17.json", WidgetFamily::systemSmall, ColorScheme::dark, {17, 0},
+    {"otd_small_dark_17.json",
+     WidgetFamily::systemSmall,
+     ColorScheme::dark,
+     {17, 0},
      {{"2026-11-16T08:00:00+01:00", "today is no memory"}}},
-    {"otd_medium_light_17.json", WidgetFamily::systemMedium, ColorScheme::light, {17, 0},
+    {"otd_medium_light_17.json",
+     WidgetFamily::systemMedium,
+     ColorScheme::light,
+     {17, 0},
      {{"2026-11-16T08:00:00+01:00", "today is no memory"}}},
-    {"otd_medium_light_16.json", WidgetFamily::systemMedium, ColorScheme::light, {16, 0},
+    {"otd_medium_light_16.json",
+     WidgetFamily::systemMedium,
+     ColorScheme::light,
+     {16, 0},
      {{"2022-11-16T09:00:00+01:00", "Rain"}, {"2025-11-16T09:00:00+01:00", "Sun"}}},
-    {"otd_medium_dark_17.json", WidgetFamily::systemMedium, ColorScheme::dark, {17, 0},
-     {{"2020-11-16T09:00:00+01:00", "Moved in"}, {"2024-11-16T09:00:00+01:00", "**Five** years"},
+    {"otd_medium_dark_17.json",
+     WidgetFamily::systemMedium,
+     ColorScheme::dark,
+     {17, 0},
+     {{"2020-11-16T09:00:00+01:00", "Moved in"},
+      {"2024-11-16T09:00:00+01:00", "**Five** years"},
       {"2024-11-16T19:00:00+01:00", "Cake"}}},
 };
 
@@ -223,8 +248,8 @@ TEST_F(MemoryViews, MatchTheGoldenTrees) {
     platform::RandomSource::seed(7);
     for (const auto& [date, info] : c.notes) journal.addNote(date, info);
     expectGoldenTree(c.family == WidgetFamily::systemSmall ? drawSmall(c.scheme, c.version)
-                                                       : drawMedium(c.scheme, c.version),
-                 c.file);
+                                                           : drawMedium(c.scheme, c.version),
+                     c.file);
   }
 }
 

@@ -109,7 +109,7 @@ TEST(Pages, AreasAreTheRegionsCornersInPointsEachLinkingItsUrl) {
 
 TEST(Pages, NumbersHaveAtMostTwoDecimalsAndNoTrailingZeros) {
   const std::vector<std::pair<double, std::string>> cases = {
-      {0, "0"}, {100, "100"}, {0.1, "0.1"}, {-3.5, "-3.5"}, {155.25, "155.25"}, {1234.5678, "1234.57"},
+      {0, "0"},     {100, "100"},   {0.1, "0.1"}, {-3.5, "-3.5"}, {155.25, "155.25"}, {1234.5678, "1234.57"},
       {2.999, "3"}, {10.004, "10"}, {0.001, "0"},
   };
   for (const auto& [value, text] : cases) EXPECT_EQ(htmlNumber(value), text) << value;

@@ -1,7 +1,6 @@
-#include "platform/AttributedString.hpp"
-
 #include <gtest/gtest.h>
 
+#include "platform/AttributedString.hpp"
 #include "support/SmallStack.hpp"
 
 namespace quillan::platform {
@@ -28,9 +27,7 @@ TextRun link(std::string text, std::string url) {
   return run;
 }
 
-std::vector<TextRun> runsOf(std::string_view markdown) {
-  return AttributedString::fromInlineMarkdown(markdown).runs();
-}
+std::vector<TextRun> runsOf(std::string_view markdown) { return AttributedString::fromInlineMarkdown(markdown).runs(); }
 
 TEST(InlineMarkdown, InlineSyntaxBecomesStyledRuns) {
   struct Case {
@@ -63,12 +60,39 @@ TEST(InlineMarkdown, InlineSyntaxBecomesStyledRuns) {
 // Block syntax, on the first line or on a line that would start a block
 // inside a paragraph, and whitespace stay as typed.
 TEST(InlineMarkdown, BlockSyntaxAndWhitespaceStayAsTyped) {
-  for (const char* text : {"# Heading", "## two", "- a", "* a", "+ a", "> quoted", "1. first", "2) second",
-                           "---", "***", "```", "~~~", "    indented code", "\tTabbed", "trailing  ",
-                           "[ref]: https://example.org", "Title\n=====", "<div>", "a\n\n\nb", "\n", "",
-                           "line one\r\nline two\rthree", "  # spaced heading  ", "text\n# heading", "text\n- item",
-                           "text\n> quote", "text\n1. first", "text\n```", "text\n~~~", "text\n---", "text\n***",
-                           "text\n<div>", "a\n+ b\n2) c"}) {
+  for (const char* text : {"# Heading",
+                           "## two",
+                           "- a",
+                           "* a",
+                           "+ a",
+                           "> quoted",
+                           "1. first",
+                           "2) second",
+                           "---",
+                           "***",
+                           "```",
+                           "~~~",
+                           "    indented code",
+                           "\tTabbed",
+                           "trailing  ",
+                           "[ref]: https://example.org",
+                           "Title\n=====",
+                           "<div>",
+                           "a\n\n\nb",
+                           "\n",
+                           "",
+                           "line one\r\nline two\rthree",
+                           "  # spaced heading  ",
+                           "text\n# heading",
+                           "text\n- item",
+                           "text\n> quote",
+                           "text\n1. first",
+                           "text\n```",
+                           "text\n~~~",
+                           "text\n---",
+                           "text\n***",
+                           "text\n<div>",
+                           "a\n+ b\n2) c"}) {
     const auto parsed = AttributedString::fromInlineMarkdown(text);
     EXPECT_EQ(parsed.plainText(), text) << text;
     for (const auto& run : parsed.runs()) {
@@ -99,7 +123,7 @@ TEST(InlineMarkdown, InlineSyntaxSpansLineBreaksWithinAParagraph) {
 
 TEST(InlineMarkdown, TextThatIsNotUtf8IsAParseError) {
   for (const std::string& text : {std::string("abc\xff"), std::string("\xc3"), std::string("\xc0\xaf"),
-                                 std::string("\xed\xa0\x80"), std::string("**\xf5\x80\x80\x80**")}) {
+                                  std::string("\xed\xa0\x80"), std::string("**\xf5\x80\x80\x80**")}) {
     try {
       AttributedString::fromInlineMarkdown(text);
       ADD_FAILURE() << "no error for invalid UTF-8";

@@ -1,7 +1,6 @@
-#include "platform/Calendar.hpp"
-
 #include <gtest/gtest.h>
 
+#include "platform/Calendar.hpp"
 #include "platform/ISO8601.hpp"
 
 namespace quillan::platform {
@@ -49,20 +48,16 @@ TEST(CalendarStartOfDay, DaysAroundDaylightSavingChangesLast23And25Hours) {
     double hours;
   };
   const Case cases[] = {
-      {"America/New_York", "2026-03-08T12:00:00-04:00", 23},
-      {"America/New_York", "2026-11-01T12:00:00-05:00", 25},
-      {"Europe/Berlin", "2026-03-29T12:00:00+02:00", 23},
-      {"Europe/Berlin", "2026-10-25T12:00:00+01:00", 25},
-      {"America/Sao_Paulo", "2018-11-04T12:00:00-02:00", 23},
-      {"Asia/Tokyo", "2026-03-08T12:00:00+09:00", 24},
+      {"America/New_York", "2026-03-08T12:00:00-04:00", 23},  {"America/New_York", "2026-11-01T12:00:00-05:00", 25},
+      {"Europe/Berlin", "2026-03-29T12:00:00+02:00", 23},     {"Europe/Berlin", "2026-10-25T12:00:00+01:00", 25},
+      {"America/Sao_Paulo", "2018-11-04T12:00:00-02:00", 23}, {"Asia/Tokyo", "2026-03-08T12:00:00+09:00", 24},
   };
   for (const auto& c : cases) {
     const auto cal = calendar("en_US", c.zone);
     const auto noon = at(c.day);
     const auto start = cal.startOfDay(noon);
     const auto tomorrow = cal.startOfDay(cal.dateByAdding(CalendarComponent::day, 1, noon).value());
-    EXPECT_DOUBLE_EQ(tomorrow.timeIntervalSinceReferenceDate() - start.timeIntervalSinceReferenceDate(),
-                     c.hours * 3600)
+    EXPECT_DOUBLE_EQ(tomorrow.timeIntervalSinceReferenceDate() - start.timeIntervalSinceReferenceDate(), c.hours * 3600)
         << c.zone << " " << c.day;
   }
 }

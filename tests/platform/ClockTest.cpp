@@ -1,8 +1,8 @@
-#include "platform/Clock.hpp"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
+
+#include "platform/Clock.hpp"
 
 namespace quillan::platform {
 namespace {

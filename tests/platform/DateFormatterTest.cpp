@@ -1,11 +1,10 @@
-#include "platform/DateFormatter.hpp"
-
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 #include <vector>
 
+#include "platform/DateFormatter.hpp"
 #include "platform/ISO8601.hpp"
 
 namespace quillan::platform {

@@ -1,9 +1,9 @@
-#include "platform/Fatal.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
+
+#include "platform/Fatal.hpp"
 
 namespace quillan::platform {
 namespace {

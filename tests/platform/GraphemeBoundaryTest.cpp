@@ -1,8 +1,8 @@
-#include "platform/GraphemeBoundary.hpp"
-
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "platform/GraphemeBoundary.hpp"
 
 namespace quillan::platform {
 namespace {

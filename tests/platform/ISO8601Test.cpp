@@ -1,6 +1,6 @@
-#include "platform/ISO8601.hpp"
-
 #include <gtest/gtest.h>
+
+#include "platform/ISO8601.hpp"
 
 namespace quillan::platform {
 namespace {
@@ -27,9 +27,9 @@ TEST(ISO8601, ParsesOffsetsZuluAndFractions) {
 }
 
 TEST(ISO8601, RejectsMalformedDates) {
-  for (const char* text : {"", "2026-11-22", "2026-11-22T00:00:00", "2026-13-01T00:00:00Z",
-                           "2026-02-29T00:00:00Z", "2026-11-22T24:00:00Z", "2026-11-22T00:00:00+1",
-                           "2026-11-22T00:00:00Zjunk", "tomorrow", "2026-11-22T00:00:00.Z"}) {
+  for (const char* text :
+       {"", "2026-11-22", "2026-11-22T00:00:00", "2026-13-01T00:00:00Z", "2026-02-29T00:00:00Z", "2026-11-22T24:00:00Z",
+        "2026-11-22T00:00:00+1", "2026-11-22T00:00:00Zjunk", "tomorrow", "2026-11-22T00:00:00.Z"}) {
     EXPECT_FALSE(ISO8601::parse(text).has_value()) << text;
   }
 }

@@ -1,11 +1,11 @@
-#include "platform/RandomSource.hpp"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <vector>
+
+#include "platform/RandomSource.hpp"
 
 namespace quillan::platform {
 namespace {

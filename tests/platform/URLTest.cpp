@@ -1,7 +1,7 @@
-#include "platform/URL.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "platform/URL.hpp"
 
 namespace quillan::platform {
 namespace {

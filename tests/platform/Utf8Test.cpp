@@ -1,6 +1,6 @@
-#include "platform/Utf8.hpp"
-
 #include <gtest/gtest.h>
+
+#include "platform/Utf8.hpp"
 
 namespace quillan::platform {
 namespace {
@@ -16,10 +16,10 @@ TEST(Utf8, MalformedSequencesBecomeOneReplacementCharacterPerMaximalSubpart) {
       // The Unicode standard's own example: a truncated four- and three-byte
       // sequence, a lead without its tail, stray continuation bytes.
       {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64", "a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd"},
-      {"\xC0\xAF", "\uFFFD\uFFFD"},             // overlong
-      {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},   // surrogate
+      {"\xC0\xAF", "\uFFFD\uFFFD"},                      // overlong
+      {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},            // surrogate
       {"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
-      {"end\xE2\x82", "end\uFFFD"},             // cut short at the end
+      {"end\xE2\x82", "end\uFFFD"},                      // cut short at the end
       {"\xFF", "\uFFFD"},
   };
   for (const auto& c : cases) {

@@ -1,7 +1,4 @@
-#include "platform/ZoneOffsetTable.hpp"
-
 #include <gtest/gtest.h>
-
 #include <unicode/basictz.h>
 #include <unicode/tztrans.h>
 
@@ -13,6 +10,7 @@
 
 #include "platform/ISO8601.hpp"
 #include "platform/TimeZoneImpl.hpp"
+#include "platform/ZoneOffsetTable.hpp"
 
 namespace quillan::platform {
 namespace {
@@ -81,8 +79,8 @@ TEST(ZoneOffsetTable, OutlandishDatesAnswerAsTheZone) {
   const auto zone = *TimeZone::named("America/Havana");
   ZoneOffsetTable table(zone);
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  for (const double seconds : {-1e300, -5e10, -3e9, 0.0, 3e9, 5e10, 1e300, kInfinity, -kInfinity,
-                               std::numeric_limits<double>::quiet_NaN()}) {
+  for (const double seconds :
+       {-1e300, -5e10, -3e9, 0.0, 3e9, 5e10, 1e300, kInfinity, -kInfinity, std::numeric_limits<double>::quiet_NaN()}) {
     const auto date = Date::fromReferenceSeconds(seconds);
     EXPECT_EQ(table.secondsFromGMT(date), zone.secondsFromGMT(date)) << seconds;
     // A second lookup, from the table if the first was kept, agrees too.

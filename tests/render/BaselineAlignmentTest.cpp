@@ -25,7 +25,11 @@ class BaselineAlignmentTest : public ::testing::Test {
 };
 
 TEST_F(BaselineAlignmentTest, ChildrenShareTheChosenBaseline) {
-  struct Case { const char* name; Baseline baseline; double firstTop, secondTop, rowHeight; };
+  struct Case {
+    const char* name;
+    Baseline baseline;
+    double firstTop, secondTop, rowHeight;
+  };
   // First child: "aaaa bbbb" wrapped to two lines (proposal 40 wide); second:
   // one line padded 10 on top, so its baseline lies at 26.
   const Case cases[] = {
@@ -68,7 +72,11 @@ TEST_F(BaselineAlignmentTest, BackgroundsLendNoBaseline) {
 }
 
 TEST(BaselineAdapter, RowAlignmentsReachTheLayoutNodes) {
-  struct Case { views::VerticalAlignment alignment; Baseline baseline; double fraction; };
+  struct Case {
+    views::VerticalAlignment alignment;
+    Baseline baseline;
+    double fraction;
+  };
   const Case cases[] = {{views::VerticalAlignment::firstTextBaseline, Baseline::first, 0.5},
                         {views::VerticalAlignment::lastTextBaseline, Baseline::last, 0.5},
                         {views::VerticalAlignment::bottom, Baseline::none, 1.0}};

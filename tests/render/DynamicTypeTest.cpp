@@ -28,7 +28,10 @@ TEST(DynamicType, EveryStyleGrowsWithTheSizeAndLargeIsTheDefault) {
 TEST(DynamicType, ScalesTextStylesAndTheSymbolsSizedByThemButNotFixedSizes) {
   const Node tree = vstack({text("styled").font(Font::body()), text("fixed").font(Font::system(12)),
                             image("checkmark").font(Font::title3()), text("default")});
-  struct Case { DynamicTypeSize size; double body, title3; };
+  struct Case {
+    DynamicTypeSize size;
+    double body, title3;
+  };
   for (const Case c : {Case{DynamicTypeSize::xSmall, 14, 17}, Case{DynamicTypeSize::large, 17, 20},
                        Case{DynamicTypeSize::accessibility5, 53, 55}}) {
     Environment env;

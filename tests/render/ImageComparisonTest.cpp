@@ -38,7 +38,7 @@ PixelImage filled(int width, int height, Pixel pixel) { return PixelImage(width,
 TEST(ImageComparison, CountsPixelsBeyondThePerceptualTolerance) {
   const auto reference = filled(40, 25, kOrange);
   auto candidate = reference;
-  candidate.at(3, 4) = kBlack;           // far off
+  candidate.at(3, 4) = kBlack;                // far off
   candidate.at(10, 10) = {254, 149, 0, 255};  // barely off
   const auto exact = compareImages(reference, candidate, 1.0);
   EXPECT_TRUE(exact.sameSize);

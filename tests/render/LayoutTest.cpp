@@ -1,5 +1,3 @@
-#include "render/Layout.hpp"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -7,6 +5,7 @@
 #include "CountingMeasurer.hpp"
 #include "LayoutTestSupport.hpp"
 #include "render/FakeTextMeasurer.hpp"
+#include "render/Layout.hpp"
 
 namespace quillan::render {
 namespace {
@@ -18,14 +17,12 @@ class LayoutTest : public ::testing::Test {
   FakeTextMeasurer measurer{10.0, 20.0};
   LayoutEngine engine{measurer, 1.0};
 
-  LayoutBox run(const LayoutNode& node, Size proposal) {
-    return engine.layout(node, ProposedSize::of(proposal));
-  }
+  LayoutBox run(const LayoutNode& node, Size proposal) { return engine.layout(node, ProposedSize::of(proposal)); }
 };
 
 TEST_F(LayoutTest, LeastFlexibleChildIsServedFirstAndTheStackMayOverflow) {
-  const LayoutNode node = stack(LayoutKind::hstack, {flexFrame(color(), {.maxWidth = 100}),
-                                                     flexFrame(color(), {.minWidth = 100})}, 0.0);
+  const LayoutNode node = stack(LayoutKind::hstack,
+                                {flexFrame(color(), {.maxWidth = 100}), flexFrame(color(), {.minWidth = 100})}, 0.0);
   const LayoutBox box = run(node, {150, 50});
   EXPECT_DOUBLE_EQ(box.children[0].frame.width, 75);
   EXPECT_DOUBLE_EQ(box.children[1].frame.width, 100);
@@ -55,10 +52,14 @@ TEST_F(LayoutTest, TextGetsAShareBeforeColorsUnlessPrioritised) {
 }
 
 TEST_F(LayoutTest, SpacersShareTheLeftoverAndHonourMinLength) {
-  struct Case { std::optional<double> minLength; double proposal; double expectedSpacer; };
+  struct Case {
+    std::optional<double> minLength;
+    double proposal;
+    double expectedSpacer;
+  };
   // A squeezed text wraps rather than eat into the spacers' minimum.
-  const Case cases[] = {{std::nullopt, 200, 75}, {0.0, 50, 0}, {std::nullopt, 66, 8}, {std::nullopt, 50, 10},
-                        {2.5, 55, 2.5}};
+  const Case cases[] = {
+      {std::nullopt, 200, 75}, {0.0, 50, 0}, {std::nullopt, 66, 8}, {std::nullopt, 50, 10}, {2.5, 55, 2.5}};
   LayoutEngine halfPoints(measurer, 2.0);
   for (const auto& c : cases) {
     // "Hello" is 50 wide, between two spacers with no gaps next to them.
@@ -76,12 +77,17 @@ TEST_F(LayoutTest, VerticalDefaultSpacingFollowsTheTextRules) {
   EXPECT_DOUBLE_EQ(box.children[1].frame.y - box.children[0].frame.maxY(), 6);   // generic above text
   EXPECT_DOUBLE_EQ(box.children[2].frame.y - box.children[1].frame.maxY(), 0);   // text above text
   EXPECT_DOUBLE_EQ(box.children[3].frame.y - box.children[2].frame.maxY(), 10);  // text above generic
-  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {1, 1, 1, 1}), color()}), {100, 200});
+  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {1, 1, 1, 1}), color()}),
+                               {100, 200});
   EXPECT_DOUBLE_EQ(padded.children[1].frame.y - padded.children[0].frame.maxY(), 8);
 }
 
 TEST_F(LayoutTest, FlexibleFrameSizeRules) {
-  struct Case { FrameSpec frame; double proposal; double expected; };
+  struct Case {
+    FrameSpec frame;
+    double proposal;
+    double expected;
+  };
   // Child is "Hello" text: 50 wide ideally.
   const Case cases[] = {
       {{.maxWidth = std::numeric_limits<double>::infinity()}, 300, 300},
@@ -122,14 +128,16 @@ TEST_F(LayoutTest, BackgroundTakesThePrimarySize) {
 }
 
 TEST_F(LayoutTest, ZStackIsTheUnionOfCentredChildren) {
-  const LayoutBox box = run(stack(LayoutKind::zstack, {fixedFrame(color(), 40, 10), fixedFrame(color(), 10, 30)}), {300, 300});
+  const LayoutBox box = run(stack(LayoutKind::zstack, {fixedFrame(color(), 40, 10), fixedFrame(color(), 10, 30)}),
+                            {300, 300});
   EXPECT_EQ(box.frame, (Rect{0, 0, 40, 30}));
   EXPECT_EQ(box.children[1].frame, (Rect{15, 0, 10, 30}));
 }
 
 TEST_F(LayoutTest, PositionsSnapToThePixelGrid) {
   LayoutEngine retina(measurer, 3.0);
-  const LayoutBox box = retina.layout(stack(LayoutKind::hstack, {color(), color(), color()}, 0.0), ProposedSize::of({100, 10}));
+  const LayoutBox box = retina.layout(stack(LayoutKind::hstack, {color(), color(), color()}, 0.0),
+                                      ProposedSize::of({100, 10}));
   EXPECT_NEAR(box.children[1].frame.x * 3, std::round(box.children[1].frame.x * 3), 1e-9);
   EXPECT_NEAR(box.children[1].frame.x, 33.333333, 1e-5);
 }

@@ -28,7 +28,8 @@ inline LayoutNode spacer(std::optional<double> minLength = std::nullopt) {
   return n;
 }
 
-inline LayoutNode stack(LayoutKind kind, std::vector<LayoutNode> children, std::optional<double> spacing = std::nullopt) {
+inline LayoutNode stack(LayoutKind kind, std::vector<LayoutNode> children,
+                        std::optional<double> spacing = std::nullopt) {
   LayoutNode n;
   n.kind = kind;
   n.children = std::move(children);
@@ -50,7 +51,8 @@ inline LayoutNode flexFrame(LayoutNode child, FrameSpec frame, Alignment alignme
   return n;
 }
 
-inline LayoutNode fixedFrame(LayoutNode child, std::optional<double> w, std::optional<double> h, Alignment alignment = {}) {
+inline LayoutNode fixedFrame(LayoutNode child, std::optional<double> w, std::optional<double> h,
+                             Alignment alignment = {}) {
   LayoutNode n = wrap(LayoutKind::frame, std::move(child));
   n.frame.width = w;
   n.frame.height = h;

@@ -30,7 +30,11 @@ TextLayout laidOut(const std::string& text, std::optional<double> width, std::op
 const std::string kFamily = "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466";
 
 TEST(PangoTextLayout, NeverBreaksInsideAGraphemeCluster) {
-  struct Case { const char* name; std::string text; std::string cluster; };
+  struct Case {
+    const char* name;
+    std::string text;
+    std::string cluster;
+  };
   const Case cases[] = {
       {"family emoji joined by ZWJ", kFamily + kFamily + kFamily + kFamily, kFamily},
       {"letters with combining accents", "e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301", "e\u0301"},
@@ -57,7 +61,8 @@ TEST(PangoTextLayout, BreaksWhereTheScriptAllows) {
     EXPECT_EQ(joined(lines), text);
     for (std::size_t i = 0; i < lines.size(); ++i) {
       EXPECT_LE(layout.lines[i].width, 90 + 1e-6) << lines[i];
-      for (const char* mark : {"\u0E31", "\u0E34", "\u0E35", "\u0E36", "\u0E37", "\u0E38", "\u0E48", "\u0E49", "\u0E4C"})
+      for (const char* mark :
+           {"\u0E31", "\u0E34", "\u0E35", "\u0E36", "\u0E37", "\u0E38", "\u0E48", "\u0E49", "\u0E4C"})
         EXPECT_FALSE(lines[i].starts_with(mark)) << lines[i];
     }
   }
@@ -82,7 +87,12 @@ TEST(PangoTextLayout, WrapsAtSpacesAndDropsThemAtLineEnds) {
 }
 
 TEST(PangoTextLayout, EndsTheLastLineItMayShowInAnEllipsis) {
-  struct Case { const char* text; std::optional<double> width; std::optional<int> lineLimit; std::size_t lines; };
+  struct Case {
+    const char* text;
+    std::optional<double> width;
+    std::optional<int> lineLimit;
+    std::size_t lines;
+  };
   const Case cases[] = {
       {"one two three four five six seven eight nine ten", 80, 2, 2},
       {"first\nsecond\nthird", std::nullopt, 2, 2},

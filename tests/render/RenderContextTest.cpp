@@ -18,9 +18,9 @@ views::Environment darkVibrantIn(views::WidgetFamily family) {
 // the environment's, and the rest of the environment is drawn as it came.
 TEST(RenderContext, TakesTheFamilyItIsGivenAndKeepsTheRestOfTheEnvironment) {
   using enum views::WidgetFamily;
-  for (const auto& [environmentFamily, drawnFamily] : {std::pair{systemSmall, accessoryCircular},
-                                                      std::pair{accessoryCircular, systemMedium},
-                                                      std::pair{systemMedium, systemMedium}}) {
+  for (const auto& [environmentFamily, drawnFamily] :
+       {std::pair{systemSmall, accessoryCircular}, std::pair{accessoryCircular, systemMedium},
+        std::pair{systemMedium, systemMedium}}) {
     const auto context = makeRenderContext(darkVibrantIn(environmentFamily), drawnFamily);
     EXPECT_EQ(context.env, darkVibrantIn(drawnFamily));
   }

@@ -31,8 +31,12 @@ void expectMirrored(const LayoutBox& ltr, const LayoutBox& rtl, double width) {
 TEST(RightToLeft, MirrorsEveryFrameAcrossTheWidget) {
   const FakeTextMeasurer measurer(10, 20);
   for (const auto& tree : {testing::streakMedium(), testing::memoriesAndCompose()}) {
-    const auto ltr = layoutWidget(tree, contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::leftToRight), measurer);
-    const auto rtl = layoutWidget(tree, contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft), measurer);
+    const auto ltr = layoutWidget(tree,
+                                  contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::leftToRight),
+                                  measurer);
+    const auto rtl = layoutWidget(tree,
+                                  contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft),
+                                  measurer);
     EXPECT_FALSE(ltr->rightToLeft);
     EXPECT_TRUE(rtl->rightToLeft);
     expectMirrored(ltr->content, rtl->content, ltr->size.width);
@@ -64,7 +68,8 @@ TEST(RightToLeft, LinesStartAtTheLeadingEdgeWhateverTheirScript) {
   // A Hebrew note in a left-to-right layout starts at the left; an English
   // one in a right-to-left layout ends at the right.
   const auto& text = PangoTextMeasurer::shared();
-  const StyledText hebrew{{"\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD", FontDescription{}, false, std::nullopt}};
+  const StyledText hebrew{
+      {"\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD", FontDescription{}, false, std::nullopt}};
   const StyledText english{{"Hello there, world", FontDescription{}, false, std::nullopt}};
   for (const auto& runs : {hebrew, english}) {
     const TextLayout layout = text.layout(runs, {60.0, std::nullopt, std::nullopt});

@@ -26,13 +26,17 @@ class StackSpacingTest : public ::testing::Test {
 LayoutNode textRow() { return stack(LayoutKind::hstack, {text("2025"), text("note")}); }
 
 TEST_F(StackSpacingTest, StacksSpaceLikeWhatTheyHoldOnEachEdge) {
-  struct Case { const char* name; LayoutNode above, below; double gap; };
+  struct Case {
+    const char* name;
+    LayoutNode above, below;
+    double gap;
+  };
   const Case cases[] = {
       {"text above a row of texts", text("title"), stack(LayoutKind::vstack, {textRow()}), 0},
       {"row of texts above a generic view", textRow(), color(), 10},
       {"generic above a row of a text and a spacer", color(), stack(LayoutKind::hstack, {text("a"), spacer()}), 6},
-      {"row of a text and a colour above a text: the larger gap wins",
-       stack(LayoutKind::hstack, {text("a"), color()}), text("b"), 6},
+      {"row of a text and a colour above a text: the larger gap wins", stack(LayoutKind::hstack, {text("a"), color()}),
+       text("b"), 6},
       {"only the last child of a vstack faces down", stack(LayoutKind::vstack, {text("a"), color()}), text("b"), 6},
       {"only the first child of a vstack faces up", color(), stack(LayoutKind::vstack, {text("a"), color()}), 6},
       {"horizontal padding keeps a text's vertical preference", text("a"), padding(text("b"), {0, 5, 0, 5}), 0},
@@ -58,13 +62,14 @@ TEST_F(StackSpacingTest, HorizontalGapsSkipSpacersOnlyAtTheFacingEdge) {
 // The memory panel: date header, title, one memory whose note may take two
 // lines, the "more" pill; 2.5 of top padding inside a 126-high area.
 LayoutNode memoryPanel(std::string note) {
-  LayoutNode header = stack(LayoutKind::hstack, {stack(LayoutKind::vstack, {wrap(LayoutKind::offset, text("Nov 22"))}),
-                                                 spacer(0.0)});
+  LayoutNode header = stack(LayoutKind::hstack,
+                            {stack(LayoutKind::vstack, {wrap(LayoutKind::offset, text("Nov 22"))}), spacer(0.0)});
   LayoutNode row = stack(LayoutKind::vstack, {stack(LayoutKind::hstack, {text("2025"), text(std::move(note), 2)})});
   LayoutNode pillBackground = wrap(LayoutKind::background, padding(text("3 more"), {0, 5, 0, 5}));
   pillBackground.children.push_back(color());
   LayoutNode pill = stack(LayoutKind::hstack, {spacer(2.5), std::move(pillBackground), spacer(2.5)});
-  LayoutNode panel = stack(LayoutKind::vstack, {std::move(header), text("On This Day"), std::move(row), std::move(pill)});
+  LayoutNode panel = stack(LayoutKind::vstack,
+                           {std::move(header), text("On This Day"), std::move(row), std::move(pill)});
   panel.alignment.horizontal = 0;
   return padding(std::move(panel), {2.5, 0, 0, 0});
 }
@@ -72,7 +77,10 @@ LayoutNode memoryPanel(std::string note) {
 const LayoutBox& noteOf(const LayoutBox& panel) { return panel.children[0].children[2].children[0].children[1]; }
 
 TEST_F(StackSpacingTest, MemoryNoteTakesTwoLinesWhenThePanelHasTheHeight) {
-  struct Case { double height; std::size_t lines; };
+  struct Case {
+    double height;
+    std::size_t lines;
+  };
   // Header, title and pill are 20 each and stack without gaps around text rows:
   // the note needs 60 + 40 + 2.5 of padding for two lines.
   const Case cases[] = {{126, 2}, {102.5, 2}, {102.4, 1}, {60, 1}};

@@ -41,13 +41,14 @@ struct Canvas {
 TEST(Symbol, HeavierWeightsDrawThickerStrokes) {
   for (const char* name : {"checkmark", "square.and.pencil"}) {
     int previous = 0;
-    for (FontWeight weight : {FontWeight::ultraLight, FontWeight::light, FontWeight::regular, FontWeight::bold,
-                              FontWeight::black}) {
+    for (FontWeight weight :
+         {FontWeight::ultraLight, FontWeight::light, FontWeight::regular, FontWeight::bold, FontWeight::black}) {
       const int inked = Canvas(name, weight).inkedPixels();
       EXPECT_GT(inked, previous) << name << " at weight " << weightClass(weight);
       previous = inked;
     }
-    EXPECT_GT(Canvas(name, FontWeight::black).inkedPixels(), 3 * Canvas(name, FontWeight::ultraLight).inkedPixels()) << name;
+    EXPECT_GT(Canvas(name, FontWeight::black).inkedPixels(), 3 * Canvas(name, FontWeight::ultraLight).inkedPixels())
+        << name;
   }
 }
 

@@ -1,9 +1,8 @@
-#include "render/TextLayout.hpp"
-
 #include <gtest/gtest.h>
 
 #include "CountingMeasurer.hpp"
 #include "render/FakeTextMeasurer.hpp"
+#include "render/TextLayout.hpp"
 
 namespace quillan::render {
 namespace {
@@ -19,7 +18,11 @@ std::vector<std::string> lineTexts(const TextLayout& layout) {
 const FakeTextMeasurer kMeasurer{10.0, 20.0};
 
 TEST(TextLayout, WrapsExactlyAtTheProposedWidth) {
-  struct Case { const char* text; std::optional<double> width; std::vector<std::string> lines; };
+  struct Case {
+    const char* text;
+    std::optional<double> width;
+    std::vector<std::string> lines;
+  };
   const Case cases[] = {
       {"Hello", 50.01, {"Hello"}},
       {"Hello", 50.0, {"Hello"}},
@@ -40,8 +43,13 @@ TEST(TextLayout, WrapsExactlyAtTheProposedWidth) {
 }
 
 TEST(TextLayout, TruncatesTheLastVisibleLineWithAnEllipsis) {
-  struct Case { const char* text; std::optional<double> width; std::optional<double> height;
-                std::optional<int> lineLimit; std::vector<std::string> lines; };
+  struct Case {
+    const char* text;
+    std::optional<double> width;
+    std::optional<double> height;
+    std::optional<int> lineLimit;
+    std::vector<std::string> lines;
+  };
   const Case cases[] = {
       {"one two three four", 80, std::nullopt, 2, {"one two", "three f\u2026"}},
       {"one two three four", 80, 45, std::nullopt, {"one two", "three f\u2026"}},
@@ -154,7 +162,7 @@ TEST(TextLayout, ATextCutShortEndsOnAWholeCharacter) {
 TEST(ShownTextBound, LinesFollowTheTightestLimitAndTheTallestWidget) {
   EXPECT_EQ(shownTextBound({300, std::nullopt, 2}, 20, 17).lines, 2u);
   EXPECT_EQ(shownTextBound({300, 45, 5}, 20, 17).lines, 2u);
-  EXPECT_EQ(shownTextBound({300, 5, std::nullopt}, 20, 17).lines, 1u);  // at least one
+  EXPECT_EQ(shownTextBound({300, 5, std::nullopt}, 20, 17).lines, 1u);   // at least one
   EXPECT_EQ(shownTextBound({300, std::nullopt, 0}, 20, 17).lines, 20u);  // the tallest widget: 382 / 20
   EXPECT_EQ(shownTextBound({300, std::nullopt, -3}, 20, 17).lines, 20u);
   EXPECT_EQ(shownTextBound({300, std::nullopt, 1'000'000}, 20, 17).lines, 20u);

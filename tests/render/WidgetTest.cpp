@@ -26,7 +26,10 @@ RenderContext contextFor(WidgetFamily family, int platform = 17) {
 }
 
 TEST(DeviceProfile, FamilySizesPerScreenClass) {
-  struct Case { const char* name; Size small, medium, circular; };
+  struct Case {
+    const char* name;
+    Size small, medium, circular;
+  };
   const Case cases[] = {{"393x852", {158, 158}, {338, 158}, {72, 72}},
                         {"430x932", {170, 170}, {364, 170}, {76, 76}},
                         {"375x667", {148, 148}, {321, 148}, {68, 68}}};
@@ -44,8 +47,8 @@ TEST(DeviceProfile, FamilySizesPerScreenClass) {
 TEST(DeviceProfile, NoWidgetIsLargerThanTheTextBoundAssumes) {
   for (const auto& name : DeviceProfile::profileNames()) {
     const auto profile = DeviceProfile::named(name);
-    for (const Size size : {profile->small, profile->medium, profile->large, profile->circular,
-                            profile->rectangular, profile->inlineFamily}) {
+    for (const Size size : {profile->small, profile->medium, profile->large, profile->circular, profile->rectangular,
+                            profile->inlineFamily}) {
       EXPECT_LE(size.width, kLargestWidgetWidth) << name;
       EXPECT_LE(size.height, kLargestWidgetHeight) << name;
     }
@@ -55,9 +58,15 @@ TEST(DeviceProfile, NoWidgetIsLargerThanTheTextBoundAssumes) {
 TEST(WidgetLayout, MarginsAndBackgroundsDependOnPlatformAndFamily) {
   using namespace views;
   const FakeTextMeasurer measurer;
-  const Node tree = color(Color::red()).containerBackground(ContainerBackgroundPlacement::widget, views::Alignment::center,
-                                                            color(Color::white()));
-  struct Case { WidgetFamily family; int platform; Rect content; bool background; };
+  const Node tree = color(Color::red())
+                        .containerBackground(ContainerBackgroundPlacement::widget, views::Alignment::center,
+                                             color(Color::white()));
+  struct Case {
+    WidgetFamily family;
+    int platform;
+    Rect content;
+    bool background;
+  };
   const Case cases[] = {
       {WidgetFamily::systemMedium, 17, {16, 16, 306, 126}, true},
       {WidgetFamily::systemMedium, 16, {0, 0, 338, 158}, true},  // systemBackground stands in
@@ -83,8 +92,8 @@ TEST(HitTest, LinksAreTargetsOnlyInMediumWidgets) {
   EXPECT_EQ(hitTest(tree, medium, {20, 50}), "app://left");
   EXPECT_EQ(hitTest(tree, medium, {170, 50}), "app://whole");  // in the gap between the links
   EXPECT_EQ(hitTest(tree, medium, {200, 50}), "app://right");
-  EXPECT_EQ(hitTest(tree, medium, {5, 5}), "app://whole");    // in the margin
-  EXPECT_EQ(hitTest(tree, medium, {400, 5}), std::nullopt);   // outside the widget
+  EXPECT_EQ(hitTest(tree, medium, {5, 5}), "app://whole");   // in the margin
+  EXPECT_EQ(hitTest(tree, medium, {400, 5}), std::nullopt);  // outside the widget
 
   RenderContext small = contextFor(WidgetFamily::systemSmall);
   EXPECT_EQ(hitTest(tree, small, {20, 50}), "app://whole");
@@ -104,7 +113,11 @@ TEST(HitTest, InnermostLinkWinsAndRegionsAgreeWithHitTest) {
   for (double x = 0; x < 338; x += 13)
     for (double y = 0; y < 158; y += 11) {
       std::optional<std::string> first;
-      for (const auto& r : regions) if (r.rect.contains({x, y})) { first = r.url; break; }
+      for (const auto& r : regions)
+        if (r.rect.contains({x, y})) {
+          first = r.url;
+          break;
+        }
       EXPECT_EQ(hitTest(tree, medium, {x, y}), first) << x << "," << y;
     }
   // A small widget is one target: its Links open nothing, and it has no widgetURL.
@@ -154,7 +167,8 @@ TEST(RenderingModes, VibrantKeepsLuminanceAsAlphaAccentedKeepsAlpha) {
 
 TEST(LayoutJson, StreakRowGolden) {
   const FakeTextMeasurer measurer(10, 20);
-  const auto json = nlohmann::json::parse(layoutJSON(testing::streakMedium(), contextFor(WidgetFamily::systemMedium), measurer));
+  const auto json = nlohmann::json::parse(layoutJSON(testing::streakMedium(), contextFor(WidgetFamily::systemMedium),
+                                                     measurer));
   EXPECT_EQ(json["size"], nlohmann::json::parse("[338, 158]"));
   const auto& content = json["content"];
   EXPECT_EQ(content["type"], "VStack");

@@ -1,15 +1,14 @@
-#include "server/ApiRequests.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/ISO8601.hpp"
+#include "server/ApiRequests.hpp"
 #include "server/BufferedRequest.hpp"
 #include "server/ClockRequest.hpp"
 #include "server/QueryText.hpp"
 #include "server/RequestError.hpp"
 #include "server/RequestScreen.hpp"
 #include "server/WidgetsJson.hpp"
-#include "platform/ISO8601.hpp"
 
 namespace quillan::server {
 namespace {
@@ -80,7 +79,9 @@ TEST(EnvironmentBodyTest, AppliesAllOrNothing) {
   EXPECT_EQ(settings.timeZone, "Asia/Tokyo");
   EXPECT_TRUE(settings.redacted);
   const auto before = settings;
-  EXPECT_THAT(refusal([&] { applySettingsJson(settings, {{"locale", "de_DE"}, {"scale", "2"}}); }),
+  EXPECT_THAT(refusal([&] {
+                applySettingsJson(settings, {{"locale", "de_DE"}, {"scale", "2"}});
+              }),
               HasSubstr("scale: expected a number"));
   EXPECT_EQ(settings, before);
   applySettingsJson(settings, {{"timeZone", nullptr}});
@@ -113,7 +114,9 @@ TEST(EnvironmentBodyTest, TheDirectionFollowsThePagesLocaleUnlessNamed) {
   EXPECT_EQ(viewEnvironment(settings, family).dynamicTypeSize, views::DynamicTypeSize::accessibility5);
   applySettingsJson(settings, {{"layoutDirection", nullptr}});
   EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::rightToLeft);
-  EXPECT_THAT(refusal([&] { applySettingsJson(settings, {{"dynamicType", "huge"}}); }),
+  EXPECT_THAT(refusal([&] {
+                applySettingsJson(settings, {{"dynamicType", "huge"}});
+              }),
               HasSubstr("dynamicType: unknown value \"huge\""));
   EXPECT_THAT(refusal([&] { applySettingsJson(settings, {{"dynamicType", nullptr}}); }), HasSubstr("dynamicType:"));
 }
@@ -135,11 +138,12 @@ TEST(QueryTextTest, DecodesFormPairsAndRefusesAmbiguousOnes) {
   EXPECT_EQ(parseQueryText("kind=StreakWidget&format=png&&v=3"),
             (QueryParameters{{"kind", "StreakWidget"}, {"format", "png"}, {"v", "3"}}));
   EXPECT_EQ(parseQueryText("locale=ja_JP%40calendar%3Djapanese&timeZone=Asia%2fTokyo&x=a+b&flag"),
-            (QueryParameters{{"locale", "ja_JP@calendar=japanese"}, {"timeZone", "Asia/Tokyo"}, {"x", "a b"}, {"flag", ""}}));
+            (QueryParameters{
+                {"locale", "ja_JP@calendar=japanese"}, {"timeZone", "Asia/Tokyo"}, {"x", "a b"}, {"flag", ""}}));
   EXPECT_EQ(parseQueryText("kind=A&kind=B").count("kind"), 2u);
   const std::vector<std::pair<std::string, std::string>> refused = {
-      {"kind=Streak=Widget", "a second '='"},   {"kind=%", "broken %-escape"}, {"kind=%4", "broken %-escape"},
-      {"kind=%G1", "broken %-escape"},          {"=StreakWidget", "without a name"},
+      {"kind=Streak=Widget", "a second '='"}, {"kind=%", "broken %-escape"},       {"kind=%4", "broken %-escape"},
+      {"kind=%G1", "broken %-escape"},        {"=StreakWidget", "without a name"},
   };
   for (const auto& [query, problem] : refused) {
     EXPECT_THAT(refusal([&] { parseQueryText(query); }), HasSubstr(problem)) << query;
@@ -163,8 +167,10 @@ TEST(RequestScreenTest, RefusesWhatThePageWouldNeverSend) {
       {"the page's own post", [](IncomingRequest&) {}, 0, ""},
       {"a client naming no origin", [](IncomingRequest& r) { r.origin.reset(), r.fetchSite.reset(); }, 0, ""},
       {"json with a charset", [](IncomingRequest& r) { r.contentType = "Application/JSON; charset=utf-8"; }, 0, ""},
-      {"localhost", [](IncomingRequest& r) { r.hosts = {"LOCALHOST:8080"}, r.origin = "http://localhost:8080"; }, 0, ""},
-      {"a read", [](IncomingRequest& r) { r.method = "GET", r.contentType.reset(), r.origin = "http://evil.example"; }, 0, ""},
+      {"localhost", [](IncomingRequest& r) { r.hosts = {"LOCALHOST:8080"}, r.origin = "http://localhost:8080"; }, 0,
+       ""},
+      {"a read", [](IncomingRequest& r) { r.method = "GET", r.contentType.reset(), r.origin = "http://evil.example"; },
+       0, ""},
       {"a rebound name", [](IncomingRequest& r) { r.hosts = {"evil.example:8080"}; }, 421, "Host: not a name"},
       {"another port", [](IncomingRequest& r) { r.hosts = {"127.0.0.1:8081"}; }, 421, "Host:"},
       {"no host", [](IncomingRequest& r) { r.hosts.clear(); }, 400, "exactly one Host"},
@@ -172,7 +178,8 @@ TEST(RequestScreenTest, RefusesWhatThePageWouldNeverSend) {
       {"an unknown path", [](IncomingRequest& r) { r.path = "/api/nothing"; }, 404, "no such path \"/api/nothing\""},
       {"a put", [](IncomingRequest& r) { r.method = "PUT"; }, 405, "method: not allowed"},
       {"a preflight", [](IncomingRequest& r) { r.method = "OPTIONS"; }, 405, "\"OPTIONS\""},
-      {"a negative length", [](IncomingRequest& r) { r.contentLength = "-1"; }, 400, "Content-Length: not a byte count \"-1\""},
+      {"a negative length", [](IncomingRequest& r) { r.contentLength = "-1"; }, 400,
+       "Content-Length: not a byte count \"-1\""},
       {"a signed length", [](IncomingRequest& r) { r.contentLength = "+5"; }, 400, "Content-Length:"},
       {"an endless length", [](IncomingRequest& r) { r.contentLength = std::string(30, '9'); }, 400, "Content-Length:"},
       {"a long body", [](IncomingRequest& r) { r.contentLength = "16385"; }, 413, "16 KiB"},
@@ -201,8 +208,10 @@ TEST(RequestScreenTest, RefusesWhatThePageWouldNeverSend) {
 
 TEST(RequestScreenTest, TheBoundAddressIsServedBesideTheLoopbackNames) {
   const ServedHosts served("::1", 80);
-  for (const std::string host : {"[::1]:80", "[::1]", "localhost", "127.0.0.1:80"}) EXPECT_TRUE(served.serves(host)) << host;
-  for (const std::string host : {"::1", "[::1]:8080", "localhost.evil.example", ""}) EXPECT_FALSE(served.serves(host)) << host;
+  for (const std::string host : {"[::1]:80", "[::1]", "localhost", "127.0.0.1:80"})
+    EXPECT_TRUE(served.serves(host)) << host;
+  for (const std::string host : {"::1", "[::1]:8080", "localhost.evil.example", ""})
+    EXPECT_FALSE(served.serves(host)) << host;
   EXPECT_TRUE(served.isOwnOrigin("http://[::1]"));
   EXPECT_FALSE(served.isOwnOrigin("https://[::1]"));
   EXPECT_TRUE(ServedHosts("192.168.1.5", 9000).serves("192.168.1.5:9000"));
@@ -213,8 +222,10 @@ TEST(RequestScreenTest, TheBoundAddressIsServedBesideTheLoopbackNames) {
 TEST(RequestScreenTest, AWildcardBindServesEveryInterfaceAddress) {
   for (const std::string wildcard : {"0.0.0.0", "::"}) {
     const ServedHosts served(wildcard, 9000);
-    for (const std::string host : {"127.0.0.1:9000", "[::1]:9000", "localhost:9000"}) EXPECT_TRUE(served.serves(host)) << host;
-    for (const std::string host : {"0.0.0.0:9000", "[::]:9000", "evil.example:9000"}) EXPECT_FALSE(served.serves(host)) << host;
+    for (const std::string host : {"127.0.0.1:9000", "[::1]:9000", "localhost:9000"})
+      EXPECT_TRUE(served.serves(host)) << host;
+    for (const std::string host : {"0.0.0.0:9000", "[::]:9000", "evil.example:9000"})
+      EXPECT_FALSE(served.serves(host)) << host;
   }
 }
 
@@ -241,18 +252,21 @@ TEST(BufferedRequestTest, ARequestIsCompleteWithItsHeadAndAnnouncedBody) {
 TEST(RequestBodyTest, EveryValidatorRefusesAsTheCommandLineDoes) {
   PageSettings settings;
   const std::string calendar = "locale: unknown calendar keyword \"calendar=martian\"";
-  EXPECT_THAT(refusal([&] { applySettingsBody(settings, R"({"locale": "en_US@calendar=martian"})"); }), HasSubstr(calendar));
+  EXPECT_THAT(refusal([&] { applySettingsBody(settings, R"({"locale": "en_US@calendar=martian"})"); }),
+              HasSubstr(calendar));
   EXPECT_THAT(refusal([&] { applySettingText(settings, "locale", "en_US@calendar=martian"); }), HasSubstr(calendar));
   applySettingsBody(settings, R"({"locale": "ja_JP@calendar=japanese", "platformVersion": "17.2.1"})");
   EXPECT_EQ(settings.locale, "ja_JP@calendar=japanese");
   EXPECT_EQ(settings.platformVersion, "17.2");
   for (const std::string version : {"17.0.", "17.0.x", "17.0.12345", "17..1", "seventeen"}) {
     EXPECT_THAT(refusal([&] { applySettingText(settings, "platformVersion", version); }),
-                HasSubstr("platformVersion: not a version")) << version;
+                HasSubstr("platformVersion: not a version"))
+        << version;
   }
   const std::string deep = std::string(100000, '[') + std::string(100000, ']');
   EXPECT_THAT(refusal([&] { applySettingsBody(settings, deep); }), HasSubstr("environment: the body nests too deep"));
-  EXPECT_THAT(refusal([&] { parseClockChange(R"({"rate": )" + deep + "}"); }), HasSubstr("clock: the body nests too deep"));
+  EXPECT_THAT(refusal([&] { parseClockChange(R"({"rate": )" + deep + "}"); }),
+              HasSubstr("clock: the body nests too deep"));
   EXPECT_THAT(refusal([&] { applySettingsBody(settings, "{locale"); }), HasSubstr("not JSON"));
 }
 
@@ -265,10 +279,9 @@ TEST(WidgetsJsonTest, FailedWidgetsCarryTheirReasonAndUnknownsAreNull) {
   host::WidgetState fresh;
   fresh.kind = "ComposeButtonLockScreen";
   const auto zone = *platform::TimeZone::named("Europe/Berlin");
-  const auto json = widgetsJson(*platform::ISO8601::parse("2026-11-22T09:00:00+01:00"),
-                                {{failed, views::WidgetFamily::systemMedium},
-                                 {fresh, views::WidgetFamily::accessoryCircular}},
-                                zone);
+  const auto json =
+      widgetsJson(*platform::ISO8601::parse("2026-11-22T09:00:00+01:00"),
+                  {{failed, views::WidgetFamily::systemMedium}, {fresh, views::WidgetFamily::accessoryCircular}}, zone);
   EXPECT_EQ(json["now"], "2026-11-22T09:00:00+01:00");
   EXPECT_EQ(json["widgets"][0]["state"], "failed");
   EXPECT_EQ(json["widgets"][0]["reason"], "Store.swift:12: Fatal error: no date");

@@ -1,5 +1,3 @@
-#include "server/ConnectionWaiter.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -10,6 +8,7 @@
 #include <thread>
 
 #include "server/BufferedRequest.hpp"
+#include "server/ConnectionWaiter.hpp"
 
 namespace quillan::server {
 namespace {
@@ -63,7 +62,9 @@ class ConnectionWaiterTest : public ::testing::Test {
 };
 
 TEST_F(ConnectionWaiterTest, SlowCrowdingAndOversizedClientsAreCutOff) {
-  start({.requestDeadline = std::chrono::milliseconds(1500), .perClient = 2, .overall = 512,
+  start({.requestDeadline = std::chrono::milliseconds(1500),
+         .perClient = 2,
+         .overall = 512,
          .evictionGrace = std::chrono::milliseconds(0)});
   const int oldest = connect("crowd");
   const int older = connect("crowd");

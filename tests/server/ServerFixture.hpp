@@ -17,9 +17,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/LiveHostFixture.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
-#include "host/LiveHostFixture.hpp"
 #include "server/Server.hpp"
 
 namespace quillan::testing {
@@ -27,7 +27,6 @@ namespace quillan::testing {
 inline constexpr const char* kServerNow = kHostNow;
 
 using ServerFolder = HostFolder;
-
 
 // Options for a server on a free port over `journal`, its clock pinned at
 // kServerNow, with the live host's test environment and workers.
@@ -39,7 +38,6 @@ inline server::ServerOptions serverOptions(const std::filesystem::path& journal)
   options.worker = hostWorkerOptions();
   return options;
 }
-
 
 inline std::unique_ptr<httplib::Client> clientOf(int port) {
   auto client = std::make_unique<httplib::Client>("127.0.0.1", port);

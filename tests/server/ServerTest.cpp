@@ -1,5 +1,3 @@
-#include "server/Server.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +9,7 @@
 #include "ServerFixture.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "server/PortInUse.hpp"
+#include "server/Server.hpp"
 
 namespace quillan::server {
 namespace {
@@ -125,7 +124,8 @@ TEST_F(ServerTest, TapOnTheStreaksTodayCircleOpensAddRecord) {
   ASSERT_TRUE(today.is_object()) << picture["regions"].dump();
   const double x = today["x"].get<double>() + today["width"].get<double>() / 2;
   const double y = today["y"].get<double>() + today["height"].get<double>() / 2;
-  const auto tap = jsonOf(client_->Get("/api/tap?kind=StreakWidget&x=" + std::to_string(x) + "&y=" + std::to_string(y)));
+  const auto tap =
+      jsonOf(client_->Get("/api/tap?kind=StreakWidget&x=" + std::to_string(x) + "&y=" + std::to_string(y)));
   EXPECT_EQ(tap["url"], "widget-deeplink://AddRecord");
   const auto outside = jsonOf(client_->Get("/api/tap?kind=StreakWidget&x=-5&y=-5"));
   EXPECT_TRUE(outside.contains("url") && outside["url"].is_null()) << outside.dump();
@@ -230,15 +230,16 @@ TEST_F(ServerTest, MalformedRequestsAreRefusedWithTheirOwnStatus) {
   const std::vector<Case> cases = {
       {"PUT /api/clock HTTP/1.1\r\n" + host + "Content-Length: 2\r\n\r\n{}", 405, "not allowed on /api/clock"},
       {"DELETE /api/widgets HTTP/1.1\r\n" + host + "\r\n", 405, "not allowed on /api/widgets"},
-      {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: -1\r\n\r\n{}",
-       400, "Content-Length: not a byte count"},
+      {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: -1\r\n\r\n{}", 400,
+       "Content-Length: not a byte count"},
       {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n",
        411, "Content-Length"},
       {"GET /api/render?kind=Streak=Widget HTTP/1.1\r\n" + host + "\r\n", 400, "a second '='"},
       {"GET /api/render?kind=Streak%ZZ HTTP/1.1\r\n" + host + "\r\n", 400, "broken %-escape"},
       {"GET /api/widgets HTTP/1.1\r\nX: " + std::string(9000, 'x') + "\r\n\r\n", 431, "8 KiB"},
       {"POST /api/environment HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: 40\r\n\r\n" +
-           R"({"locale": "en_US@calendar=martian"}    )", 400, "unknown calendar keyword"},
+           R"({"locale": "en_US@calendar=martian"}    )",
+       400, "unknown calendar keyword"},
   };
   for (const auto& [request, status, message] : cases) {
     SCOPED_TRACE(request.substr(0, 60));
@@ -330,7 +331,8 @@ TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
   while (const auto read = fread(chunk, 1, sizeof chunk, output)) text.append(chunk, read);
   const int status = pclose(output);
   EXPECT_EQ(WEXITSTATUS(status), 2) << text;
-  EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) + " is in use; choose another with --port, or 0 for a free one\n");
+  EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) +
+                      " is in use; choose another with --port, or 0 for a free one\n");
 }
 
 TEST_F(ServerTest, PinningTheClockMovesTheHost) {
@@ -346,14 +348,14 @@ TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {
   ASSERT_TRUE(changed);
   EXPECT_EQ(changed->status, 200);
   EXPECT_EQ(jsonOf(client_->Get("/api/environment"))["colorScheme"], "dark");
-  EXPECT_TRUE(eventually(
-      [&] { return widgetOf(jsonOf(client_->Get("/api/widgets")), "OnThisDayWidget")["version"] > before; },
-      std::chrono::seconds(30)));
+  EXPECT_TRUE(
+      eventually([&] { return widgetOf(jsonOf(client_->Get("/api/widgets")), "OnThisDayWidget")["version"] > before; },
+                 std::chrono::seconds(30)));
   const auto dark = widgetOf(jsonOf(client_->Get("/api/widgets")), "OnThisDayWidget")["version"].get<int>();
   ASSERT_TRUE(client_->Post("/api/environment", R"({"colorScheme": null})", "application/json"));
-  EXPECT_TRUE(eventually(
-      [&] { return widgetOf(jsonOf(client_->Get("/api/widgets")), "OnThisDayWidget")["version"] > dark; },
-      std::chrono::seconds(30)));
+  EXPECT_TRUE(
+      eventually([&] { return widgetOf(jsonOf(client_->Get("/api/widgets")), "OnThisDayWidget")["version"] > dark; },
+                 std::chrono::seconds(30)));
 }
 
 // Collects the events of /api/events on a thread of its own.
@@ -426,8 +428,8 @@ TEST_F(ServerTest, ManyConcurrentPicturesAreAllAnsweredWithBoundedMemory) {
   const auto residentBefore = residentKilobytes();
   std::atomic<int> answered{0};
   std::vector<std::thread> clients;
-  const std::vector<std::string> kinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget",
-                                          "StreakWidget", "ComposeButtonLockScreen"};
+  const std::vector<std::string> kinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
+                                          "ComposeButtonLockScreen"};
   for (int index = 0; index < kRequests; ++index) {
     clients.emplace_back([&, index] {
       auto client = clientOf(port_);

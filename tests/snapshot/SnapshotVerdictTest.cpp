@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -92,11 +91,15 @@ TEST_F(RecordedCase, PassesOnlyWithTheSameTreeAndAPictureWithinTheTolerance) {
   const std::vector<Case> cases = {
       {"the same", drawnAgain(gradient()), {}, ""},
       {"another tree", drawnAgain(gradient(), "{}"), {}, "view tree differs"},
-      {"one pixel off", drawnAgain(onePixelOff()), {},
+      {"one pixel off",
+       drawnAgain(onePixelOff()),
+       {},
        "999 of 1000 pixels match (99.9000%), fewer than the precision 100.0000%"},
       {"one pixel off, 0.999", drawnAgain(onePixelOff()), {0.999, 1}, ""},
       {"far off in colour, perceptual 0.98", drawnAgain(onePixelOff()), {1, 0.98}, "999 of 1000 pixels match"},
-      {"another tree and size", drawnAgain(gradient(24), "{}"), {},
+      {"another tree and size",
+       drawnAgain(gradient(24), "{}"),
+       {},
        "view tree differs; picture is 40x24 pixels, the recording 40x25"},
   };
   for (const auto& c : cases) {

@@ -99,9 +99,8 @@ TEST_F(BatchDelete, AnExecuteFailureReachesTheCallerUnchanged) {
 }
 
 TEST_F(BatchDelete, UnexpectedResultShapesMergeAnEmptyList) {
-  const std::vector<PersistentStoreResult> shapes = {
-      UnrecognizedStoreResult{}, BatchDeleteResult{}, BatchDeleteResult{std::int64_t{1}},
-      BatchDeleteResult{true}};
+  const std::vector<PersistentStoreResult> shapes = {UnrecognizedStoreResult{}, BatchDeleteResult{},
+                                                     BatchDeleteResult{std::int64_t{1}}, BatchDeleteResult{true}};
   for (const auto& shape : shapes) {
     context_->setRequestExecutor(std::make_shared<CannedExecutor>(shape));
     EXPECT_FALSE(context_->executeAndMergeChanges(BatchDeleteRequest({notes_[0]->objectID()})));

@@ -35,7 +35,6 @@ class CoreDataStackTest : public ::testing::Test {
   std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
 
  protected:
-
   static void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
     fixtures::JournalWriter writer(path);
     for (const auto& info : infos) writer.addNote({.info = info});
@@ -64,14 +63,19 @@ struct LegacyMove {
 TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
   const std::vector<LegacyMove> moves = {
       {"no legacy journal", [](auto& test) { writeJournal(test.sharedStore(), {"shared"}); }, {"shared"}, {"shared"}},
-      {"a legacy journal alone", [](auto& test) { writeJournal(test.legacyStore(), {"old one", "old two"}); },
-       {"old one", "old two"}, {"old one", "old two"}},
+      {"a legacy journal alone",
+       [](auto& test) {
+         writeJournal(test.legacyStore(), {"old one", "old two"});
+       },
+       {"old one", "old two"},
+       {"old one", "old two"}},
       {"both folders the same",
        [](auto& test) {
          platform::FileManager::setApplicationSupportDirectory(test.group());
          writeJournal(test.sharedStore(), {"one place"});
        },
-       {"one place"}, {"one place"}},
+       {"one place"},
+       {"one place"}},
       // Off the phone the host names both folders; a symlink can make the legacy
       // location and the shared one the same file under two names.
       {"the legacy path a link to the journal",
@@ -80,21 +84,24 @@ TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
          std::filesystem::remove_all(test.support());
          std::filesystem::create_directory_symlink(test.group(), test.support());
        },
-       {"the only copy"}, {"the only copy"}},
+       {"the only copy"},
+       {"the only copy"}},
       // The run that deletes the legacy file goes on reading the journal it loaded.
       {"a journal already in the group container",
        [](auto& test) {
          writeJournal(test.legacyStore(), {"old"});
          writeJournal(test.sharedStore(), {"current", "newer"});
        },
-       {"old"}, {"current", "newer"},
+       {"old"},
+       {"current", "newer"},
        "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
       {"a folder in the journal's place",
        [](auto& test) {
          writeJournal(test.legacyStore(), {"lost"});
          std::filesystem::create_directories(test.sharedStore() / "in-the-way");
        },
-       {"lost"}, {},
+       {"lost"},
+       {},
        "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
   };
   for (const auto& move : moves) {

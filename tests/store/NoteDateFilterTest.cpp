@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "StoreTestSupport.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/Fatal.hpp"
 #include "platform/ISO8601.hpp"
 #include "platform/Locale.hpp"
 #include "platform/TimeZone.hpp"
 #include "store/NoteDateFilter.hpp"
-#include "StoreTestSupport.hpp"
 
 namespace quillan::store {
 namespace {
@@ -47,8 +47,7 @@ Notes narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
 // Notes on both sides of every edge of the day of `noon` and of the days
 // around it: its start, a millisecond and a second either side, its end, and
 // a day and two days away.
-void writeNotesAroundDay(fixtures::JournalWriter& writer, const platform::Calendar& calendar,
-                         platform::Date noon) {
+void writeNotesAroundDay(fixtures::JournalWriter& writer, const platform::Calendar& calendar, platform::Date noon) {
   const auto start = calendar.startOfDay(noon);
   const auto next = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, 1, start));
   for (const auto edge : {start, next}) {
@@ -187,7 +186,7 @@ TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
   };
   const auto kept = narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(moment));
   EXPECT_EQ(seen, (std::vector<std::optional<platform::Date>>{std::nullopt, moment, all[3]->date(), all[4]->date(),
-                                                               all[5]->date(), all[6]->date()}));
+                                                              all[5]->date(), all[6]->date()}));
   EXPECT_EQ(kept, (Notes{all[1], all[2], all[3], all[4], all[5], all[6]}));
   EXPECT_EQ(kept[0]->info(), "undated");
 }

@@ -27,8 +27,9 @@ TEST_P(SampleJournalShape, HasMemoriesAStreakGapAndAnEmptyToday) {
   auto notes = fetchNotes(*contextFor(path));
   ASSERT_GT(notes.size(), 500u);
   auto countOn = [&](platform::Date day) {
-    return std::count_if(notes.begin(), notes.end(),
-                         [&](const auto& note) { return calendar.isDate(*note->date(), day, platform::CalendarComponent::day); });
+    return std::count_if(notes.begin(), notes.end(), [&](const auto& note) {
+      return calendar.isDate(*note->date(), day, platform::CalendarComponent::day);
+    });
   };
   EXPECT_EQ(countOn(now), 0);
   for (int back : {1, 2, 4}) {

@@ -4,10 +4,10 @@
 #include <regex>
 
 #include "StoreTestSupport.hpp"
+#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/NoteImage.hpp"
 #include "store/TimelineTab.hpp"
-#include "platform/FileManager.hpp"
 
 namespace quillan::store {
 namespace {
@@ -69,17 +69,16 @@ TEST_P(StoreLayouts, ReadTheSameJournal) {
 
 INSTANTIATE_TEST_SUITE_P(
     Layouts, StoreLayouts,
-    ::testing::Values(
-        LayoutCase{"AppLayout", {}},
-        LayoutCase{"RenumberedEntities", layoutWith([](auto& l) { l.extraEntity = true; })},
-        LayoutCase{"ReversedColumns", layoutWith([](auto& l) { l.reversedColumns = true; })},
-        LayoutCase{"AppendedColumns", layoutWith([](auto& l) { l.appendedColumns = true; })},
-        LayoutCase{"HistoryAndMirroringTables", layoutWith([](auto& l) { l.historyTables = true; })},
-        LayoutCase{"HistoryTriggers", layoutWith([](auto& l) {
-                     l.historyTables = true;
-                     l.triggers = true;
-                   })},
-        LayoutCase{"IntegerDates", layoutWith([](auto& l) { l.integerDates = true; })}),
+    ::testing::Values(LayoutCase{"AppLayout", {}},
+                      LayoutCase{"RenumberedEntities", layoutWith([](auto& l) { l.extraEntity = true; })},
+                      LayoutCase{"ReversedColumns", layoutWith([](auto& l) { l.reversedColumns = true; })},
+                      LayoutCase{"AppendedColumns", layoutWith([](auto& l) { l.appendedColumns = true; })},
+                      LayoutCase{"HistoryAndMirroringTables", layoutWith([](auto& l) { l.historyTables = true; })},
+                      LayoutCase{"HistoryTriggers", layoutWith([](auto& l) {
+                                   l.historyTables = true;
+                                   l.triggers = true;
+                                 })},
+                      LayoutCase{"IntegerDates", layoutWith([](auto& l) { l.integerDates = true; })}),
     [](const auto& info) { return std::string(info.param.name); });
 
 // The report a failed load makes, escaped for EXPECT_DEATH's regular expression.
@@ -105,8 +104,7 @@ TEST_P(StoreLoadFailure, StopsWithTheUnresolvedErrorReport) {
   GetParam().prepare(store);
   platform::FileManager::setGroupContainerDirectory(group);
   platform::FileManager::setApplicationSupportDirectory(directory / "support");
-  EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(),
-               loadFailureReport(GetParam().expectedStart));
+  EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), loadFailureReport(GetParam().expectedStart));
 }
 
 void writeText(const std::filesystem::path& path, const std::string& text) {
@@ -131,19 +129,18 @@ const std::string kIncompatible =
 
 INSTANTIATE_TEST_SUITE_P(
     Failures, StoreLoadFailure,
-    ::testing::Values(
-        FailureCase{"NotSQLite", [](const auto& p) { writeText(p, std::string(4096, 'x')); },
-                    "Error Domain=NSCocoaErrorDomain Code=259 \"The file \"Quillan.sqlite\" couldn't be "
-                    "opened because it isn't in the correct format.\""},
-        FailureCase{"Corrupt", corrupt, "Error Domain=NSCocoaErrorDomain Code=259"},
-        FailureCase{"NoNoteEntity",
-                    [](const auto& p) {
-                      fixtures::JournalWriter writer(p);
-                      writer.execute("DELETE FROM Z_PRIMARYKEY WHERE Z_NAME = 'Note'");
-                    },
-                    kIncompatible},
-        FailureCase{"NoDateColumn", [](const auto& p) { dropColumn(p, "ZDATE"); }, kIncompatible},
-        FailureCase{"NoInfoColumn", [](const auto& p) { dropColumn(p, "ZINFO"); }, kIncompatible}),
+    ::testing::Values(FailureCase{"NotSQLite", [](const auto& p) { writeText(p, std::string(4096, 'x')); },
+                                  "Error Domain=NSCocoaErrorDomain Code=259 \"The file \"Quillan.sqlite\" couldn't be "
+                                  "opened because it isn't in the correct format.\""},
+                      FailureCase{"Corrupt", corrupt, "Error Domain=NSCocoaErrorDomain Code=259"},
+                      FailureCase{"NoNoteEntity",
+                                  [](const auto& p) {
+                                    fixtures::JournalWriter writer(p);
+                                    writer.execute("DELETE FROM Z_PRIMARYKEY WHERE Z_NAME = 'Note'");
+                                  },
+                                  kIncompatible},
+                      FailureCase{"NoDateColumn", [](const auto& p) { dropColumn(p, "ZDATE"); }, kIncompatible},
+                      FailureCase{"NoInfoColumn", [](const auto& p) { dropColumn(p, "ZINFO"); }, kIncompatible}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(StoreLoadFailure, NamesTheMissingColumnInTheUserInfo) {

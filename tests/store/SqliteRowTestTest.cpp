@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "store/SqliteRowTest.hpp"
 #include "StoreTestSupport.hpp"
+#include "store/SqliteRowTest.hpp"
 
 namespace quillan::store {
 namespace {

@@ -3,9 +3,9 @@
 #include <fstream>
 
 #include "StoreTestSupport.hpp"
+#include "store/ExternalStorage.hpp"
 #include "store/MemoryTag.hpp"
 #include "store/NoteImage.hpp"
-#include "store/ExternalStorage.hpp"
 #include "store/NoteRecording.hpp"
 #include "store/StoredValue.hpp"
 #include "store/TimelineTab.hpp"
@@ -16,8 +16,8 @@ namespace {
 using namespace testing;
 using fixtures::BinaryStorage;
 
-const fixtures::Bytes kUUIDBytes = bytes({0x3F, 0x25, 0x04, 0xE0, 0x4F, 0x89, 0x41, 0xD3, 0x9A, 0x0C, 0x03,
-                                          0x05, 0xE8, 0x2C, 0x33, 0x01});
+const fixtures::Bytes kUUIDBytes = bytes({0x3F, 0x25, 0x04, 0xE0, 0x4F, 0x89, 0x41, 0xD3, 0x9A, 0x0C, 0x03, 0x05, 0xE8,
+                                          0x2C, 0x33, 0x01});
 
 struct DateCase {
   const char* name;
@@ -50,14 +50,13 @@ TEST_P(NoteDateDecoding, ReadsTheStoredInstant) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Dates, NoteDateDecoding,
-    ::testing::Values(DateCase{"Fractional", 760100000.5, false, 760100000.5},
-                      DateCase{"WholeSecondStoredAsInteger", 760200000.0, false, 760200000.0},
-                      DateCase{"RoundedByLayout", 760200000.4, true, 760200000.0},
-                      DateCase{"BeforeReferenceDate", -31622400.0, false, -31622400.0},
-                      DateCase{"Null", std::nullopt, false, std::nullopt}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Dates, NoteDateDecoding,
+                         ::testing::Values(DateCase{"Fractional", 760100000.5, false, 760100000.5},
+                                           DateCase{"WholeSecondStoredAsInteger", 760200000.0, false, 760200000.0},
+                                           DateCase{"RoundedByLayout", 760200000.4, true, 760200000.0},
+                                           DateCase{"BeforeReferenceDate", -31622400.0, false, -31622400.0},
+                                           DateCase{"Null", std::nullopt, false, std::nullopt}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(ValueDecoding, RealsWhereIntegersBelongConvertAsSqliteDoes) {
   constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
@@ -151,8 +150,7 @@ INSTANTIATE_TEST_SUITE_P(
     Storage, BinaryAttributeDecoding,
     ::testing::Values(BinaryCase{"Inline", BinaryStorage::inlineTagged, kPNGStart, false, kPNGStart},
                       BinaryCase{"ExternalFile", BinaryStorage::externalFile, kPNGStart, false, kPNGStart},
-                      BinaryCase{"ExternalFileMissing", BinaryStorage::externalFile, kPNGStart, true,
-                                 std::nullopt},
+                      BinaryCase{"ExternalFileMissing", BinaryStorage::externalFile, kPNGStart, true, std::nullopt},
                       BinaryCase{"Untagged", BinaryStorage::untagged, kPNGStart, false, kPNGStart},
                       BinaryCase{"InlineEmpty", BinaryStorage::inlineTagged, {}, false, fixtures::Bytes{}}),
     [](const auto& info) { return std::string(info.param.name); });
@@ -168,8 +166,8 @@ TEST(ExternalStorage, ReferencesToAnythingButAFileInTheFolderAreAbsentData) {
     return std::vector<std::uint8_t>(stored.begin(), stored.end());
   };
   using namespace std::string_view_literals;
-  for (const auto name : {"."sv, ".."sv, "../../outside"sv, "\0\0\0\0\x0c"sv, "\0"sv, ""sv,
-                          "0B9E6A4C-0000-4000-8000-000000000001"sv}) {
+  for (const auto name :
+       {"."sv, ".."sv, "../../outside"sv, "\0\0\0\0\x0c"sv, "\0"sv, ""sv, "0B9E6A4C-0000-4000-8000-000000000001"sv}) {
     EXPECT_EQ(decodeExternalStorageValue(reference(name), store), std::nullopt) << name;
   }
 }

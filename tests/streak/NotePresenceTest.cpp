@@ -1,8 +1,7 @@
-#include "streak/NotePresence.hpp"
-
 #include <gtest/gtest.h>
 
 #include "platform/Clock.hpp"
+#include "streak/NotePresence.hpp"
 #include "streak/StreakDays.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"

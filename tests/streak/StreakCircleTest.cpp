@@ -1,11 +1,10 @@
-#include "streak/StreakCircle.hpp"
-
 #include <gtest/gtest.h>
 
+#include "StreakTree.hpp"
 #include "compose/DeepLinks.hpp"
+#include "streak/StreakCircle.hpp"
 #include "streak/StreakTodayCircle.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "StreakTree.hpp"
 
 namespace quillan::streak {
 namespace {
@@ -45,14 +44,14 @@ struct LabelCase {
 // The link's day is zero-padded and the label's is not; both are the local
 // calendar day, which late in the evening west of UTC is not the UTC one.
 constexpr LabelCase kLabels[] = {
-    {"Europe/Berlin", "en_US", "2026-03-05T12:00:00+01:00", "widget-deeplink-addrecord://RecordDate/2026-03-05",
-     "Thu", "5"},
-    {"Europe/Berlin", "de_DE", "2026-11-16T00:00:00+01:00", "widget-deeplink-addrecord://RecordDate/2026-11-16",
-     "Mo.", "16"},
-    {"America/Los_Angeles", "en_US", "2026-03-01T23:30:00-08:00",
-     "widget-deeplink-addrecord://RecordDate/2026-03-01", "Sun", "1"},
-    {"America/Havana", "en_US", "2026-03-08T01:00:00-04:00", "widget-deeplink-addrecord://RecordDate/2026-03-08",
-     "Sun", "8"},
+    {"Europe/Berlin", "en_US", "2026-03-05T12:00:00+01:00", "widget-deeplink-addrecord://RecordDate/2026-03-05", "Thu",
+     "5"},
+    {"Europe/Berlin", "de_DE", "2026-11-16T00:00:00+01:00", "widget-deeplink-addrecord://RecordDate/2026-11-16", "Mo.",
+     "16"},
+    {"America/Los_Angeles", "en_US", "2026-03-01T23:30:00-08:00", "widget-deeplink-addrecord://RecordDate/2026-03-01",
+     "Sun", "1"},
+    {"America/Havana", "en_US", "2026-03-08T01:00:00-04:00", "widget-deeplink-addrecord://RecordDate/2026-03-08", "Sun",
+     "8"},
 };
 
 TEST(StreakCircle, LinksToItsLocalDayAndShowsTheWeekdayAndUnpaddedDay) {

@@ -1,7 +1,6 @@
-#include "streak/StreakDays.hpp"
-
 #include <gtest/gtest.h>
 
+#include "streak/StreakDays.hpp"
 #include "support/ProcessEnvironment.hpp"
 
 namespace quillan::streak {

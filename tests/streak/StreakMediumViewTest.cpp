@@ -1,16 +1,14 @@
-#include "streak/StreakMediumView.hpp"
-
 #include <gtest/gtest.h>
 
-
+#include "StreakTree.hpp"
 #include "streak/NotePresence.hpp"
 #include "streak/StreakDays.hpp"
+#include "streak/StreakMediumView.hpp"
 #include "streak/StreakProvider.hpp"
 #include "streak/StreakWidget.hpp"
 #include "streak/StreakWidgetWidgetEntryView.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
-#include "StreakTree.hpp"
 #include "views/GoldenTree.hpp"
 #include "widgets/TimelineAnswer.hpp"
 
@@ -133,7 +131,9 @@ struct GoldenCase {
 // background and margins into the container), with written and unwritten
 // past days and today both ways.
 const GoldenCase kGoldenTrees[] = {
-    {"streak_medium_dark_16.json", ColorScheme::dark, {16, 4},
+    {"streak_medium_dark_16.json",
+     ColorScheme::dark,
+     {16, 4},
      {"2026-03-05T21:00:00+01:00", "2026-03-06T07:30:00+01:00"}},
     {"streak_medium_light_16.json", ColorScheme::light, {16, 0}, {"2026-03-02T08:00:00+01:00"}},
     {"streak_medium_light_17.json", ColorScheme::light, {17, 0}, {"2026-03-04T21:00:00+01:00"}},

@@ -17,8 +17,8 @@ inline std::string readText(const std::filesystem::path& path) {
 inline std::map<std::string, std::string> contentsOf(const std::filesystem::path& folder) {
   std::map<std::string, std::string> contents;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    contents[entry.path().lexically_relative(folder).string()] =
-        entry.is_regular_file() ? readText(entry.path()) : "(folder)";
+    contents[entry.path().lexically_relative(folder).string()] = entry.is_regular_file() ? readText(entry.path())
+                                                                                         : "(folder)";
   }
   return contents;
 }

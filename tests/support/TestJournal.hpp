@@ -24,9 +24,7 @@ class TestJournal {
     return journal;
   }
 
-  void clear() {
-    writer_->execute("DELETE FROM ZNOTE; DELETE FROM ZNOTEIMAGE; DELETE FROM ZNOTERECORDING;");
-  }
+  void clear() { writer_->execute("DELETE FROM ZNOTE; DELETE FROM ZNOTEIMAGE; DELETE FROM ZNOTERECORDING;"); }
 
   std::int64_t addNote(std::optional<platform::Date> date, std::optional<std::string> info = std::string("note")) {
     return writer_->addNote({.date = date, .info = std::move(info)});

@@ -1,7 +1,6 @@
-#include "views/Color.hpp"
-
 #include <gtest/gtest.h>
 
+#include "views/Color.hpp"
 #include "views/Font.hpp"
 #include "views/LinearGradient.hpp"
 
@@ -29,8 +28,7 @@ TEST(Color, ResolvesBySchemeFromTheSystemTable) {
       {Color::white(), ColorScheme::dark, RGBA::fromHex(0xFFFFFF)},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(resolve(c.color, c.scheme), c.expected)
-        << toString(c.color.name) << " in " << toString(c.scheme);
+    EXPECT_EQ(resolve(c.color, c.scheme), c.expected) << toString(c.color.name) << " in " << toString(c.scheme);
   }
 }
 

@@ -1,6 +1,6 @@
-#include "views/Environment.hpp"
-
 #include <gtest/gtest.h>
+
+#include "views/Environment.hpp"
 
 namespace quillan::views {
 namespace {

@@ -1,12 +1,11 @@
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
-
 #include <gtest/gtest.h>
 
 #include <set>
 
 #include "views/Builders.hpp"
 #include "views/JsonNesting.hpp"
+#include "views/ViewTreeJson.hpp"
+#include "views/ViewTreeJsonValue.hpp"
 #include "views/ViewTreeLimits.hpp"
 
 namespace quillan::views {
@@ -23,11 +22,12 @@ Node morePill() {
 }
 
 TEST(ViewTreeJson, EncodesTypePropertiesChildrenAndModifiersInThatOrder) {
-  const Node tree = vstack(HorizontalAlignment::leading, {
-                                                             morePill(),
-                                                             spacer(2.5),
-                                                             when(false, text("never")),
-                                                         })
+  const Node tree = vstack(HorizontalAlignment::leading,
+                           {
+                               morePill(),
+                               spacer(2.5),
+                               when(false, text("never")),
+                           })
                         .containerBackground(ContainerBackgroundPlacement::widget, Alignment::center,
                                              Color::systemGray6())
                         .privacySensitive();
@@ -78,52 +78,53 @@ Node everything() {
   const auto gradient = LinearGradient::evenlySpaced({Color::gray(), Color::gray().withOpacity(0.75)},
                                                      UnitPoint{0.25, 0.75}, UnitPoint::topTrailing());
   const platform::TextRun linked{"here", false, false, false, false, "https://example.org"};
-  Node runs = Node{Text{"bold and here", std::nullopt,
-                        {{"bold", true, false, false, false, std::nullopt},
-                         {" and ", false, true, true, true, std::nullopt},
-                         linked}}};
+  Node runs = Node{Text{
+      "bold and here",
+      std::nullopt,
+      {{"bold", true, false, false, false, std::nullopt}, {" and ", false, true, true, true, std::nullopt}, linked}}};
   return anyView(
-      vstack(HorizontalAlignment::trailing, 4,
-             {
-                 hstack(VerticalAlignment::firstTextBaseline, 0,
-                        {
-                            text("Mon").font(Font::system(12, Weight::medium, FontDesign::rounded)),
-                            localizedText("On This Day").fontWeight(Weight::heavy).fontWeight(std::nullopt),
-                            std::move(runs).lineLimit(2).lineLimit(std::nullopt),
-                        }),
-                 zstack(Alignment::bottomTrailing,
-                        {
-                            circle().fill(Color::green()).frame(47.5, 47.5).frame(std::nullopt, 3,
-                                                                                   Alignment::topLeading),
-                            capsule().strokeBorder(gradient, StrokeStyle{}),
-                            containerRelativeShape().fill(HierarchicalShapeStyle::tertiary),
-                            linearGradient(gradient),
-                            color(Color::clear().withOpacity(0.5)),
-                        }),
-                 spacer(),
-                 link("widget-deeplink://AddRecord",
-                      image("square.and.pencil")
-                          .imageScale(ImageScale::small)
-                          .font(Font::title().weight(Weight::semibold))
-                          .offset(0.75, -0.75)
-                          .buttonStyle(ButtonStyle::plain)
-                          .resizable(EdgeInsets{1, 2, 3, 4}, ResizingMode::tile)
-                          .foregroundStyle(Color::white())
-                          .foregroundColor(Color::primary())),
-             })
-          .padding()
-          .padding(12.5)
-          .padding(EdgeSet::leading() | EdgeSet::bottom(), 15)
-          .frame(FlexibleFrame{.minWidth = 0,
-                               .idealWidth = 10,
-                               .maxWidth = FlexibleFrame::infinity,
-                               .minHeight = 1,
-                               .idealHeight = 2,
-                               .maxHeight = 3,
-                               .alignment = Alignment::top})
-          .background(Color::white(), Alignment::leading, EdgeSet::all())
-          .overlay(text("!"), Alignment::bottom)
-          .opacity(0.5))
+             vstack(HorizontalAlignment::trailing, 4,
+                    {
+                        hstack(VerticalAlignment::firstTextBaseline, 0,
+                               {
+                                   text("Mon").font(Font::system(12, Weight::medium, FontDesign::rounded)),
+                                   localizedText("On This Day").fontWeight(Weight::heavy).fontWeight(std::nullopt),
+                                   std::move(runs).lineLimit(2).lineLimit(std::nullopt),
+                               }),
+                        zstack(Alignment::bottomTrailing,
+                               {
+                                   circle()
+                                       .fill(Color::green())
+                                       .frame(47.5, 47.5)
+                                       .frame(std::nullopt, 3, Alignment::topLeading),
+                                   capsule().strokeBorder(gradient, StrokeStyle{}),
+                                   containerRelativeShape().fill(HierarchicalShapeStyle::tertiary),
+                                   linearGradient(gradient),
+                                   color(Color::clear().withOpacity(0.5)),
+                               }),
+                        spacer(),
+                        link("widget-deeplink://AddRecord", image("square.and.pencil")
+                                                                .imageScale(ImageScale::small)
+                                                                .font(Font::title().weight(Weight::semibold))
+                                                                .offset(0.75, -0.75)
+                                                                .buttonStyle(ButtonStyle::plain)
+                                                                .resizable(EdgeInsets{1, 2, 3, 4}, ResizingMode::tile)
+                                                                .foregroundStyle(Color::white())
+                                                                .foregroundColor(Color::primary())),
+                    })
+                 .padding()
+                 .padding(12.5)
+                 .padding(EdgeSet::leading() | EdgeSet::bottom(), 15)
+                 .frame(FlexibleFrame{.minWidth = 0,
+                                      .idealWidth = 10,
+                                      .maxWidth = FlexibleFrame::infinity,
+                                      .minHeight = 1,
+                                      .idealHeight = 2,
+                                      .maxHeight = 3,
+                                      .alignment = Alignment::top})
+                 .background(Color::white(), Alignment::leading, EdgeSet::all())
+                 .overlay(text("!"), Alignment::bottom)
+                 .opacity(0.5))
       .containerBackground(ContainerBackgroundPlacement::widget, Alignment::trailing, linearGradient(gradient))
       .widgetURL("widget-deeplink://OnThisDay")
       .privacySensitive(false);
@@ -246,7 +247,8 @@ TEST(ViewTreeJson, NestingIsLimitedCountingEveryModifierAsALevel) {
   EXPECT_EQ(decodeError(textWithModifiers(limits::kMaxDepth)), "view tree: at /: " + tooDeep);
   // A modifier's content sits below all of its view's modifiers.
   const std::string background = R"({"type": "Color", "color": "red", "modifiers": [{"modifier": "background",
-      "content": )" + textWithModifiers(limits::kMaxDepth - 2) + "}]}";
+      "content": )" + textWithModifiers(limits::kMaxDepth - 2) +
+                                 "}]}";
   EXPECT_EQ(decodeError(background), "view tree: at /modifiers/0/content: " + tooDeep);
   for (const std::size_t depth : {limits::kMaxDepth + 1, std::size_t{100'000}}) {
     const std::string message = decodeError(nestedStacks(depth));
@@ -267,7 +269,8 @@ TEST(ViewTreeJson, RejectsNumbersThatWouldPoisonLayoutAndDrawing) {
   };
   const auto stroke = [](const std::string& style) {
     return R"({"type": "Circle", "modifiers": [{"modifier": "strokeBorder", "style": {"color": "red"},
-               "strokeStyle": )" + style + "}]}";
+               "strokeStyle": )" +
+           style + "}]}";
   };
   const auto gradient = [](const std::string& stops, const std::string& start) {
     return R"({"type": "LinearGradient", "stops": )" + stops + R"(, "startPoint": )" + start +

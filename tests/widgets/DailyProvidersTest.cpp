@@ -1,8 +1,7 @@
-#include "widgets/DailyProviders.hpp"
-
 #include <gtest/gtest.h>
 
 #include "support/ProcessEnvironment.hpp"
+#include "widgets/DailyProviders.hpp"
 #include "widgets/TimelineAnswer.hpp"
 
 namespace quillan::widgets {

@@ -8,19 +8,19 @@
 #include <thread>
 
 #include "WorkerFixture.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "host/Scheduler.hpp"
+#include "host/WorkerTimelineSource.hpp"
 #include "platform/ExtensionLog.hpp"
 #include "platform/Fatal.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/WidgetWorker.hpp"
-#include "host/WorkerTimelineSource.hpp"
 
 namespace quillan::worker {
 namespace {
 
+using testing::at;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
-using testing::at;
 
 constexpr std::int64_t kMebibyte = 1024 * 1024;
 

@@ -1,8 +1,8 @@
-#include "worker/FailureReason.hpp"
-
 #include <gtest/gtest.h>
 
 #include <csignal>
+
+#include "worker/FailureReason.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -54,10 +54,10 @@ TEST(FailureReason, EachWayAChildEndsHasItsReason) {
       {"a signal", ended(signalled(SIGSEGV)), "killed by signal 11"},
       {"a signal after a line", ended(signalled(SIGABRT), "x.cpp:3: f: Assertion `y' failed.\n"),
        "killed by signal 6: x.cpp:3: f: Assertion `y' failed."},
-      {"an answer followed by a failing exit", ended(exited(1), "first\nlast\n", true),
-       "exited with status 1: last"},
+      {"an answer followed by a failing exit", ended(exited(1), "first\nlast\n", true), "exited with status 1: last"},
       {"the deadline before what the killed child said",
-       killedFor(ChildKill::deadline, "A: Fatal error: too late\n", 8 * 1024), "exceeded the deadline of 0.25 s",
+       killedFor(ChildKill::deadline, "A: Fatal error: too late\n", 8 * 1024),
+       "exceeded the deadline of 0.25 s",
        {250ms, kLimits.memoryCeilingBytes}},
       {"the ceiling, rounded up", killedFor(ChildKill::memory, "", 30 * 1024 + 1),
        "exceeded the memory ceiling of 30 MB (peak 30.1 MB)"},
@@ -65,11 +65,17 @@ TEST(FailureReason, EachWayAChildEndsHasItsReason) {
        "exceeded the memory ceiling of 30 MB (peak 41 MB)"},
       {"a finished child at the ceiling", ended(exited(0), "", true, 30 * 1024), std::nullopt},
       {"an uncaught error", threw("boom"), "stopped by an uncaught error: boom"},
-      {"a deadline in milliseconds", killedFor(ChildKill::deadline, "", 0), "exceeded the deadline of 0.001 s",
+      {"a deadline in milliseconds",
+       killedFor(ChildKill::deadline, "", 0),
+       "exceeded the deadline of 0.001 s",
        {1ms, kLimits.memoryCeilingBytes}},
-      {"a deadline of seconds and a half", killedFor(ChildKill::deadline, "", 0), "exceeded the deadline of 1.5 s",
+      {"a deadline of seconds and a half",
+       killedFor(ChildKill::deadline, "", 0),
+       "exceeded the deadline of 1.5 s",
        {1500ms, kLimits.memoryCeilingBytes}},
-      {"a ceiling under a megabyte", killedFor(ChildKill::memory, "", 1024), "exceeded the memory ceiling of 0.5 MB (peak 1 MB)",
+      {"a ceiling under a megabyte",
+       killedFor(ChildKill::memory, "", 1024),
+       "exceeded the memory ceiling of 0.5 MB (peak 1 MB)",
        {5000ms, 512 * 1024}},
   };
   for (const auto& ending : endings) {

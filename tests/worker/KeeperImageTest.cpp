@@ -1,5 +1,3 @@
-#include "worker/KeeperImage.hpp"
-
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -8,6 +6,7 @@
 
 #include "WorkerFixture.hpp"
 #include "fixtures/JournalWriter.hpp"
+#include "worker/KeeperImage.hpp"
 #include "worker/WidgetWorker.hpp"
 
 namespace quillan::worker {

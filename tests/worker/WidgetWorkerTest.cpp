@@ -1,5 +1,3 @@
-#include "worker/WidgetWorker.hpp"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,9 +6,11 @@
 #include <thread>
 
 #include "WorkerFixture.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "fixtures/SampleJournal.hpp"
 #include "host/Scheduler.hpp"
+#include "host/WorkerTimelineSource.hpp"
 #include "platform/Clock.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/Locale.hpp"
@@ -18,17 +18,16 @@
 #include "platform/TimeZone.hpp"
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
-#include "bundle/TimelineWidgetBundle.hpp"
 #include "worker/EvaluationJson.hpp"
-#include "host/WorkerTimelineSource.hpp"
+#include "worker/WidgetWorker.hpp"
 
 namespace quillan::worker {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
 using testing::at;
+using ::testing::HasSubstr;
 using testing::JournalFolders;
+using ::testing::StartsWith;
 
 const char* const kNow = "2026-11-22T09:00:00+01:00";
 

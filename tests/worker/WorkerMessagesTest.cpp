@@ -1,7 +1,6 @@
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
@@ -66,8 +65,8 @@ TEST(EvaluationJson, DatesAndPoliciesSurviveTheTripBitForBit) {
   for (const auto& policy : {std::optional(TimelineReloadPolicy::atEnd()), std::optional(TimelineReloadPolicy::never()),
                              std::optional(TimelineReloadPolicy::after(platform::Date::fromReferenceSeconds(1e9 / 3))),
                              std::optional<TimelineReloadPolicy>()}) {
-    widgets::TimelineAnswer answer{{platform::Date::fromReferenceSeconds(0.1), platform::Date::fromReferenceSeconds(-1.0 / 7)},
-                                   policy};
+    widgets::TimelineAnswer answer{
+        {platform::Date::fromReferenceSeconds(0.1), platform::Date::fromReferenceSeconds(-1.0 / 7)}, policy};
     const auto text = toJson(answer).dump();
     const auto back = timelineAnswerFromJson(nlohmann::json::parse(text));
     EXPECT_EQ(back.entryDates, answer.entryDates);
@@ -76,9 +75,14 @@ TEST(EvaluationJson, DatesAndPoliciesSurviveTheTripBitForBit) {
 }
 
 TEST(EvaluationJson, RequestsSurviveTheTrip) {
-  ViewEvaluation view{"StreakWidget", platform::Date::fromReferenceSeconds(1.5), platform::Date::fromReferenceSeconds(2.25),
-                      {views::ColorScheme::dark, views::WidgetRenderingMode::vibrant, {16, 4},
-                       views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft,
+  ViewEvaluation view{"StreakWidget",
+                      platform::Date::fromReferenceSeconds(1.5),
+                      platform::Date::fromReferenceSeconds(2.25),
+                      {views::ColorScheme::dark,
+                       views::WidgetRenderingMode::vibrant,
+                       {16, 4},
+                       views::WidgetFamily::systemMedium,
+                       views::LayoutDirection::rightToLeft,
                        views::DynamicTypeSize::accessibility3},
                       {"Asia/Tokyo", "ja_JP@calendar=japanese", 18446744073709551615ull, "/g", "/s"}};
   const auto back = viewEvaluationFromJson(nlohmann::json::parse(toJson(view).dump()));
@@ -90,7 +94,8 @@ TEST(EvaluationJson, RequestsSurviveTheTrip) {
   EXPECT_EQ(back.settings.locale, view.settings.locale);
   EXPECT_EQ(back.settings.appSupport, view.settings.appSupport);
 
-  TimelineEvaluation timeline{"OnThisDayWidget", platform::Date::fromReferenceSeconds(3), widgets::TimelineRequest::placeholder, {}};
+  TimelineEvaluation timeline{
+      "OnThisDayWidget", platform::Date::fromReferenceSeconds(3), widgets::TimelineRequest::placeholder, {}};
   const auto timelineBack = timelineEvaluationFromJson(toJson(timeline));
   EXPECT_EQ(timelineBack.request, widgets::TimelineRequest::placeholder);
   EXPECT_FALSE(timelineBack.settings.timeZone);
@@ -114,7 +119,10 @@ TEST(EvaluationJson, MalformedMessagesNameWhatWasWrong) {
   EXPECT_EQ(error({{"entries", nlohmann::json::array()}, {"policy", {{"type", "after"}}}}),
             "worker message: missing \"date\"");
   EXPECT_THROW(processSettingsFromJson({{"seed", -1}}), EvaluationJsonError);
-  EXPECT_THROW(viewEvaluationFromJson({{"kind", "K"}, {"entryDate", 0}, {"at", 0}, {"settings", nlohmann::json::object()},
+  EXPECT_THROW(viewEvaluationFromJson({{"kind", "K"},
+                                       {"entryDate", 0},
+                                       {"at", 0},
+                                       {"settings", nlohmann::json::object()},
                                        {"environment", {{"colorScheme", "mauve"}}}}),
                EvaluationJsonError);
 }
