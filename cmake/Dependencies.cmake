@@ -5,6 +5,7 @@ pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 pkg_check_modules(CMARK_GFM REQUIRED IMPORTED_TARGET libcmark-gfm)
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
 pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET pangocairo cairo cairo-png cairo-svg cairo-pdf)
+pkg_check_modules(LIBPNG REQUIRED IMPORTED_TARGET libpng)
 # The extensions library has no pkg-config file; an imported target of ours
 # stands for it, so that the exported package names no absolute path.
 find_library(CMARK_GFM_EXTENSIONS_LIBRARY NAMES cmark-gfm-extensions REQUIRED)

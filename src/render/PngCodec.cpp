@@ -1,4 +1,4 @@
-// PNG files and bytes to and from PixelImage, through Cairo.
+// PNG files and bytes to and from PixelImage: read through Cairo, written by our encoder.
 #include <cairo.h>
 
 #include <algorithm>
@@ -6,6 +6,7 @@
 #include <string>
 
 #include "render/PixelImage.hpp"
+#include "render/PngEncoder.hpp"
 #include "render/Renderer.hpp"
 
 namespace quillan::render {
@@ -24,12 +25,6 @@ PixelImage::Pixel unpremultiplied(std::uint32_t word) {
     return static_cast<std::uint8_t>((value * 255 + alpha / 2) / alpha);
   };
   return {channel(word >> 16 & 0xFF), channel(word >> 8 & 0xFF), channel(word & 0xFF), alpha};
-}
-
-std::uint32_t premultiplied(const PixelImage::Pixel& pixel) {
-  const auto channel = [&pixel](std::uint32_t value) { return (value * pixel.alpha + 127) / 255; };
-  return static_cast<std::uint32_t>(pixel.alpha) << 24 | channel(pixel.red) << 16 | channel(pixel.green) << 8 |
-         channel(pixel.blue);
 }
 
 const std::uint32_t* row(cairo_surface_t* surface, int y) {
@@ -93,18 +88,10 @@ PixelImage decodePNG(const std::vector<std::uint8_t>& bytes) {
 }
 
 void writePNG(const PixelImage& image, const std::filesystem::path& path) {
-  Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width, image.height));
-  cairo_surface_flush(surface.get());
-  auto* data = cairo_image_surface_get_data(surface.get());
-  const int stride = cairo_image_surface_get_stride(surface.get());
-  for (int y = 0; y < image.height; ++y) {
-    auto* words = reinterpret_cast<std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
-    for (int x = 0; x < image.width; ++x) words[x] = premultiplied(image.at(x, y));
-  }
-  cairo_surface_mark_dirty(surface.get());
-  if (const auto status = cairo_surface_write_to_png(surface.get(), path.c_str()); status != CAIRO_STATUS_SUCCESS) {
-    throw RenderError("cannot write " + path.string() + ": " + cairo_status_to_string(status));
-  }
+  static_assert(sizeof(PixelImage::Pixel) == 4, "pixels are stored as RGBA bytes");
+  writeEncodedPNG({reinterpret_cast<const std::uint8_t*>(image.pixels.data()), image.width, image.height,
+                   image.width * 4, false},
+                  path);
 }
 
 }  // namespace quillan::render

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "render/PangoTextMeasurer.hpp"
+#include "render/PngEncoder.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
 
@@ -46,10 +47,9 @@ Surface rasterFor(const views::Node& tree, const RenderContext& context) {
   return surface;
 }
 
-cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned int length) {
-  auto* out = static_cast<std::vector<std::uint8_t>*>(closure);
-  out->insert(out->end(), data, data + length);
-  return CAIRO_STATUS_SUCCESS;
+PixelRows rowsOf(cairo_surface_t* surface) {
+  return {cairo_image_surface_get_data(surface), cairo_image_surface_get_width(surface),
+          cairo_image_surface_get_height(surface), cairo_image_surface_get_stride(surface), true};
 }
 
 cairo_status_t appendText(void* closure, const unsigned char* data, unsigned int length) {
@@ -77,7 +77,7 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
   const Size size = context.device.sizeOf(context.env.family);
   if (format == Format::png) {
     const Surface surface = rasterFor(tree, context);
-    checkWritten(cairo_surface_write_to_png(surface.get(), path.c_str()), path);
+    writeEncodedPNG(rowsOf(surface.get()), path);
     return;
   }
   Surface surface(format == Format::svg ? cairo_svg_surface_create(path.c_str(), size.width, size.height)
@@ -90,9 +90,7 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
 
 std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context) {
   const Surface surface = rasterFor(tree, context);
-  std::vector<std::uint8_t> bytes;
-  cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes);
-  return bytes;
+  return encodePNG(rowsOf(surface.get()));
 }
 
 std::string renderToSVG(const views::Node& tree, const RenderContext& context) {

@@ -1,0 +1,104 @@
+// PNG encoding through libpng, with the compression chosen for widget pictures.
+#include "render/PngEncoder.hpp"
+
+#include <png.h>
+
+#include <cerrno>
+#include <csetjmp>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "render/Renderer.hpp"
+
+namespace quillan::render {
+namespace {
+
+struct Output {
+  std::vector<std::uint8_t> bytes;
+  std::string error;
+};
+
+void appendToOutput(png_structp png, png_bytep data, png_size_t length) {
+  auto& output = *static_cast<Output*>(png_get_io_ptr(png));
+  output.bytes.insert(output.bytes.end(), data, data + length);
+}
+
+void flushNothing(png_structp) {}
+
+void recordError(png_structp png, png_const_charp message) {
+  static_cast<Output*>(png_get_error_ptr(png))->error = message;
+  png_longjmp(png, 1);
+}
+
+void ignoreWarning(png_structp, png_const_charp) {}
+
+// The same rounding as Cairo's writer, so that the stored pixels match it.
+void toStraightRgba(const std::uint8_t* source, std::uint8_t* target, int width) {
+  for (int x = 0; x < width; ++x, source += 4, target += 4) {
+    std::uint32_t word;
+    std::memcpy(&word, source, sizeof word);
+    const std::uint32_t alpha = word >> 24;
+    if (alpha == 0) {
+      std::memset(target, 0, 4);
+      continue;
+    }
+    target[0] = static_cast<std::uint8_t>(((word >> 16 & 0xFF) * 255 + alpha / 2) / alpha);
+    target[1] = static_cast<std::uint8_t>(((word >> 8 & 0xFF) * 255 + alpha / 2) / alpha);
+    target[2] = static_cast<std::uint8_t>(((word & 0xFF) * 255 + alpha / 2) / alpha);
+    target[3] = static_cast<std::uint8_t>(alpha);
+  }
+}
+
+// libpng reports errors by longjmp, so nothing here may need destroying:
+// the buffers belong to the caller.
+bool writeImage(png_structp png, png_infop info, const PixelRows& rows, const PngSettings& settings,
+                std::uint8_t* rowBuffer) {
+  if (setjmp(png_jmpbuf(png))) return false;
+  png_set_IHDR(png, info, static_cast<png_uint_32>(rows.width), static_cast<png_uint_32>(rows.height), 8,
+               PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  png_set_compression_level(png, settings.zlibLevel);
+  png_set_filter(png, PNG_FILTER_TYPE_BASE, settings.filters);
+  png_write_info(png, info);
+  for (int y = 0; y < rows.height; ++y) {
+    const std::uint8_t* row = rows.data + static_cast<std::ptrdiff_t>(y) * rows.stride;
+    if (rows.premultipliedArgb) {
+      toStraightRgba(row, rowBuffer, rows.width);
+      png_write_row(png, rowBuffer);
+    } else {
+      png_write_row(png, const_cast<png_bytep>(row));
+    }
+  }
+  png_write_end(png, info);
+  return true;
+}
+
+}  // namespace
+
+PngSettings defaultPngSettings() { return {2, PNG_FILTER_NONE}; }
+
+std::vector<std::uint8_t> encodePNG(const PixelRows& rows, const PngSettings& settings) {
+  Output output;
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &output, recordError, ignoreWarning);
+  png_infop info = png ? png_create_info_struct(png) : nullptr;
+  if (!info) {
+    png_destroy_write_struct(&png, nullptr);
+    throw RenderError("cannot encode a PNG: out of memory");
+  }
+  png_set_write_fn(png, &output, appendToOutput, flushNothing);
+  std::vector<std::uint8_t> rowBuffer(static_cast<std::size_t>(rows.width) * 4);
+  const bool written = writeImage(png, info, rows, settings, rowBuffer.data());
+  png_destroy_write_struct(&png, &info);
+  if (!written) throw RenderError("cannot encode a PNG: " + output.error);
+  return std::move(output.bytes);
+}
+
+void writeEncodedPNG(const PixelRows& rows, const std::filesystem::path& path) {
+  const auto bytes = encodePNG(rows);
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (!file) throw RenderError("cannot write " + path.string() + ": " + std::strerror(errno));
+}
+
+}  // namespace quillan::render
