@@ -52,20 +52,27 @@ const void* loadModuleTable(const std::string& fileName, const char* symbol, std
                            "); reinstall the command");
 }
 
+namespace {
+
+template <typename Table>
+const Table& loadedTable(const std::string& fileName, const char* symbol) {
+  return *static_cast<const Table*>(loadModuleTable(fileName, symbol, sizeof(Table), QUILLAN_MODULE_BUILD_ID));
+}
+
+}  // namespace
+
 const render::DrawingFunctions& drawingModule() {
-  static const auto* functions = static_cast<const render::DrawingFunctions*>(
-      loadModuleTable("quillan-drawing.so", render::kDrawingFunctionsSymbol, sizeof(render::DrawingFunctions),
-                      QUILLAN_MODULE_BUILD_ID));
-  return *functions;
+  static const auto& functions = loadedTable<render::DrawingFunctions>("quillan-drawing.so",
+                                                                       render::kDrawingFunctionsSymbol);
+  return functions;
 }
 
 void prepareDrawingFonts() { drawingModule().prepareFonts(); }
 
 const server::ServingFunctions& servingModule() {
-  static const auto* functions = static_cast<const server::ServingFunctions*>(
-      loadModuleTable("quillan-serving.so", server::kServingFunctionsSymbol, sizeof(server::ServingFunctions),
-                      QUILLAN_MODULE_BUILD_ID));
-  return *functions;
+  static const auto& functions = loadedTable<server::ServingFunctions>("quillan-serving.so",
+                                                                       server::kServingFunctionsSymbol);
+  return functions;
 }
 
 }  // namespace quillan::cli

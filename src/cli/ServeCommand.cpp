@@ -36,8 +36,8 @@ void checkBind(const std::string& address) {
   }
 }
 
-server::PageSettings pageSettings(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
-  server::PageSettings settings;
+host::HostEnvironment pageSettings(const ServeOptions& options, const HostOptions& host, bool modeGiven) {
+  host::HostEnvironment settings;
   settings.colorScheme = host.colorScheme;
   if (modeGiven) settings.renderingMode = host.renderingMode;
   settings.platformVersion = host.platformVersion;

@@ -59,8 +59,8 @@ double coordinate(const QueryParameters& query, const std::string& name) {
   return value;
 }
 
-PageSettings settingsFrom(const QueryParameters& query, const PageSettings& page) {
-  PageSettings settings = page;
+host::HostEnvironment settingsFrom(const QueryParameters& query, const host::HostEnvironment& page) {
+  host::HostEnvironment settings = page;
   for (const auto& [name, value] : query) {
     if (isSettingKey(name)) applySettingText(settings, name, value);
   }
@@ -69,7 +69,7 @@ PageSettings settingsFrom(const QueryParameters& query, const PageSettings& page
 
 }  // namespace
 
-RenderRequest parseRenderRequest(const QueryParameters& query, const PageSettings& page) {
+RenderRequest parseRenderRequest(const QueryParameters& query, const host::HostEnvironment& page) {
   checkNames(query, {"kind", "format", "v"});
   RenderRequest request;
   request.kind = kindFrom(query);
@@ -82,7 +82,7 @@ RenderRequest parseRenderRequest(const QueryParameters& query, const PageSetting
   return request;
 }
 
-TapRequest parseTapRequest(const QueryParameters& query, const PageSettings& page) {
+TapRequest parseTapRequest(const QueryParameters& query, const host::HostEnvironment& page) {
   checkNames(query, {"kind", "x", "y"});
   TapRequest request;
   request.kind = kindFrom(query);

@@ -19,7 +19,7 @@ enum class PictureFormat { png, svg, json };
 struct RenderRequest {
   std::string kind;
   PictureFormat format = PictureFormat::png;
-  PageSettings settings;
+  host::HostEnvironment settings;
 };
 
 // GET /api/tap?kind=K&x=X&y=Y: points from the widget's top-left corner, with
@@ -28,13 +28,13 @@ struct TapRequest {
   std::string kind;
   double x = 0;
   double y = 0;
-  PageSettings settings;
+  host::HostEnvironment settings;
 };
 
 // Each throws RequestError naming the first missing, repeated, unknown or bad
 // parameter. A kind must be one of the bundle's.
-RenderRequest parseRenderRequest(const QueryParameters& query, const PageSettings& page);
-TapRequest parseTapRequest(const QueryParameters& query, const PageSettings& page);
+RenderRequest parseRenderRequest(const QueryParameters& query, const host::HostEnvironment& page);
+TapRequest parseTapRequest(const QueryParameters& query, const host::HostEnvironment& page);
 
 std::string formatName(PictureFormat format);
 

@@ -44,7 +44,7 @@ void checkScale(double value) {
 
 // null: back to the default (the process's zone and locale, the family's
 // scheme and mode, the locale's direction).
-void unsetSetting(PageSettings& settings, const std::string& key) {
+void unsetSetting(host::HostEnvironment& settings, const std::string& key) {
   if (key == "colorScheme") settings.colorScheme.reset();
   else if (key == "renderingMode") settings.renderingMode.reset();
   else if (key == "locale") settings.locale.reset();
@@ -90,7 +90,7 @@ bool isSettingKey(const std::string& key) {
   return std::find(std::begin(kSettingKeys), std::end(kSettingKeys), key) != std::end(kSettingKeys);
 }
 
-void applySettingText(PageSettings& settings, const std::string& key, const std::string& text) {
+void applySettingText(host::HostEnvironment& settings, const std::string& key, const std::string& text) {
   if (!isSettingKey(key)) throw badValue("environment", "unknown key", key);
   if (text.size() > kMaxValueBytes) throw badValue(key, "value too long", text);
   if (key == "colorScheme") {
@@ -121,9 +121,9 @@ void applySettingText(PageSettings& settings, const std::string& key, const std:
   }
 }
 
-void applySettingsJson(PageSettings& settings, const nlohmann::json& object) {
+void applySettingsJson(host::HostEnvironment& settings, const nlohmann::json& object) {
   if (!object.is_object()) throw RequestError("environment: expected a JSON object");
-  PageSettings changed = settings;
+  host::HostEnvironment changed = settings;
   for (const auto& [key, value] : object.items()) {
     if (!isSettingKey(key)) throw badValue("environment", "unknown key", key);
     if (key == "scale") {
@@ -143,14 +143,14 @@ void applySettingsJson(PageSettings& settings, const nlohmann::json& object) {
   settings = changed;
 }
 
-void applySettingsBody(PageSettings& settings, std::string_view body) {
+void applySettingsBody(host::HostEnvironment& settings, std::string_view body) {
   if (!views::jsonNestsWithin(body)) throw RequestError("environment: the body nests too deep");
   const auto json = nlohmann::json::parse(body, nullptr, /*allow_exceptions=*/false);
   if (json.is_discarded()) throw RequestError("environment: the body is not JSON");
   applySettingsJson(settings, json);
 }
 
-nlohmann::json toJson(const PageSettings& settings) {
+nlohmann::json toJson(const host::HostEnvironment& settings) {
   nlohmann::json json;
   json["colorScheme"] = settings.colorScheme ? nlohmann::json(*settings.colorScheme) : nlohmann::json();
   json["renderingMode"] = settings.renderingMode ? nlohmann::json(*settings.renderingMode) : nlohmann::json();
@@ -165,7 +165,7 @@ nlohmann::json toJson(const PageSettings& settings) {
   return json;
 }
 
-render::RenderContext renderContext(const PageSettings& settings, views::WidgetFamily family) {
+render::RenderContext renderContext(const host::HostEnvironment& settings, views::WidgetFamily family) {
   auto context = render::makeRenderContext(viewEnvironment(settings, family), family,
                                            *render::DeviceProfile::named(settings.device), settings.scale);
   context.redacted = settings.redacted;

@@ -25,7 +25,7 @@ constexpr std::chrono::seconds kStreamHeartbeat{10};
 // How soon a stream notices that its page has gone, freeing its worker.
 constexpr std::chrono::milliseconds kStreamCheck{200};
 
-platform::TimeZone zoneOf(const PageSettings& settings) {
+platform::TimeZone zoneOf(const host::HostEnvironment& settings) {
   if (settings.timeZone) {
     if (auto zone = platform::TimeZone::named(*settings.timeZone)) return *zone;
   }
@@ -71,7 +71,7 @@ struct ShownView {
 // holds the 503 saying why there is none (no timeline yet, or the extension
 // failed).
 std::optional<ShownView> shownView(const host::LiveHost& host, host::WidgetPictures& pictures, const std::string& kind,
-                                   const PageSettings& settings, httplib::Response& response) {
+                                   const host::HostEnvironment& settings, httplib::Response& response) {
   const auto widget = host.widget(kind);
   if (!widget) {
     answerError(response, 503, kind + ": no timeline yet");
@@ -90,7 +90,7 @@ std::optional<ShownView> shownView(const host::LiveHost& host, host::WidgetPictu
 // picture is drawn under the drawing lock.
 class DrawingLocale {
  public:
-  explicit DrawingLocale(const PageSettings& settings) : previous_(platform::Locale::current()) {
+  explicit DrawingLocale(const host::HostEnvironment& settings) : previous_(platform::Locale::current()) {
     platform::Locale::setCurrent(localeOf(settings));
   }
   ~DrawingLocale() { platform::Locale::setCurrent(previous_); }

@@ -19,7 +19,7 @@ struct ServerOptions {
   std::filesystem::path journal;
   worker::WorkerOptions worker;
   host::SchedulerOptions scheduler;
-  PageSettings settings;
+  host::HostEnvironment settings;
   // Set: the host's clock starts pinned here; else it is live.
   std::optional<platform::Date> pinnedAt;
   // Workers building views for the page, beside the one asking for timelines.

@@ -26,7 +26,7 @@ std::string refusal(const std::function<void()>& parse) {
 }
 
 TEST(RenderRequestTest, OverridesApplyToThePictureOnly) {
-  const PageSettings page;
+  const host::HostEnvironment page;
   const auto request = parseRenderRequest(
       {{"kind", "StreakWidget"}, {"format", "svg"}, {"colorScheme", "dark"}, {"scale", "1.5"}, {"v", "7"}}, page);
   EXPECT_EQ(request.kind, "StreakWidget");
@@ -37,7 +37,7 @@ TEST(RenderRequestTest, OverridesApplyToThePictureOnly) {
 }
 
 TEST(RenderRequestTest, BadParametersAreNamed) {
-  const PageSettings page;
+  const host::HostEnvironment page;
   const auto render = [&](QueryParameters query) { return refusal([&] { parseRenderRequest(query, page); }); };
   EXPECT_EQ(render({}), "kind: required");
   EXPECT_THAT(render({{"kind", "Streak"}}), HasSubstr("kind: unknown widget \"Streak\"; expected OnThisDayWidget"));
@@ -74,7 +74,7 @@ TEST(TapRequestTest, PointsAreDecimalsWithinReason) {
 }
 
 TEST(EnvironmentBodyTest, AppliesAllOrNothing) {
-  PageSettings settings;
+  host::HostEnvironment settings;
   applySettingsJson(settings, {{"timeZone", "Asia/Tokyo"}, {"redacted", true}, {"scale", 3}});
   EXPECT_EQ(settings.timeZone, "Asia/Tokyo");
   EXPECT_TRUE(settings.redacted);
@@ -92,7 +92,7 @@ TEST(EnvironmentBodyTest, AppliesAllOrNothing) {
 }
 
 TEST(EnvironmentBodyTest, TheLockScreenIsVibrantUnlessAModeIsNamed) {
-  PageSettings settings;
+  host::HostEnvironment settings;
   const auto lock = viewEnvironment(settings, views::WidgetFamily::accessoryCircular);
   EXPECT_EQ(lock.renderingMode, views::WidgetRenderingMode::vibrant);
   EXPECT_EQ(lock.colorScheme, views::ColorScheme::dark);
@@ -103,7 +103,7 @@ TEST(EnvironmentBodyTest, TheLockScreenIsVibrantUnlessAModeIsNamed) {
 }
 
 TEST(EnvironmentBodyTest, TheDirectionFollowsThePagesLocaleUnlessNamed) {
-  PageSettings settings;
+  host::HostEnvironment settings;
   settings.locale = "en_US";
   const auto family = views::WidgetFamily::systemMedium;
   EXPECT_EQ(viewEnvironment(settings, family).layoutDirection, views::LayoutDirection::leftToRight);
@@ -250,7 +250,7 @@ TEST(BufferedRequestTest, ARequestIsCompleteWithItsHeadAndAnnouncedBody) {
 }
 
 TEST(RequestBodyTest, EveryValidatorRefusesAsTheCommandLineDoes) {
-  PageSettings settings;
+  host::HostEnvironment settings;
   const std::string calendar = "locale: unknown calendar keyword \"calendar=martian\"";
   EXPECT_THAT(refusal([&] { applySettingsBody(settings, R"({"locale": "en_US@calendar=martian"})"); }),
               HasSubstr(calendar));
