@@ -76,7 +76,7 @@ void checkRefusal(const Refusal& refusal) {
 // The route's own parsing; what it accepts must be usable as accepted.
 void route(const Parsed& parsed) {
   const auto& path = parsed.request.path;
-  const host::HostEnvironment page;
+  const quillan::host::HostEnvironment page;
   if (path == "/api/render") {
     const auto request = parseRenderRequest(parseQueryText(parsed.query), page);
     (void)renderContext(request.settings, quillan::views::WidgetFamily::systemSmall);
@@ -86,10 +86,10 @@ void route(const Parsed& parsed) {
   } else if (path == "/api/clock" && parsed.request.method == "POST") {
     (void)parseClockChange(parsed.body);
   } else if (path == "/api/environment" && parsed.request.method == "POST") {
-    host::HostEnvironment settings = page;
+    quillan::host::HostEnvironment settings = page;
     applySettingsBody(settings, parsed.body);
     // What the page is told back must be taken again as it is.
-    host::HostEnvironment again;
+    quillan::host::HostEnvironment again;
     applySettingsJson(again, toJson(settings));
     FUZZ_CHECK(again == settings);
   }
