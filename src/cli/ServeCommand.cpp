@@ -47,6 +47,7 @@ host::HostEnvironment pageSettings(const ServeOptions& options, const HostOption
   settings.dynamicType = host.dynamicType;
   settings.device = hosting::deviceNamed(options.device).name;
   settings.scale = options.scale;
+  settings.seed = host.seed;
   return settings;
 }
 

@@ -30,6 +30,7 @@ worker::ProcessSettings processSettings(const HostEnvironment& settings) {
   worker::ProcessSettings process;
   process.timeZone = settings.timeZone;
   process.locale = settings.locale;
+  process.seed = settings.seed;
   return process;
 }
 

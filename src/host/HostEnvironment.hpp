@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -25,6 +26,9 @@ struct HostEnvironment {
   std::string device = "393x852";
   double scale = 2;
   bool redacted = false;
+  // --seed: every evaluation starts the random source (writing prompts) from
+  // it, so a seeded host shows the same prompts on every run. Not a page setting.
+  std::optional<std::uint64_t> seed;
 
   bool operator==(const HostEnvironment&) const = default;
 };
@@ -34,7 +38,7 @@ platform::Locale localeOf(const HostEnvironment& settings);
 
 // What the views are told for a widget of `family`.
 views::Environment viewEnvironment(const HostEnvironment& settings, views::WidgetFamily family);
-// The extension process's zone and locale.
+// The extension process's zone, locale and seed.
 worker::ProcessSettings processSettings(const HostEnvironment& settings);
 
 }  // namespace quillan::host
