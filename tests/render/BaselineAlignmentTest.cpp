@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "LayoutTestSupport.hpp"
-#include "render/FakeTextMeasurer.hpp"
-#include "render/Layout.hpp"
 #include "render/ViewAdapter.hpp"
 #include "views/Builders.hpp"
 
@@ -11,12 +9,8 @@ namespace {
 
 using namespace testing;
 
-// Fake metrics: line 20, ascender 16; ten points a character.
-class BaselineAlignmentTest : public ::testing::Test {
+class BaselineAlignmentTest : public FakeMetricsLayout {
  protected:
-  FakeTextMeasurer measurer{10.0, 20.0};
-  LayoutEngine engine{measurer, 1.0};
-
   LayoutBox row(Baseline baseline, std::vector<LayoutNode> children, double width = 400) {
     LayoutNode stackNode = stack(LayoutKind::hstack, std::move(children));
     stackNode.alignment.baseline = baseline;

@@ -4,21 +4,13 @@
 
 #include "CountingMeasurer.hpp"
 #include "LayoutTestSupport.hpp"
-#include "render/FakeTextMeasurer.hpp"
-#include "render/Layout.hpp"
 
 namespace quillan::render {
 namespace {
 
 using namespace testing;
 
-class LayoutTest : public ::testing::Test {
- protected:
-  FakeTextMeasurer measurer{10.0, 20.0};
-  LayoutEngine engine{measurer, 1.0};
-
-  LayoutBox run(const LayoutNode& node, Size proposal) { return engine.layout(node, ProposedSize::of(proposal)); }
-};
+using LayoutTest = FakeMetricsLayout;
 
 TEST_F(LayoutTest, LeastFlexibleChildIsServedFirstAndTheStackMayOverflow) {
   const LayoutNode node = stack(LayoutKind::hstack,
@@ -69,17 +61,6 @@ TEST_F(LayoutTest, SpacersShareTheLeftoverAndHonourMinLength) {
     EXPECT_DOUBLE_EQ(box.children[1].frame.x, c.expectedSpacer) << c.proposal;
     EXPECT_DOUBLE_EQ(box.children[2].frame.height, 0);
   }
-}
-
-TEST_F(LayoutTest, VerticalDefaultSpacingFollowsTheTextRules) {
-  // Fake metrics: line 20, descender 4, cap 12; a tenth of the line is 2.
-  const LayoutBox box = run(stack(LayoutKind::vstack, {color(), text("a"), text("b"), color()}), {100, 200});
-  EXPECT_DOUBLE_EQ(box.children[1].frame.y - box.children[0].frame.maxY(), 6);   // generic above text
-  EXPECT_DOUBLE_EQ(box.children[2].frame.y - box.children[1].frame.maxY(), 0);   // text above text
-  EXPECT_DOUBLE_EQ(box.children[3].frame.y - box.children[2].frame.maxY(), 10);  // text above generic
-  const LayoutBox padded = run(stack(LayoutKind::vstack, {color(), padding(text("a"), {1, 1, 1, 1}), color()}),
-                               {100, 200});
-  EXPECT_DOUBLE_EQ(padded.children[1].frame.y - padded.children[0].frame.maxY(), 8);
 }
 
 TEST_F(LayoutTest, FlexibleFrameSizeRules) {

@@ -1,21 +1,16 @@
 #include <gtest/gtest.h>
 
 #include "LayoutTestSupport.hpp"
-#include "render/FakeTextMeasurer.hpp"
-#include "render/Layout.hpp"
 
 namespace quillan::render {
 namespace {
 
 using namespace testing;
 
-// Fake metrics: line 20, descender 4, cap 12, so a tenth of a line is 2,
-// a generic view above a text keeps 6 and a text above a generic view 10.
-class StackSpacingTest : public ::testing::Test {
+// A tenth of a line is 2, a generic view above a text keeps 6 and a text above
+// a generic view 10.
+class StackSpacingTest : public FakeMetricsLayout {
  protected:
-  FakeTextMeasurer measurer{10.0, 20.0};
-  LayoutEngine engine{measurer, 1.0};
-
   double gapBetween(LayoutNode above, LayoutNode below) {
     const LayoutBox box = engine.layout(stack(LayoutKind::vstack, {std::move(above), std::move(below)}),
                                         ProposedSize::of({200, 400}));
@@ -32,6 +27,10 @@ TEST_F(StackSpacingTest, StacksSpaceLikeWhatTheyHoldOnEachEdge) {
     double gap;
   };
   const Case cases[] = {
+      {"generic above a text", color(), text("a"), 6},
+      {"text above a text", text("a"), text("b"), 0},
+      {"text above a generic view", text("a"), color(), 10},
+      {"padding all round makes both edges generic", color(), padding(text("a"), {1, 1, 1, 1}), 8},
       {"text above a row of texts", text("title"), stack(LayoutKind::vstack, {textRow()}), 0},
       {"row of texts above a generic view", textRow(), color(), 10},
       {"generic above a row of a text and a spacer", color(), stack(LayoutKind::hstack, {text("a"), spacer()}), 6},
