@@ -55,21 +55,6 @@ class ServerTest : public ::testing::Test {
   nlohmann::json widgets_;
 };
 
-TEST_F(ServerTest, ListsTheFiveWidgetsWithTheirTimelineState) {
-  EXPECT_EQ(widgets_["now"], "2026-11-22T09:00:00+01:00");
-  const auto lock = widgetOf(widgets_, "ComposeButtonLockScreen");
-  EXPECT_EQ(lock["family"], "accessoryCircular");
-  for (const auto& widget : widgets_["widgets"]) {
-    SCOPED_TRACE(widget.dump());
-    EXPECT_EQ(widget["state"], "ok");
-    EXPECT_FALSE(widget.contains("reason"));
-    EXPECT_TRUE(widget["entry"]["date"].is_string());
-    EXPECT_TRUE(widget["policy"]["type"].is_string());
-    EXPECT_EQ(widget["reloads"]["budget"], 70);
-    EXPECT_GE(widget["version"].get<int>(), 1);
-  }
-}
-
 // The page's files are compiled in at build time: each must come out byte
 // for byte, under its own path and type.
 TEST_F(ServerTest, ServesThePageFilesAsWritten) {
@@ -95,10 +80,16 @@ TEST_F(ServerTest, ServesThePageFilesAsWritten) {
   }
 }
 
-TEST_F(ServerTest, DrawsEachWidgetAsPngSvgAndJson) {
+TEST_F(ServerTest, ListsTheFiveWidgetsAndDrawsEachAsPngSvgAndJson) {
+  EXPECT_EQ(widgets_["now"], "2026-11-22T09:00:00+01:00");
+  EXPECT_EQ(widgetOf(widgets_, "ComposeButtonLockScreen")["family"], "accessoryCircular");
   for (const auto& widget : widgets_["widgets"]) {
     const std::string kind = widget["kind"];
-    SCOPED_TRACE(kind);
+    SCOPED_TRACE(widget.dump());
+    EXPECT_EQ(widget["state"], "ok");
+    EXPECT_TRUE(widget["entry"]["date"].is_string());
+    EXPECT_TRUE(widget["policy"]["type"].is_string());
+    EXPECT_GE(widget["version"].get<int>(), 1);
     const auto png = client_->Get("/api/render?kind=" + kind + "&format=png");
     ASSERT_TRUE(png);
     EXPECT_EQ(png->status, 200);
@@ -131,6 +122,8 @@ TEST_F(ServerTest, TapOnTheStreaksTodayCircleOpensAddRecord) {
   EXPECT_TRUE(outside.contains("url") && outside["url"].is_null()) << outside.dump();
 }
 
+// Each parser's own refusals are in ApiRequestsTest; here, that every route
+// answers them with its status and one line.
 TEST_F(ServerTest, BadRequestsAreRefusedWithOneLineNamingTheProblem) {
   struct Case {
     std::string method;
@@ -141,14 +134,9 @@ TEST_F(ServerTest, BadRequestsAreRefusedWithOneLineNamingTheProblem) {
   };
   const std::vector<Case> cases = {
       {"GET", "/api/render?format=png", "", 400, "kind: required"},
-      {"GET", "/api/render?kind=Nope", "", 400, "kind: unknown widget \"Nope\""},
-      {"GET", "/api/render?kind=StreakWidget&format=gif", "", 400, "format: unknown format \"gif\""},
-      {"GET", "/api/render?kind=StreakWidget&scale=9", "", 400, "scale:"},
       {"GET", "/api/render?kind=StreakWidget&colour=red", "", 400, "unknown parameter \"colour\""},
-      {"GET", "/api/render?kind=StreakWidget&kind=OnThisDayWidget", "", 400, "more than once"},
       {"GET", "/api/render?kind=StreakWidget&timeZone=Mars%2FOlympus", "", 400, "timeZone: unknown time zone"},
       {"GET", "/api/tap?kind=StreakWidget&x=1e3&y=2", "", 400, "x: expected a decimal number"},
-      {"GET", "/api/tap?kind=StreakWidget&x=1", "", 400, "y: required"},
       {"GET", "/api/nothing", "", 404, "/api/nothing"},
       {"POST", "/api/clock", R"({"rate": 0})", 400, "rate:"},
       {"POST", "/api/clock", std::string(64 * 1024, ' '), 413, "16 KiB"},
@@ -198,9 +186,10 @@ TEST_F(ServerTest, OnlyThePageItselfMayChangeTheHost) {
   EXPECT_EQ(preflight->get_header_value("Allow"), "GET, HEAD, POST");
   EXPECT_FALSE(preflight->has_header("Access-Control-Allow-Origin"));
   const auto pinned = client_->Post("/api/clock", {{"Origin", own}, {"Sec-Fetch-Site", "same-origin"}},
-                                    std::string(R"({"now": ")") + kServerNow + R"("})", "application/json");
+                                    R"({"now": "2026-11-22T18:00:00+01:00"})", "application/json");
   ASSERT_TRUE(pinned);
   EXPECT_EQ(pinned->status, 200);
+  EXPECT_EQ(jsonOf(client_->Get("/api/widgets"))["now"], "2026-11-22T18:00:00+01:00");
 }
 
 TEST_F(ServerTest, OnlyTheNamesTheServerIsReachedByAreAnswered) {
@@ -235,8 +224,6 @@ TEST_F(ServerTest, MalformedRequestsAreRefusedWithTheirOwnStatus) {
       {"POST /api/clock HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n",
        411, "Content-Length"},
       {"GET /api/render?kind=Streak=Widget HTTP/1.1\r\n" + host + "\r\n", 400, "a second '='"},
-      {"GET /api/render?kind=Streak%ZZ HTTP/1.1\r\n" + host + "\r\n", 400, "broken %-escape"},
-      {"GET /api/widgets HTTP/1.1\r\nX: " + std::string(9000, 'x') + "\r\n\r\n", 431, "8 KiB"},
       {"POST /api/environment HTTP/1.1\r\n" + host + "Content-Type: application/json\r\nContent-Length: 40\r\n\r\n" +
            R"({"locale": "en_US@calendar=martian"}    )",
        400, "unknown calendar keyword"},
@@ -335,13 +322,6 @@ TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
                       " is in use; choose another with --port, or 0 for a free one\n");
 }
 
-TEST_F(ServerTest, PinningTheClockMovesTheHost) {
-  const auto moved = client_->Post("/api/clock", R"({"now": "2026-11-22T18:00:00+01:00"})", "application/json");
-  ASSERT_TRUE(moved);
-  EXPECT_EQ(moved->status, 200);
-  EXPECT_EQ(jsonOf(client_->Get("/api/widgets"))["now"], "2026-11-22T18:00:00+01:00");
-}
-
 TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {
   const auto before = widgetOf(widgets_, "OnThisDayWidget")["version"].get<int>();
   const auto changed = client_->Post("/api/environment", R"({"colorScheme": "dark"})", "application/json");
@@ -358,39 +338,6 @@ TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {
                  std::chrono::seconds(30)));
 }
 
-// Collects the events of /api/events on a thread of its own.
-class EventReader {
- public:
-  explicit EventReader(int port) : client_(clientOf(port)) {
-    thread_ = std::thread([this] {
-      client_->Get("/api/events", [this](const char* data, std::size_t length) {
-        std::lock_guard lock(mutex_);
-        text_.append(data, length);
-        return !done_;
-      });
-    });
-  }
-  ~EventReader() {
-    {
-      std::lock_guard lock(mutex_);
-      done_ = true;
-    }
-    client_->stop();
-    thread_.join();
-  }
-  std::string text() {
-    std::lock_guard lock(mutex_);
-    return text_;
-  }
-
- private:
-  std::unique_ptr<httplib::Client> client_;
-  std::mutex mutex_;
-  std::string text_;
-  bool done_ = false;
-  std::thread thread_;
-};
-
 // The highest version the stream announced for `kind`, 0 if none.
 int announcedVersion(const std::string& stream, const std::string& kind) {
   int version = 0;
@@ -406,17 +353,22 @@ int announcedVersion(const std::string& stream, const std::string& kind) {
 // How soon after the commit the picture changes is measured by the browser
 // test (tests/browser/serve_test.py --commits N), not here.
 TEST_F(ServerTest, TheAppsCommitRedrawsTheComposeButton) {
-  EventReader events(port_);
-  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // the stream is open
+  RawClient stream(port_);
+  stream.send("GET /api/events HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port_) + "\r\n\r\n");
+  std::string events = stream.receive(std::chrono::seconds(5), "\r\n\r\n");  // the stream is open
   const auto widgets = jsonOf(client_->Get("/api/widgets"));
   const auto before = widgetOf(widgets, "ComposeButtonWidget")["version"].get<int>();
   const auto appReloads = widgetOf(widgets, "ComposeButtonWidget")["reloads"]["app"].get<int>();
   const auto pictureBefore = jsonOf(client_->Get("/api/render?kind=ComposeButtonWidget&format=json"))["view"];
   writer_->addNote({.date = at(kServerNow), .info = std::string("written today")});
-  const bool heard = eventually([&] { return announcedVersion(events.text(), "ComposeButtonWidget") > before; },
-                                std::chrono::seconds(60));
-  ASSERT_TRUE(heard) << events.text();
-  EXPECT_THAT(events.text(), HasSubstr("event: widget\ndata: {"));
+  const bool heard = eventually(
+      [&] {
+        events += stream.receive(std::chrono::milliseconds(100));
+        return announcedVersion(events, "ComposeButtonWidget") > before;
+      },
+      std::chrono::seconds(60));
+  ASSERT_TRUE(heard) << events;
+  EXPECT_THAT(events, HasSubstr("event: widget\ndata: {"));
   const auto after = jsonOf(client_->Get("/api/widgets"));
   EXPECT_GT(widgetOf(after, "ComposeButtonWidget")["reloads"]["app"], appReloads);
   const auto pictureAfter = jsonOf(client_->Get("/api/render?kind=ComposeButtonWidget&format=json"))["view"];
