@@ -98,25 +98,6 @@ TEST_F(Simulate, AWeekInHavanaAsksEveryWidgetOncePerDayAtItsStartEvenWithoutAMid
   EXPECT_EQ(reloads.back()["reason"], "policy");
 }
 
-TEST_F(Simulate, BerlinsShortAndLongDaysHaveOneAskEachAtMidnight) {
-  writeJournal("2026-03-28T09:00:00+01:00", "Europe/Berlin");
-  const auto spring = simulate("Europe/Berlin", {"--kind", "StreakWidget", "--from", "2026-03-28T00:00:00+01:00",
-                                                 "--to", "2026-03-30T12:00:00+02:00"});
-  EXPECT_EQ(timesOf(eventsOf(spring, "StreakWidget", "timeline")),
-            (std::vector<std::string>{"2026-03-28T00:00:00+01:00", "2026-03-29T00:00:00+01:00",
-                                      "2026-03-30T00:00:00+02:00"}));
-  fs::remove_all(output());
-  // 02:00 to 03:00 happens twice on the 25th; its midnight only once.
-  const auto autumn = simulate("Europe/Berlin", {"--kind", "StreakWidget", "--from", "2026-10-24T12:00:00+02:00",
-                                                 "--to", "2026-10-26T12:00:00+01:00"});
-  EXPECT_EQ(timesOf(eventsOf(autumn, "StreakWidget", "timeline")),
-            (std::vector<std::string>{"2026-10-24T12:00:00+02:00", "2026-10-25T00:00:00+02:00",
-                                      "2026-10-26T00:00:00+01:00"}));
-  EXPECT_EQ(timesOf(eventsOf(autumn, "StreakWidget", "entry")),
-            (std::vector<std::string>{"2026-10-24T12:00:00+02:00", "2026-10-25T00:00:00+02:00",
-                                      "2026-10-26T00:00:00+01:00"}));
-}
-
 // The compose button's background, low on the leading side where no text or symbol is drawn: grey, not
 // orange (and not the white of the text).
 bool looksGrey(const fs::path& picture) {
