@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -9,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "GoldenJson.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/RunCommand.hpp"
@@ -105,15 +105,11 @@ TEST(Command, AFirstRunWithoutAJournalSaysWhereItLookedAndWhatToDo) {
   EXPECT_EQ(timeline.err.find("no journal"), std::string::npos) << timeline.err;
 }
 
-// Kinds, display names, descriptions and families in gallery order, as
-// tests/data/golden/list.json holds them. QUILLAN_UPDATE_GOLDEN=1 rewrites the
-// file instead (review the diff!).
+// Kinds, display names, descriptions and families in gallery order.
 TEST(Command, ListIsExactlyTheBundle) {
   const auto result = runCommand({"list", "--json"});
   ASSERT_EQ(result.exitStatus, 0);
-  const std::string golden = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/list.json";
-  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(golden) << Json::parse(result.out).dump(2) << "\n";
-  EXPECT_EQ(Json::parse(result.out), Json::parse(std::ifstream(golden)));
+  testing::expectGoldenJson(Json::parse(result.out), "list.json");
 }
 
 TEST_F(SampleJournalCommand, RenderJsonOfEveryKindShowsTheCurrentEntry) {
