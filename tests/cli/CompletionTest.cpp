@@ -92,7 +92,7 @@ std::vector<std::pair<Words, Help>> everyCommand() {
   return commands;
 }
 
-TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpLists) {
+TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpListsAndTheirValues) {
   const auto commands = everyCommand();
   ASSERT_GT(commands.size(), 1u) << "--help lists no subcommand";
   // An unknown subcommand is answered with the same list.
@@ -113,19 +113,11 @@ TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpL
     }
     for (const auto& option : help.options) {
       EXPECT_TRUE(offered.contains(option.name)) << shown(path) << " does not complete " << option.name;
-    }
-  }
-}
-
-TEST(Completion, AfterAnOptionThatTakesAValueOffersValuesNotOptions) {
-  for (const auto& [path, help] : everyCommand()) {
-    for (const auto& option : help.options) {
       if (!option.takesValue) continue;
+      // After an option that takes a value, values are offered, not options.
       Words words = path;
       words.push_back(option.name);
-      for (const auto& word : completions(words)) {
-        EXPECT_NE(word.front(), '-') << shown(words) << " offers " << word;
-      }
+      for (const auto& word : completions(words)) EXPECT_NE(word.front(), '-') << shown(words) << " offers " << word;
     }
   }
 }

@@ -1,9 +1,5 @@
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
 #include <sqlite3.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
@@ -12,6 +8,7 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/RawClient.hpp"
 #include "support/RunCommand.hpp"
 #include "support/SpawnedCommand.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -64,22 +61,10 @@ class AppJournal {
 
 // The body of GET `target` from the server on `port`.
 std::string httpGet(int port, const std::string& target) {
-  const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  std::string response;
-  if (::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
-    const std::string request = "GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) +
-                                "\r\nConnection: close\r\n\r\n";
-    if (::write(socket, request.data(), request.size()) == static_cast<ssize_t>(request.size())) {
-      char buffer[4096];
-      for (ssize_t n; (n = ::read(socket, buffer, sizeof buffer)) > 0;)
-        response.append(buffer, static_cast<std::size_t>(n));
-    }
-  }
-  ::close(socket);
+  testing::RawClient client(port);
+  client.send("GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) +
+              "\r\nConnection: close\r\n\r\n");
+  const auto response = client.receive();
   const auto body = response.find("\r\n\r\n");
   return body == std::string::npos ? "" : response.substr(body + 4);
 }

@@ -74,21 +74,14 @@ void expectRefusal(const Refusal& refusal) {
 }
 
 TEST_F(RefusedInput, BadValuesAreOneLineNamingTheOptionAndQuotingTheValue) {
-  const Words streak = {"timeline", "--kind", "StreakWidget"};
-  const auto timeline = [&](Words more) {
-    Words arguments = streak;
+  const auto with = [](Words arguments, const Words& more) {
     arguments.insert(arguments.end(), more.begin(), more.end());
     return arguments;
   };
-  const auto simulate = [&](Words more) {
-    Words arguments = {"simulate", "--group-container", folder()};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return arguments;
-  };
-  const Words span = {"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z"};
-  const auto inSpan = [&](Words more) {
-    more.insert(more.begin(), span.begin(), span.end());
-    return simulate(more);
+  const auto timeline = [&](const Words& more) { return with({"timeline", "--kind", "StreakWidget"}, more); };
+  const auto simulate = [&](const Words& more) { return with({"simulate", "--group-container", folder()}, more); };
+  const auto inSpan = [&](const Words& more) {
+    return simulate(with({"--from", "2026-11-22T00:00:00Z", "--to", "2026-11-23T00:00:00Z"}, more));
   };
   std::vector<Refusal> refusals = {
       {{"timeline", "--kind", "Nope"}, "--kind: ", "\"Nope\""},

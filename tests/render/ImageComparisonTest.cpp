@@ -86,21 +86,6 @@ TEST(ImageComparison, TheDifferenceImageShowsReferenceNewAndMismatchesSideBySide
   EXPECT_EQ(mismatch.at(2 * (7 + gap) + 6, 3), magenta);
 }
 
-TEST(PixelImage, PNGRoundTripKeepsOpaqueAndClearPixels) {
-  testing::TemporaryFolder folder;
-  PixelImage image(3, 2, kOrange);
-  image.at(1, 1) = {0, 0, 0, 0};
-  image.at(2, 0) = kBlack;
-  writePNG(image, folder.path() / "image.png");
-  const auto read = readPNG(folder.path() / "image.png");
-  EXPECT_EQ(read.width, 3);
-  EXPECT_EQ(read.height, 2);
-  EXPECT_EQ(read.pixels, image.pixels);
-  std::ifstream file(folder.path() / "image.png", std::ios::binary);
-  const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
-  EXPECT_EQ(decodePNG(bytes).pixels, image.pixels);
-}
-
 TEST(PixelImage, WhatIsNoPNGIsAnErrorNamingIt) {
   testing::TemporaryFolder folder;
   std::ofstream(folder.path() / "text.png") << "not a picture";

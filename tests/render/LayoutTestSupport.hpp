@@ -1,8 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <utility>
 #include <vector>
 
+#include "render/FakeTextMeasurer.hpp"
+#include "render/Layout.hpp"
 #include "render/LayoutNode.hpp"
 
 namespace quillan::render::testing {
@@ -65,5 +69,15 @@ inline LayoutNode padding(LayoutNode child, EdgeInsets insets) {
   n.insets = insets;
   return n;
 }
+
+// Layouts with fake metrics: ten points a character; line 20, ascender 16,
+// descender 4, cap 12.
+class FakeMetricsLayout : public ::testing::Test {
+ protected:
+  FakeTextMeasurer measurer{10.0, 20.0};
+  LayoutEngine engine{measurer, 1.0};
+
+  LayoutBox run(const LayoutNode& node, Size proposal) { return engine.layout(node, ProposedSize::of(proposal)); }
+};
 
 }  // namespace quillan::render::testing

@@ -15,27 +15,26 @@ views::Environment darkVibrantIn(views::WidgetFamily family) {
 }
 
 // Every command draws through this context: the family it is given wins over
-// the environment's, and the rest of the environment is drawn as it came.
-TEST(RenderContext, TakesTheFamilyItIsGivenAndKeepsTheRestOfTheEnvironment) {
+// the environment's, the device and scale it is given are kept, the rest of
+// the environment is drawn as it came, and no picture is redacted unless the
+// caller asks.
+TEST(RenderContext, TakesTheFamilyDeviceAndScaleItIsGivenAndKeepsTheRestOfTheEnvironment) {
   using enum views::WidgetFamily;
-  for (const auto& [environmentFamily, drawnFamily] :
-       {std::pair{systemSmall, accessoryCircular}, std::pair{accessoryCircular, systemMedium},
-        std::pair{systemMedium, systemMedium}}) {
-    const auto context = makeRenderContext(darkVibrantIn(environmentFamily), drawnFamily);
-    EXPECT_EQ(context.env, darkVibrantIn(drawnFamily));
+  struct Case {
+    views::WidgetFamily environmentFamily, drawnFamily;
+    const char* device;
+    double scale;
+  };
+  for (const auto& c :
+       {Case{systemSmall, accessoryCircular, "393x852", 3}, Case{accessoryCircular, systemMedium, "430x932", 2},
+        Case{systemMedium, systemMedium, "375x667", 1}}) {
+    const auto context = makeRenderContext(darkVibrantIn(c.environmentFamily), c.drawnFamily,
+                                           *DeviceProfile::named(c.device), c.scale);
+    EXPECT_EQ(context.env, darkVibrantIn(c.drawnFamily));
+    EXPECT_EQ(context.device.name, c.device);
+    EXPECT_EQ(context.scale, c.scale);
+    EXPECT_FALSE(context.redacted);
   }
-}
-
-// A context made without a device or a scale draws as the phone does, and no
-// caller's picture is redacted unless it asks.
-TEST(RenderContext, DefaultsToThePhoneAtItsOwnDensityUnredacted) {
-  const auto context = makeRenderContext({}, views::WidgetFamily::systemSmall);
-  EXPECT_EQ(context.device.name, "393x852");
-  EXPECT_EQ(context.scale, 3);
-  EXPECT_FALSE(context.redacted);
-  const auto other = makeRenderContext({}, views::WidgetFamily::systemSmall, *DeviceProfile::named("430x932"), 2);
-  EXPECT_EQ(other.device.name, "430x932");
-  EXPECT_EQ(other.scale, 2);
 }
 
 }  // namespace

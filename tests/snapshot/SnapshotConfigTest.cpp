@@ -91,16 +91,9 @@ TEST_F(SnapshotConfigFile, WhatTheFirstRecordWritesReadsBackAsTheSameConfig) {
     EXPECT_EQ(Json::parse(std::ifstream(path()))["journal"], "journal");  // inside the suite: kept relative
     const auto read = readSnapshotConfig(path());
     EXPECT_EQ(fs::weakly_canonical(read.journal), fs::weakly_canonical(written.journal));
-    EXPECT_EQ(read.now, written.now);
-    EXPECT_EQ(read.timeZone, written.timeZone);
     EXPECT_EQ(read.seed, seed.value_or(written.seed));
-    EXPECT_EQ(read.scale, written.scale);
-    EXPECT_EQ(read.kinds, written.kinds);
-    EXPECT_EQ(read.colorSchemes, written.colorSchemes);
-    EXPECT_EQ(read.renderingModes, written.renderingModes);
-    EXPECT_EQ(read.platformVersions, written.platformVersions);
-    EXPECT_EQ(read.devices, written.devices);
-    EXPECT_EQ(read.locales, written.locales);
+    // Every other field, as the file writes it.
+    EXPECT_EQ(snapshotConfigText(read, path()), snapshotConfigText(written, path()));
     const auto cases = snapshotCases(read);
     ASSERT_EQ(cases.size(), read.kinds.size() * read.colorSchemes.size());
     for (std::size_t i = 0; i < cases.size(); ++i) {

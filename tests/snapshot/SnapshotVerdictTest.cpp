@@ -8,17 +8,13 @@
 #include "render/DrawingFunctions.hpp"
 #include "render/PixelImage.hpp"
 #include "snapshot/SnapshotVerdict.hpp"
+#include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::snapshot {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string readBytes(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // A PNG of 0x0 pixels, well formed but for that.
 std::string emptyPng() {
@@ -71,7 +67,7 @@ class RecordedCase : public ::testing::Test {
   SnapshotPicture drawnAgain(const render::PixelImage& image, const std::string& view = kView) const {
     const auto file = scratch_.path() / "drawn.png";
     render::writePNG(image, file);
-    const auto bytes = readBytes(file);
+    const auto bytes = testing::readText(file);
     return {view, {bytes.begin(), bytes.end()}};
   }
 
@@ -123,7 +119,7 @@ TEST_F(RecordedCase, AMissingOrUnreadableRecordingFailsItsCaseNamingTheFile) {
   const auto bytes = [](const std::string& text) {
     return [text](const fs::path& path) { std::ofstream(path, std::ios::binary | std::ios::trunc) << text; };
   };
-  const auto picture = readBytes(folder_.recordedPicture(case_));
+  const auto picture = testing::readText(folder_.recordedPicture(case_));
   struct Damage {
     const char* extension;
     std::function<void(const fs::path&)> apply;
