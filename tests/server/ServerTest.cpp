@@ -341,6 +341,28 @@ TEST_F(ServerTest, TheAppsCommitRedrawsTheComposeButton) {
   EXPECT_NE(pictureBefore, pictureAfter);
 }
 
+// Evaluations run in worker processes: --seed must reach each of them, or
+// every run of a seeded host shows other writing prompts.
+TEST(SeededServerTest, ShowsTheSamePromptsOnEveryRun) {
+  ServerFolder folder;
+  fixtures::JournalWriter(folder.journal())
+      .addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("x")});
+  auto options = serverOptions(folder.journal());
+  options.settings.seed = 7;
+  std::vector<nlohmann::json> views;
+  for (int run = 0; run < 3; ++run) {
+    Server server(options);
+    const auto client = clientOf(server.start());
+    placedWidgets(*client);
+    for (const auto* kind : {"ComposeButtonWidget", "OTDComposeWidget"}) {
+      views.push_back(jsonOf(client->Get(std::string("/api/render?format=json&kind=") + kind))["view"]);
+    }
+    server.stop();
+  }
+  ASSERT_FALSE(views[0].is_null());
+  for (std::size_t later = 2; later < views.size(); ++later) EXPECT_EQ(views[later % 2], views[later]);
+}
+
 TEST_F(ServerTest, ManyConcurrentPicturesAreAllAnsweredWithBoundedMemory) {
   constexpr int kRequests = 200;
   const auto residentBefore = residentKilobytes();
