@@ -102,27 +102,26 @@ TEST_F(MemorySelection, TheCalendarNotGregorianDatesDecidesTheDay) {
   EXPECT_NE(ProcessEnvironment::local(hebrewYearAgo).substr(0, 10), "2025-11-16");
 }
 
-TEST_F(MemorySelection, KeepsTheStoresOrderAndDropsEverythingElse) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2023-11-16T09:00:00+01:00", "2023");
-  journal.addNote("2026-11-16T08:00:00+01:00", "today");
-  journal.addNote("2025-11-16T22:00:00+01:00", "2025 evening");
-  journal.addNote("2025-11-17T09:00:00+01:00", "tomorrow last year");
-  journal.addNote("2024-11-16T09:00:00+01:00", "2024");
-  EXPECT_EQ(texts(fetchMemories()), (std::vector<std::string>{"2023", "2025 evening", "2024"}));
-}
-
-// Groups are days, newest first; within a day the store's order stands, so the
-// representative memory is the first-fetched note of the newest day, not its
-// earliest or latest.
+// Memories keep the store's order. Groups are days, newest first, with the
+// store's order within, so the representative memory is the first-fetched
+// note of the newest day, not its earliest or latest.
 TEST_F(MemorySelection, GroupsByDayNewestFirstWithTheStoresOrderWithin) {
   ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2026-11-16T08:00:00+01:00", "today");
+  EXPECT_TRUE(memoryGroups().empty());
+  EXPECT_EQ(moreCount(), -1);
+  EXPECT_EQ(headerDate(), platform::Clock::now());
   journal.addNote("2023-11-16T09:00:00+01:00", "2023");
+  EXPECT_EQ(moreCount(), 0);
+  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2023-11-16T09:00:00+01:00"));
   journal.addNote("2025-11-16T14:00:00+01:00", "2025 afternoon");
+  journal.addNote("2025-11-17T09:00:00+01:00", "tomorrow last year");
   journal.addNote("2024-11-16T09:00:00+01:00", "2024");
   journal.addNote("2025-11-16T07:00:00+01:00", "2025 morning");
   journal.addNote("2025-11-16T23:00:00+01:00", "2025 night");
 
+  EXPECT_EQ(texts(fetchMemories()),
+            (std::vector<std::string>{"2023", "2025 afternoon", "2024", "2025 morning", "2025 night"}));
   const auto groups = memoryGroups();
   ASSERT_EQ(groups.size(), 3u);
   EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"2025 afternoon", "2025 morning", "2025 night"}));
@@ -131,6 +130,7 @@ TEST_F(MemorySelection, GroupsByDayNewestFirstWithTheStoresOrderWithin) {
   EXPECT_EQ(representativeMemory()->info(), "2025 afternoon");
   EXPECT_EQ(moreCount(), 4);
   EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2025-11-16T14:00:00+01:00"));
+  EXPECT_FALSE(newerGroupFirst(groups[0], groups[0]));
 }
 
 // Grouping is by the local day: two notes of one UTC day fall into two local
@@ -144,30 +144,6 @@ TEST_F(MemorySelection, DayKeysAreLocalDays) {
   ASSERT_EQ(groups.size(), 1u);
   EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"16 Nov in New York", "16 Nov, late, in New York"}));
   EXPECT_EQ(memoryDayKey(*groups[0][0]), "Nov 16, 2025");
-}
-
-TEST_F(MemorySelection, CountsAndHeaderWithNoneAndOneMemory) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-11-16T08:00:00+01:00", "today");
-  EXPECT_TRUE(memoryGroups().empty());
-  EXPECT_EQ(moreCount(), -1);
-  EXPECT_EQ(headerDate(), platform::Clock::now());
-
-  journal.addNote("2021-11-16T08:00:00+01:00", "one");
-  EXPECT_EQ(moreCount(), 0);
-  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2021-11-16T08:00:00+01:00"));
-}
-
-TEST_F(MemorySelection, NewerGroupFirstComparesTheFirstNotesDates) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  journal.addNote("2025-11-16T08:00:00Z", "newer");
-  journal.addNote("2024-11-16T20:00:00Z", "older");
-  const auto notes = widgets::fetchAllNotes();
-  const MemoryGroup newer{notes[0]};
-  const MemoryGroup older{notes[1]};
-  EXPECT_TRUE(newerGroupFirst(newer, older));
-  EXPECT_FALSE(newerGroupFirst(older, newer));
-  EXPECT_FALSE(newerGroupFirst(newer, newer));
 }
 
 using MemorySelectionDeathTest = MemorySelection;
