@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "StreakTree.hpp"
-#include "compose/DeepLinks.hpp"
 #include "streak/StreakCircle.hpp"
-#include "streak/StreakTodayCircle.hpp"
 #include "support/ProcessEnvironment.hpp"
 
 namespace quillan::streak {
@@ -25,11 +23,6 @@ platform::Date at(const char* iso) { return *platform::ISO8601::parse(iso); }
 Node pastCircle(ColorScheme scheme, const char* date, bool hasNotes) {
   const auto environment = environmentIn(scheme);
   return StreakCircle(environment, at(date), hasNotes).body(environment);
-}
-
-Node todayCircle(ColorScheme scheme, const char* date, bool hasNotes) {
-  const auto environment = environmentIn(scheme);
-  return StreakTodayCircle(environment, compose::addRecordURL(), at(date), hasNotes).body(environment);
 }
 
 struct LabelCase {
@@ -62,13 +55,6 @@ TEST(StreakCircle, LinksToItsLocalDayAndShowsTheWeekdayAndUnpaddedDay) {
     EXPECT_EQ(drawn.weekday, c.weekday) << c.zone << " " << c.date;
     EXPECT_EQ(drawn.dayOfMonth, c.day) << c.zone << " " << c.date;
   }
-}
-
-TEST(StreakTodayCircle, LinksToANewEntryWithoutADate) {
-  ProcessEnvironment environment("2026-03-05T12:00:00+01:00", "Europe/Berlin");
-  const auto drawn = readCircle(todayCircle(ColorScheme::light, "2026-03-05T12:00:00+01:00", true));
-  EXPECT_EQ(drawn.link, "widget-deeplink://AddRecord");
-  EXPECT_EQ(drawn.dayOfMonth, "5");
 }
 
 }  // namespace

@@ -53,10 +53,6 @@ TEST(DayMoment, ReadsTheClockAtEachCall) {
   EXPECT_EQ(ProcessEnvironment::local(first), "2026-11-21T10:00:00+01:00");
 }
 
-TEST(DayMoment, PastRangeIsTheFourDaysBeforeTodayOldestFirst) {
-  EXPECT_EQ(kPastDateRange, (std::array<std::int64_t, 4>{-4, -3, -2, -1}));
-}
-
 TEST(DayMomentDeathTest, ACalendarThatCannotAddTheDaysStops) {
   ProcessEnvironment environment("2026-11-22T10:00:00+01:00", "Europe/Berlin");
   EXPECT_DEATH(dayMoment(std::int64_t{1} << 40),
