@@ -1,13 +1,9 @@
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
 
 #include <functional>
 #include <thread>
 
 #include "StoreTestSupport.hpp"
-#include "platform/ExtensionLog.hpp"
-#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/NoteImage.hpp"
 #include "store/StoreFileCopy.hpp"
@@ -17,44 +13,13 @@ namespace {
 
 using namespace testing;
 
-class CoreDataStackTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directories(group());
-    std::filesystem::create_directories(support());
-    platform::FileManager::setGroupContainerDirectory(group());
-    platform::FileManager::setApplicationSupportDirectory(support());
-    platform::ExtensionLog::setSink([this](std::string_view line) { printed_.emplace_back(line); });
-  }
-  void TearDown() override { platform::ExtensionLog::setSink({}); }
-
- public:
-  std::filesystem::path group() const { return directory_ / "group"; }
-  std::filesystem::path support() const { return directory_ / "support"; }
-  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
-  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
-
- protected:
-  static void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
-    fixtures::JournalWriter writer(path);
-    for (const auto& info : infos) writer.addNote({.info = info});
-  }
-
-  static std::vector<std::string> infos(PersistentContainer& container) {
-    std::vector<std::string> out;
-    for (const auto& note : fetchNotes(*container.viewContext())) out.push_back(note->info().value_or(""));
-    return out;
-  }
-
-  TemporaryDirectory directory_;
-  std::vector<std::string> printed_;
-};
+using CoreDataStackTest = StoreFolders;
 
 // Where the legacy journal and the group container's stand before the first
 // read, what that read and the next one see, and what the move left.
 struct LegacyMove {
   const char* name;
-  std::function<void(CoreDataStackTest&)> prepare;
+  std::function<void(StoreFolders&)> prepare;
   std::vector<std::string> firstRead;
   std::vector<std::string> nextRead;
   std::string printed = "";  // the one line the move logged, or empty for none
@@ -199,35 +164,6 @@ TEST_F(CoreDataStackTest, MissingGroupContainerStopsSilently) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   platform::FileManager::setGroupContainerDirectory(directory_ / "absent");
   EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), "^$");
-}
-
-// Kills a child in the middle of copies of a large journal: whatever the
-// moment, the destination is the old journal or the whole new one.
-TEST_F(CoreDataStackTest, ACrashMidMoveLeavesNoHalfJournal) {
-  {
-    fixtures::JournalWriter writer(legacyStore());
-    writer.begin();
-    for (int i = 0; i < 20000; ++i) writer.addNote({.info = std::string(200, 'n')});
-    writer.commit();
-  }
-  for (int delayMicroseconds : {0, 2000, 8000, 30000}) {
-    std::filesystem::remove(sharedStore());
-    const pid_t child = ::fork();
-    if (child == 0) {
-      try {
-        copyStoreFile(legacyStore(), sharedStore());
-      } catch (...) {
-        ::_exit(1);
-      }
-      ::_exit(0);
-    }
-    ::usleep(static_cast<useconds_t>(delayMicroseconds));
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
-    // Whatever the moment, there is no journal yet or the whole copy.
-    if (!std::filesystem::exists(sharedStore())) continue;
-    EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), 20000u) << "after " << delayMicroseconds;
-  }
 }
 
 TEST_F(CoreDataStackTest, ACopyNeverReplacesAStoreThatAppearedAtItsDestination) {

@@ -7,8 +7,6 @@
 #include <random>
 
 #include "StoreTestSupport.hpp"
-#include "platform/ExtensionLog.hpp"
-#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/TemporaryStoreCopy.hpp"
 
@@ -21,22 +19,8 @@ constexpr int kNotes = 20000;
 
 // The legacy move killed at any moment: the next run finishes or gives up the
 // move, and the group container then holds the journal and nothing else.
-class LegacyMoveCrashTest : public ::testing::Test {
+class LegacyMoveCrashTest : public StoreFolders {
  protected:
-  void SetUp() override {
-    std::filesystem::create_directories(group());
-    std::filesystem::create_directories(support());
-    platform::FileManager::setGroupContainerDirectory(group());
-    platform::FileManager::setApplicationSupportDirectory(support());
-    platform::ExtensionLog::setSink([](std::string_view) {});
-  }
-  void TearDown() override { platform::ExtensionLog::setSink({}); }
-
-  std::filesystem::path group() const { return directory_ / "group"; }
-  std::filesystem::path support() const { return directory_ / "support"; }
-  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
-  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
-
   void writeTemplate() {
     fixtures::JournalWriter writer(directory_ / "template.sqlite");
     writer.begin();
@@ -67,8 +51,6 @@ class LegacyMoveCrashTest : public ::testing::Test {
     }
     return names;
   }
-
-  TemporaryDirectory directory_;
 };
 
 TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) {
