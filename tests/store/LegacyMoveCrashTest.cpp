@@ -91,6 +91,12 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   ::waitpid(finished, nullptr, 0);
   const auto abandoned = TemporaryStoreCopy::pathFor(sharedStore(), finished);
   for (const char* suffix : {"", "-wal", "-shm"}) std::ofstream(abandoned.string() + suffix) << "half";
+  // A copy already renamed into place leaves only its companions.
+  const pid_t renamer = ::fork();
+  if (renamer == 0) ::_exit(0);
+  ::waitpid(renamer, nullptr, 0);
+  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), renamer);
+  std::ofstream(renamed.string() + "-shm") << "left after the rename";
 
   // A writer still copying.
   int ready[2];
@@ -111,6 +117,7 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   EXPECT_FALSE(std::filesystem::exists(abandoned));
   EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-wal"));
   EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-shm"));
+  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
   EXPECT_TRUE(std::filesystem::exists(inProgress)) << "a live writer's copy stays";
   EXPECT_TRUE(std::filesystem::exists(group() / ".Quillan.sqlite.migrating-notes"));
 
@@ -120,16 +127,6 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   EXPECT_FALSE(std::filesystem::exists(inProgress)) << "once its writer is killed it is abandoned";
   ::close(ready[0]);
   ::close(ready[1]);
-}
-
-TEST_F(LegacyMoveCrashTest, CompanionsOfACopyAlreadyRenamedAreRemoved) {
-  const pid_t finished = ::fork();
-  if (finished == 0) ::_exit(0);
-  ::waitpid(finished, nullptr, 0);
-  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), finished);
-  std::ofstream(renamed.string() + "-shm") << "left after the rename";
-  TemporaryStoreCopy::removeAbandoned(sharedStore());
-  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
 }
 
 }  // namespace

@@ -15,8 +15,8 @@
 #include "platform/FileManager.hpp"
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
-#include "store/PersistentContainer.hpp"
 #include "store/Note.hpp"
+#include "store/PersistentContainer.hpp"
 #include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
 
