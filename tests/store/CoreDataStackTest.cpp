@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
 
 #include <functional>
 #include <thread>
@@ -93,22 +95,6 @@ TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
   }
 }
 
-// The legacy run keeps the default description; the shared one syncs.
-TEST_F(CoreDataStackTest, OnlyTheSharedJournalsDescriptionSyncs) {
-  writeJournal(legacyStore(), {"old"});
-  auto legacy = CoreDataStack::makeForTesting();
-  auto& moved = legacy->persistentContainer();
-  ASSERT_EQ(moved.persistentStoreDescriptions.size(), 1u);
-  EXPECT_FALSE(moved.persistentStoreDescriptions[0].cloudKitContainerOptions);
-  auto shared = CoreDataStack::makeForTesting();
-  auto& container = shared->persistentContainer();
-  EXPECT_EQ(&container, &shared->persistentContainer());
-  EXPECT_EQ(container.loadedStoreCount(), 1u);
-  ASSERT_EQ(container.persistentStoreDescriptions.size(), 1u);
-  EXPECT_EQ(container.persistentStoreDescriptions[0].url, platform::URL::fileURL(sharedStore()));
-  EXPECT_TRUE(container.persistentStoreDescriptions[0].cloudKitContainerOptions);
-}
-
 TEST_F(CoreDataStackTest, CommitsInTheLegacyWalTravelWithTheMoveOrStayReadable) {
   for (const bool journalInTheWay : {false, true}) {
     SCOPED_TRACE(journalInTheWay ? "a journal in the way" : "a free group container");
@@ -164,6 +150,35 @@ TEST_F(CoreDataStackTest, MissingGroupContainerStopsSilently) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   platform::FileManager::setGroupContainerDirectory(directory_ / "absent");
   EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), "^$");
+}
+
+// Kills a child in the middle of copies of a large journal: whatever the
+// moment, the destination is the old journal or the whole new one.
+TEST_F(CoreDataStackTest, ACrashMidMoveLeavesNoHalfJournal) {
+  {
+    fixtures::JournalWriter writer(legacyStore());
+    writer.begin();
+    for (int i = 0; i < 20000; ++i) writer.addNote({.info = std::string(200, 'n')});
+    writer.commit();
+  }
+  for (int delayMicroseconds : {0, 2000, 8000, 30000}) {
+    std::filesystem::remove(sharedStore());
+    const pid_t child = ::fork();
+    if (child == 0) {
+      try {
+        copyStoreFile(legacyStore(), sharedStore());
+      } catch (...) {
+        ::_exit(1);
+      }
+      ::_exit(0);
+    }
+    ::usleep(static_cast<useconds_t>(delayMicroseconds));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    // Whatever the moment, there is no journal yet or the whole copy.
+    if (!std::filesystem::exists(sharedStore())) continue;
+    EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), 20000u) << "after " << delayMicroseconds;
+  }
 }
 
 TEST_F(CoreDataStackTest, ACopyNeverReplacesAStoreThatAppearedAtItsDestination) {
