@@ -6,6 +6,7 @@
 
 #include "LiveHostFixture.hpp"
 #include "host/JournalWatcher.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace quillan::host {
 namespace {
@@ -15,18 +16,13 @@ using quillan::testing::eventually;
 
 class JournalWatcherTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    auto pattern = (std::filesystem::temp_directory_path() / "quillan-watch-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
   void append(const std::string& name) {
     std::ofstream file(folder_ / name, std::ios::app);
     file << "x";
   }
 
-  std::filesystem::path folder_;
+  quillan::testing::TemporaryFolder scratch_{"quillan-watch"};
+  const std::filesystem::path folder_ = scratch_.path();
   std::atomic<int> commits_{0};
 };
 

@@ -11,6 +11,7 @@
 #include "host/HostEnvironment.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "worker/WorkerOptions.hpp"
 
 namespace quillan::testing {
@@ -22,24 +23,15 @@ inline constexpr const char* kHostNow = "2026-11-22T09:00:00+01:00";
 class HostFolder {
  public:
   HostFolder() {
-    auto pattern = (std::filesystem::temp_directory_path() / "quillan-host-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
     std::filesystem::create_directories(root_ / "group");
     std::filesystem::create_directories(root_ / "Application Support");
     platform::FileManager::setGroupContainerDirectory(root_ / "group");
     platform::FileManager::setApplicationSupportDirectory(root_ / "Application Support");
   }
-  ~HostFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  HostFolder(const HostFolder&) = delete;
-  HostFolder& operator=(const HostFolder&) = delete;
-
   std::filesystem::path journal() const { return root_ / "group" / "Quillan.sqlite"; }
 
  private:
-  std::filesystem::path root_;
+  TemporaryFolder root_{"quillan-host"};
 };
 
 // The environment of a live host over a test journal: Berlin, in English.

@@ -8,6 +8,7 @@
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/GoldenFile.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "widgets/AllNotes.hpp"
@@ -30,64 +31,14 @@ std::vector<std::string> texts(const NoteList& notes) {
   return result;
 }
 
-struct SelectionCase {
-  const char* locale;
-  const char* zone;
-  const char* now;
-  const char* note;
-  bool isMemory;
-  const char* why;
-};
-
-// Month and day are those the user's zone and calendar give the instant; the
-// year never counts, today never counts, and a later year is not a memory.
-constexpr SelectionCase kSelections[] = {
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2025-11-16T23:30:00Z", true, "last year, a later clock time"},
-    {"en_US", "Europe/Berlin", "2026-11-16T12:00:00Z", "2025-11-16T23:30:00Z", false,
-     "the same instant is 17 November in Berlin"},
-    {"en_US", "Europe/Berlin", "2026-11-16T12:00:00Z", "2025-11-15T23:30:00Z", true,
-     "15 November in UTC, 16 November in Berlin"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2025-11-15T23:30:00Z", false, "15 November in UTC"},
-    {"en_US", "America/Los_Angeles", "2026-11-17T06:00:00Z", "2020-11-16T20:00:00-08:00", true,
-     "now is still 16 November in Los Angeles"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2026-11-16T00:00:00Z", false, "earlier today"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2026-11-16T23:59:59Z", false, "later today"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2027-11-16T08:00:00Z", false, "a later year"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2016-11-16T12:00:00Z", true, "ten years ago"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2025-11-06T12:00:00Z", false, "another day of the month"},
-    {"en_US", "UTC", "2026-11-16T12:00:00Z", "2025-10-16T12:00:00Z", false, "another month"},
-    {"de_DE", "Europe/Berlin", "2026-11-16T12:00:00+01:00", "2025-11-16T21:00:00+01:00", true, "German names"},
-    {"de_DE", "Europe/Berlin", "2026-11-16T12:00:00+01:00", "2026-11-16T21:00:00+01:00", false, "German, today"},
-    {"ja_JP@calendar=japanese", "Asia/Tokyo", "2026-11-16T12:00:00+09:00", "2018-11-16T12:00:00+09:00", true,
-     "an earlier era (Heisei)"},
-    {"ja_JP@calendar=japanese", "Asia/Tokyo", "2026-11-16T12:00:00+09:00", "2026-11-16T08:00:00+09:00", false,
-     "Japanese calendar, today"},
-    {"ja_JP@calendar=japanese", "Asia/Tokyo", "2026-11-16T12:00:00+09:00", "2025-11-15T23:00:00+09:00", false,
-     "Japanese calendar, the day before"},
-    {"th_TH@calendar=buddhist", "Asia/Bangkok", "2026-11-16T12:00:00+07:00", "2025-11-16T18:00:00+07:00", true,
-     "Buddhist calendar"},
-    {"th_TH@calendar=buddhist", "Asia/Bangkok", "2026-11-16T12:00:00+07:00", "2027-11-16T06:00:00+07:00", false,
-     "Buddhist calendar, a later year"},
-    {"th_TH@calendar=buddhist", "Asia/Bangkok", "2026-11-16T12:00:00+07:00", "2025-11-16T00:30:00+08:00", false,
-     "23:30 on 15 November in Bangkok"},
-    // 29 February matches only earlier 29 Februaries.
-    {"en_US", "UTC", "2025-02-28T12:00:00Z", "2024-02-29T12:00:00Z", false, "28 Feb of a common year"},
-    {"en_US", "UTC", "2028-02-29T12:00:00Z", "2024-02-29T12:00:00Z", true, "29 Feb four years on"},
-    {"en_US", "UTC", "2028-02-29T12:00:00Z", "2027-02-28T12:00:00Z", false, "29 Feb does not take 28 Feb"},
-    {"en_US", "UTC", "2028-02-28T12:00:00Z", "2024-02-29T12:00:00Z", false, "28 Feb of a leap year"},
-    {"en_US", "UTC", "2028-02-28T12:00:00Z", "2027-02-28T12:00:00Z", true, "28 Feb of a leap year, last year"},
-    {"en_US", "UTC", "2025-03-01T12:00:00Z", "2024-02-29T12:00:00Z", false, "1 March after a leap day"},
-};
-
 TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
-  for (const auto& selection : kSelections) {
+  quillan::testing::expectGoldenAnswers("memory_selection.txt", [this](const std::string& question) {
+    const auto args = quillan::testing::words(question);
     journal.clear();
-    ProcessEnvironment environment(selection.now, selection.zone, selection.locale);
-    journal.addNote(selection.note, selection.why);
-    EXPECT_EQ(fetchMemories().size(), selection.isMemory ? 1u : 0u)
-        << selection.why << ": " << selection.locale << " " << selection.zone << " now " << selection.now << ", note "
-        << selection.note;
-  }
+    ProcessEnvironment environment(args[2], args[1], args[0]);
+    journal.addNote(args[3], "note");
+    return fetchMemories().empty() ? "no memory" : "memory";
+  });
 }
 
 // Month and day are the calendar's own: in the Hebrew calendar a year ago is
@@ -102,27 +53,26 @@ TEST_F(MemorySelection, TheCalendarNotGregorianDatesDecidesTheDay) {
   EXPECT_NE(ProcessEnvironment::local(hebrewYearAgo).substr(0, 10), "2025-11-16");
 }
 
-TEST_F(MemorySelection, KeepsTheStoresOrderAndDropsEverythingElse) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2023-11-16T09:00:00+01:00", "2023");
-  journal.addNote("2026-11-16T08:00:00+01:00", "today");
-  journal.addNote("2025-11-16T22:00:00+01:00", "2025 evening");
-  journal.addNote("2025-11-17T09:00:00+01:00", "tomorrow last year");
-  journal.addNote("2024-11-16T09:00:00+01:00", "2024");
-  EXPECT_EQ(texts(fetchMemories()), (std::vector<std::string>{"2023", "2025 evening", "2024"}));
-}
-
-// Groups are days, newest first; within a day the store's order stands, so the
-// representative memory is the first-fetched note of the newest day, not its
-// earliest or latest.
+// Memories keep the store's order. Groups are days, newest first, with the
+// store's order within, so the representative memory is the first-fetched
+// note of the newest day, not its earliest or latest.
 TEST_F(MemorySelection, GroupsByDayNewestFirstWithTheStoresOrderWithin) {
   ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
+  journal.addNote("2026-11-16T08:00:00+01:00", "today");
+  EXPECT_TRUE(memoryGroups().empty());
+  EXPECT_EQ(moreCount(), -1);
+  EXPECT_EQ(headerDate(), platform::Clock::now());
   journal.addNote("2023-11-16T09:00:00+01:00", "2023");
+  EXPECT_EQ(moreCount(), 0);
+  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2023-11-16T09:00:00+01:00"));
   journal.addNote("2025-11-16T14:00:00+01:00", "2025 afternoon");
+  journal.addNote("2025-11-17T09:00:00+01:00", "tomorrow last year");
   journal.addNote("2024-11-16T09:00:00+01:00", "2024");
   journal.addNote("2025-11-16T07:00:00+01:00", "2025 morning");
   journal.addNote("2025-11-16T23:00:00+01:00", "2025 night");
 
+  EXPECT_EQ(texts(fetchMemories()),
+            (std::vector<std::string>{"2023", "2025 afternoon", "2024", "2025 morning", "2025 night"}));
   const auto groups = memoryGroups();
   ASSERT_EQ(groups.size(), 3u);
   EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"2025 afternoon", "2025 morning", "2025 night"}));
@@ -131,6 +81,7 @@ TEST_F(MemorySelection, GroupsByDayNewestFirstWithTheStoresOrderWithin) {
   EXPECT_EQ(representativeMemory()->info(), "2025 afternoon");
   EXPECT_EQ(moreCount(), 4);
   EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2025-11-16T14:00:00+01:00"));
+  EXPECT_FALSE(newerGroupFirst(groups[0], groups[0]));
 }
 
 // Grouping is by the local day: two notes of one UTC day fall into two local
@@ -144,30 +95,6 @@ TEST_F(MemorySelection, DayKeysAreLocalDays) {
   ASSERT_EQ(groups.size(), 1u);
   EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"16 Nov in New York", "16 Nov, late, in New York"}));
   EXPECT_EQ(memoryDayKey(*groups[0][0]), "Nov 16, 2025");
-}
-
-TEST_F(MemorySelection, CountsAndHeaderWithNoneAndOneMemory) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-11-16T08:00:00+01:00", "today");
-  EXPECT_TRUE(memoryGroups().empty());
-  EXPECT_EQ(moreCount(), -1);
-  EXPECT_EQ(headerDate(), platform::Clock::now());
-
-  journal.addNote("2021-11-16T08:00:00+01:00", "one");
-  EXPECT_EQ(moreCount(), 0);
-  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2021-11-16T08:00:00+01:00"));
-}
-
-TEST_F(MemorySelection, NewerGroupFirstComparesTheFirstNotesDates) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  journal.addNote("2025-11-16T08:00:00Z", "newer");
-  journal.addNote("2024-11-16T20:00:00Z", "older");
-  const auto notes = widgets::fetchAllNotes();
-  const MemoryGroup newer{notes[0]};
-  const MemoryGroup older{notes[1]};
-  EXPECT_TRUE(newerGroupFirst(newer, older));
-  EXPECT_FALSE(newerGroupFirst(older, newer));
-  EXPECT_FALSE(newerGroupFirst(newer, newer));
 }
 
 using MemorySelectionDeathTest = MemorySelection;

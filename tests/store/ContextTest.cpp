@@ -35,20 +35,6 @@ TEST(IdentityMap, ForgetsObjectsNobodyHolds) {
   EXPECT_EQ(context->registeredObject(ObjectID{"Note", 1}), nullptr);
 }
 
-TEST(Snapshots, SeeRowsAWriterHoldsInTheWal) {
-  TemporaryDirectory directory;
-  const auto path = directory / "Quillan.sqlite";
-  fixtures::JournalLayout layout;
-  layout.walAutocheckpoint = 0;
-  fixtures::JournalWriter writer(path, layout);
-  writer.addNote({.info = "in the wal"});
-  auto context = contextFor(path);
-  EXPECT_EQ(fetchNotes(*context).size(), 1u);
-  writer.addNote({.info = "second"});
-  EXPECT_EQ(fetchNotes(*context).size(), 2u);
-  EXPECT_GT(std::filesystem::file_size(directory / "Quillan.sqlite-wal"), 0u);
-}
-
 TEST(Snapshots, LeaveTheMainFileBytesUnchanged) {
   TemporaryDirectory directory;
   const auto path = directory / "Quillan.sqlite";

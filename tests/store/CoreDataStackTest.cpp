@@ -6,8 +6,6 @@
 #include <thread>
 
 #include "StoreTestSupport.hpp"
-#include "platform/ExtensionLog.hpp"
-#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/NoteImage.hpp"
 #include "store/StoreFileCopy.hpp"
@@ -17,44 +15,13 @@ namespace {
 
 using namespace testing;
 
-class CoreDataStackTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directories(group());
-    std::filesystem::create_directories(support());
-    platform::FileManager::setGroupContainerDirectory(group());
-    platform::FileManager::setApplicationSupportDirectory(support());
-    platform::ExtensionLog::setSink([this](std::string_view line) { printed_.emplace_back(line); });
-  }
-  void TearDown() override { platform::ExtensionLog::setSink({}); }
-
- public:
-  std::filesystem::path group() const { return directory_ / "group"; }
-  std::filesystem::path support() const { return directory_ / "support"; }
-  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
-  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
-
- protected:
-  static void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
-    fixtures::JournalWriter writer(path);
-    for (const auto& info : infos) writer.addNote({.info = info});
-  }
-
-  static std::vector<std::string> infos(PersistentContainer& container) {
-    std::vector<std::string> out;
-    for (const auto& note : fetchNotes(*container.viewContext())) out.push_back(note->info().value_or(""));
-    return out;
-  }
-
-  TemporaryDirectory directory_;
-  std::vector<std::string> printed_;
-};
+using CoreDataStackTest = StoreFolders;
 
 // Where the legacy journal and the group container's stand before the first
 // read, what that read and the next one see, and what the move left.
 struct LegacyMove {
   const char* name;
-  std::function<void(CoreDataStackTest&)> prepare;
+  std::function<void(StoreFolders&)> prepare;
   std::vector<std::string> firstRead;
   std::vector<std::string> nextRead;
   std::string printed = "";  // the one line the move logged, or empty for none
@@ -126,22 +93,6 @@ TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
       EXPECT_TRUE(std::filesystem::is_directory(sharedStore() / "in-the-way"));
     }
   }
-}
-
-// The legacy run keeps the default description; the shared one syncs.
-TEST_F(CoreDataStackTest, OnlyTheSharedJournalsDescriptionSyncs) {
-  writeJournal(legacyStore(), {"old"});
-  auto legacy = CoreDataStack::makeForTesting();
-  auto& moved = legacy->persistentContainer();
-  ASSERT_EQ(moved.persistentStoreDescriptions.size(), 1u);
-  EXPECT_FALSE(moved.persistentStoreDescriptions[0].cloudKitContainerOptions);
-  auto shared = CoreDataStack::makeForTesting();
-  auto& container = shared->persistentContainer();
-  EXPECT_EQ(&container, &shared->persistentContainer());
-  EXPECT_EQ(container.loadedStoreCount(), 1u);
-  ASSERT_EQ(container.persistentStoreDescriptions.size(), 1u);
-  EXPECT_EQ(container.persistentStoreDescriptions[0].url, platform::URL::fileURL(sharedStore()));
-  EXPECT_TRUE(container.persistentStoreDescriptions[0].cloudKitContainerOptions);
 }
 
 TEST_F(CoreDataStackTest, CommitsInTheLegacyWalTravelWithTheMoveOrStayReadable) {

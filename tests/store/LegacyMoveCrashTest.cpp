@@ -7,8 +7,6 @@
 #include <random>
 
 #include "StoreTestSupport.hpp"
-#include "platform/ExtensionLog.hpp"
-#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/TemporaryStoreCopy.hpp"
 
@@ -21,22 +19,8 @@ constexpr int kNotes = 20000;
 
 // The legacy move killed at any moment: the next run finishes or gives up the
 // move, and the group container then holds the journal and nothing else.
-class LegacyMoveCrashTest : public ::testing::Test {
+class LegacyMoveCrashTest : public StoreFolders {
  protected:
-  void SetUp() override {
-    std::filesystem::create_directories(group());
-    std::filesystem::create_directories(support());
-    platform::FileManager::setGroupContainerDirectory(group());
-    platform::FileManager::setApplicationSupportDirectory(support());
-    platform::ExtensionLog::setSink([](std::string_view) {});
-  }
-  void TearDown() override { platform::ExtensionLog::setSink({}); }
-
-  std::filesystem::path group() const { return directory_ / "group"; }
-  std::filesystem::path support() const { return directory_ / "support"; }
-  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
-  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
-
   void writeTemplate() {
     fixtures::JournalWriter writer(directory_ / "template.sqlite");
     writer.begin();
@@ -67,8 +51,6 @@ class LegacyMoveCrashTest : public ::testing::Test {
     }
     return names;
   }
-
-  TemporaryDirectory directory_;
 };
 
 TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) {
@@ -109,6 +91,12 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   ::waitpid(finished, nullptr, 0);
   const auto abandoned = TemporaryStoreCopy::pathFor(sharedStore(), finished);
   for (const char* suffix : {"", "-wal", "-shm"}) std::ofstream(abandoned.string() + suffix) << "half";
+  // A copy already renamed into place leaves only its companions.
+  const pid_t renamer = ::fork();
+  if (renamer == 0) ::_exit(0);
+  ::waitpid(renamer, nullptr, 0);
+  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), renamer);
+  std::ofstream(renamed.string() + "-shm") << "left after the rename";
 
   // A writer still copying.
   int ready[2];
@@ -129,6 +117,7 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   EXPECT_FALSE(std::filesystem::exists(abandoned));
   EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-wal"));
   EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-shm"));
+  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
   EXPECT_TRUE(std::filesystem::exists(inProgress)) << "a live writer's copy stays";
   EXPECT_TRUE(std::filesystem::exists(group() / ".Quillan.sqlite.migrating-notes"));
 
@@ -138,16 +127,6 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   EXPECT_FALSE(std::filesystem::exists(inProgress)) << "once its writer is killed it is abandoned";
   ::close(ready[0]);
   ::close(ready[1]);
-}
-
-TEST_F(LegacyMoveCrashTest, CompanionsOfACopyAlreadyRenamedAreRemoved) {
-  const pid_t finished = ::fork();
-  if (finished == 0) ::_exit(0);
-  ::waitpid(finished, nullptr, 0);
-  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), finished);
-  std::ofstream(renamed.string() + "-shm") << "left after the rename";
-  TemporaryStoreCopy::removeAbandoned(sharedStore());
-  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
 }
 
 }  // namespace

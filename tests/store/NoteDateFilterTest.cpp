@@ -58,49 +58,46 @@ void writeNotesAroundDay(fixtures::JournalWriter& writer, const platform::Calend
   writer.addNote({.date = noon.addingTimeInterval(-400 * 86400.0), .info = "long ago"});
 }
 
-struct DayCase {
-  const char* zone;
-  const char* noon;  // a moment on the day under test
-  bool integerDates;
-};
-
-class NarrowedDayReads : public ::testing::TestWithParam<DayCase> {};
-
-TEST_P(NarrowedDayReads, KeepExactlyTheNotesOfTheLiteralDayTest) {
-  const auto& day = GetParam();
-  const auto calendar = calendarIn(day.zone);
-  const auto noon = at(day.noon);
-  TemporaryDirectory directory;
-  {
-    fixtures::JournalLayout layout;
-    layout.integerDates = day.integerDates;
-    fixtures::JournalWriter writer(directory / "Quillan.sqlite", layout);
-    writeNotesAroundDay(writer, calendar, noon);
-  }
-  auto context = contextFor(directory / "Quillan.sqlite");
-  const auto start = calendar.startOfDay(noon);
-  const auto next = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, 1, start));
-  for (const auto moment : {start, noon, next.addingTimeInterval(-0.001), next}) {
-    const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
-      return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
-    };
-    const auto expected = literally(*context, sameDay);
-    EXPECT_FALSE(expected.empty());
-    EXPECT_EQ(narrowed(*context, sameDay, NoteDateWindow::aroundDayOf(moment)), expected)
-        << day.zone << " at " << moment.timeIntervalSinceReferenceDate();
+TEST(NarrowedReads, KeepExactlyTheNotesOfTheLiteralDayTest) {
+  const struct {
+    const char* zone;
+    const char* noon;  // a moment on the day under test
+    bool integerDates;
+  } days[] = {
+      {"Europe/Berlin", "2026-03-29T12:00:00+02:00", false},   // 23-hour day
+      {"Europe/Berlin", "2026-10-25T12:00:00+01:00", false},   // 25-hour day
+      {"Europe/Berlin", "2026-10-25T12:00:00+01:00", true},    // whole seconds
+      {"America/Havana", "2026-03-08T12:00:00-04:00", false},  // no midnight
+      {"America/Santiago", "2026-09-06T12:00:00-03:00", false},
+      {"Pacific/Apia", "2011-12-31T12:00:00+14:00", false},  // after a skipped day
+      {"Pacific/Kiritimati", "2026-01-01T12:00:00+14:00", false},
+      {"Pacific/Pago_Pago", "2026-01-01T12:00:00-11:00", true},
+  };
+  for (const auto& day : days) {
+    SCOPED_TRACE(day.zone);
+    const auto calendar = calendarIn(day.zone);
+    const auto noon = at(day.noon);
+    TemporaryDirectory directory;
+    {
+      fixtures::JournalLayout layout;
+      layout.integerDates = day.integerDates;
+      fixtures::JournalWriter writer(directory / "Quillan.sqlite", layout);
+      writeNotesAroundDay(writer, calendar, noon);
+    }
+    auto context = contextFor(directory / "Quillan.sqlite");
+    const auto start = calendar.startOfDay(noon);
+    const auto next = calendar.startOfDay(*calendar.dateByAdding(platform::CalendarComponent::day, 1, start));
+    for (const auto moment : {start, noon, next.addingTimeInterval(-0.001), next}) {
+      const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
+        return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
+      };
+      const auto expected = literally(*context, sameDay);
+      EXPECT_FALSE(expected.empty());
+      EXPECT_EQ(narrowed(*context, sameDay, NoteDateWindow::aroundDayOf(moment)), expected)
+          << day.zone << " at " << moment.timeIntervalSinceReferenceDate();
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    TrickyDays, NarrowedDayReads,
-    ::testing::Values(DayCase{"Europe/Berlin", "2026-03-29T12:00:00+02:00", false},   // 23-hour day
-                      DayCase{"Europe/Berlin", "2026-10-25T12:00:00+01:00", false},   // 25-hour day
-                      DayCase{"Europe/Berlin", "2026-10-25T12:00:00+01:00", true},    // whole seconds
-                      DayCase{"America/Havana", "2026-03-08T12:00:00-04:00", false},  // no midnight
-                      DayCase{"America/Santiago", "2026-09-06T12:00:00-03:00", false},
-                      DayCase{"Pacific/Apia", "2011-12-31T12:00:00+14:00", false},  // after a skipped day
-                      DayCase{"Pacific/Kiritimati", "2026-01-01T12:00:00+14:00", false},
-                      DayCase{"Pacific/Pago_Pago", "2026-01-01T12:00:00-11:00", true}));
 
 // The memories' test cannot be windowed: month and day in any earlier year.
 TEST(NarrowedReads, AnUnwindowedTestKeepsWhatTheLiteralFilterKeeps) {

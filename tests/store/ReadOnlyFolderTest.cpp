@@ -5,8 +5,6 @@
 #include <functional>
 
 #include "StoreTestSupport.hpp"
-#include "platform/ExtensionLog.hpp"
-#include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 
 namespace quillan::store {
@@ -23,34 +21,14 @@ int readWithoutWriteAccess(const std::filesystem::path& folder, const std::funct
   return status;
 }
 
-std::vector<std::string> infosIn(PersistentContainer& container) {
-  std::vector<std::string> out;
-  auto fetched = container.viewContext()->fetch(Note::fetchRequest());
-  if (!fetched.ok()) return {"fetch failed: " + fetched.error().description()};
-  for (const auto& note : fetched.value()) out.push_back(note->info().value_or(""));
-  return out;
-}
-
-class ReadOnlyFolderTest : public ::testing::Test {
+class ReadOnlyFolderTest : public StoreFolders {
  protected:
-  void SetUp() override {
-    // The unprivileged child must be able to reach the files.
-    ::chmod(directory_.path().c_str(), 0755);
-    std::filesystem::create_directories(group());
-    std::filesystem::create_directories(directory_ / "support");
-    platform::FileManager::setGroupContainerDirectory(group());
-    platform::FileManager::setApplicationSupportDirectory(directory_ / "support");
-  }
+  std::filesystem::path journal() const { return sharedStore(); }
 
-  std::filesystem::path group() const { return directory_ / "group"; }
-  std::filesystem::path journal() const { return group() / "Quillan.sqlite"; }
-
-  bool readsExactly(const std::vector<std::string>& expected) const {
+  static bool readsExactly(const std::vector<std::string>& expected) {
     auto stack = CoreDataStack::makeForTesting();
-    return infosIn(stack->persistentContainer()) == expected;
+    return infos(stack->persistentContainer()) == expected;
   }
-
-  TemporaryDirectory directory_;
 };
 
 TEST_F(ReadOnlyFolderTest, AJournalTheAppClosedCleanlyIsReadImmutable) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <functional>
 #include <regex>
 
 #include "StoreTestSupport.hpp"
@@ -13,17 +14,6 @@ namespace quillan::store {
 namespace {
 
 using namespace testing;
-
-struct LayoutCase {
-  const char* name;
-  fixtures::JournalLayout layout;
-};
-
-fixtures::JournalLayout layoutWith(void (*change)(fixtures::JournalLayout&)) {
-  fixtures::JournalLayout layout;
-  change(layout);
-  return layout;
-}
 
 // Writes the same journal in `layout`: a PK gap, an orphan image, a dangling
 // tab key, a tab with no notes.
@@ -38,12 +28,10 @@ void writeReferenceJournal(const std::filesystem::path& path, const fixtures::Jo
   writer.addImage({.imgData = bytes({0xFF, 0xD8})});
 }
 
-class StoreLayouts : public ::testing::TestWithParam<LayoutCase> {};
-
-TEST_P(StoreLayouts, ReadTheSameJournal) {
+void readReferenceJournal(const fixtures::JournalLayout& layout) {
   TemporaryDirectory directory;
   const auto path = directory / "Quillan.sqlite";
-  writeReferenceJournal(path, GetParam().layout);
+  writeReferenceJournal(path, layout);
   auto context = contextFor(path);
   const auto notes = fetchNotes(*context);
   ASSERT_EQ(notes.size(), 2u);
@@ -67,44 +55,30 @@ TEST_P(StoreLayouts, ReadTheSameJournal) {
   EXPECT_EQ(allImages[1]->owner(), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Layouts, StoreLayouts,
-    ::testing::Values(LayoutCase{"AppLayout", {}},
-                      LayoutCase{"RenumberedEntities", layoutWith([](auto& l) { l.extraEntity = true; })},
-                      LayoutCase{"ReversedColumns", layoutWith([](auto& l) { l.reversedColumns = true; })},
-                      LayoutCase{"AppendedColumns", layoutWith([](auto& l) { l.appendedColumns = true; })},
-                      LayoutCase{"HistoryAndMirroringTables", layoutWith([](auto& l) { l.historyTables = true; })},
-                      LayoutCase{"HistoryTriggers", layoutWith([](auto& l) {
-                                   l.historyTables = true;
-                                   l.triggers = true;
-                                 })},
-                      LayoutCase{"IntegerDates", layoutWith([](auto& l) { l.integerDates = true; })}),
-    [](const auto& info) { return std::string(info.param.name); });
+// The app's layout, renumbered entities, reversed and appended columns,
+// history and mirroring tables with and without triggers, whole-second dates.
+TEST(StoreLayouts, ReadTheSameJournal) {
+  const std::function<void(fixtures::JournalLayout&)> changes[] = {
+      [](auto&) {},
+      [](auto& l) { l.extraEntity = true; },
+      [](auto& l) { l.reversedColumns = true; },
+      [](auto& l) { l.appendedColumns = true; },
+      [](auto& l) { l.historyTables = true; },
+      [](auto& l) { l.historyTables = l.triggers = true; },
+      [](auto& l) { l.integerDates = true; },
+  };
+  for (std::size_t index = 0; index < std::size(changes); ++index) {
+    SCOPED_TRACE(index);
+    fixtures::JournalLayout layout;
+    changes[index](layout);
+    readReferenceJournal(layout);
+  }
+}
 
 // The report a failed load makes, escaped for EXPECT_DEATH's regular expression.
 std::string loadFailureReport(const std::string& message) {
   const std::string report = "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error " + message;
   return std::regex_replace(report, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
-}
-
-struct FailureCase {
-  const char* name;
-  void (*prepare)(const std::filesystem::path& store);
-  std::string expectedStart;
-};
-
-class StoreLoadFailure : public ::testing::TestWithParam<FailureCase> {};
-
-TEST_P(StoreLoadFailure, StopsWithTheUnresolvedErrorReport) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  TemporaryDirectory directory;
-  const auto group = directory / "group";
-  std::filesystem::create_directories(group);
-  const auto store = group / "Quillan.sqlite";
-  GetParam().prepare(store);
-  platform::FileManager::setGroupContainerDirectory(group);
-  platform::FileManager::setApplicationSupportDirectory(directory / "support");
-  EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), loadFailureReport(GetParam().expectedStart));
 }
 
 void writeText(const std::filesystem::path& path, const std::string& text) {
@@ -127,21 +101,27 @@ const std::string kIncompatible =
     "Error Domain=NSCocoaErrorDomain Code=134020 \"The model used to open the store is incompatible with "
     "the one used to create the store.\" UserInfo={NSFilePath=";
 
-INSTANTIATE_TEST_SUITE_P(
-    Failures, StoreLoadFailure,
-    ::testing::Values(FailureCase{"NotSQLite", [](const auto& p) { writeText(p, std::string(4096, 'x')); },
-                                  "Error Domain=NSCocoaErrorDomain Code=259 \"The file \"Quillan.sqlite\" couldn't be "
-                                  "opened because it isn't in the correct format.\""},
-                      FailureCase{"Corrupt", corrupt, "Error Domain=NSCocoaErrorDomain Code=259"},
-                      FailureCase{"NoNoteEntity",
-                                  [](const auto& p) {
-                                    fixtures::JournalWriter writer(p);
-                                    writer.execute("DELETE FROM Z_PRIMARYKEY WHERE Z_NAME = 'Note'");
-                                  },
-                                  kIncompatible},
-                      FailureCase{"NoDateColumn", [](const auto& p) { dropColumn(p, "ZDATE"); }, kIncompatible},
-                      FailureCase{"NoInfoColumn", [](const auto& p) { dropColumn(p, "ZINFO"); }, kIncompatible}),
-    [](const auto& info) { return std::string(info.param.name); });
+using StoreLoadFailureDeathTest = testing::StoreFolders;
+
+TEST_F(StoreLoadFailureDeathTest, StopsWithTheUnresolvedErrorReport) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const std::pair<std::function<void(const std::filesystem::path&)>, std::string> failures[] = {
+      {[](const auto& p) { writeText(p, std::string(4096, 'x')); },
+       "Error Domain=NSCocoaErrorDomain Code=259 \"The file \"Quillan.sqlite\" couldn't be opened because it isn't in "
+       "the correct format.\""},
+      {corrupt, "Error Domain=NSCocoaErrorDomain Code=259"},
+      {[](const auto& p) { fixtures::JournalWriter(p).execute("DELETE FROM Z_PRIMARYKEY WHERE Z_NAME = 'Note'"); },
+       kIncompatible},
+      {[](const auto& p) { dropColumn(p, "ZDATE"); }, kIncompatible},
+      {[](const auto& p) { dropColumn(p, "ZINFO"); }, kIncompatible},
+  };
+  for (const auto& [prepare, report] : failures) {
+    SCOPED_TRACE(report);
+    std::filesystem::remove_all(sharedStore());
+    prepare(sharedStore());
+    EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), loadFailureReport(report));
+  }
+}
 
 TEST(StoreLoadFailure, NamesTheMissingColumnInTheUserInfo) {
   TemporaryDirectory directory;

@@ -11,9 +11,12 @@
 #include <string>
 
 #include "fixtures/JournalWriter.hpp"
+#include "platform/ExtensionLog.hpp"
+#include "platform/FileManager.hpp"
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
+#include "store/PersistentContainer.hpp"
 #include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -64,5 +67,45 @@ inline int runUnprivileged(const std::function<bool()>& check) {
 }
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
+
+inline void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
+  fixtures::JournalWriter writer(path);
+  for (const auto& info : infos) writer.addNote({.info = info});
+}
+
+inline std::vector<std::string> infos(PersistentContainer& container) {
+  std::vector<std::string> out;
+  for (const auto& note : fetchNotes(*container.viewContext())) out.push_back(note->info().value_or(""));
+  return out;
+}
+
+// The app's two folders, the group container and the legacy "Application
+// Support", made the process's own; what the stack logs is kept.
+class StoreFolders : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directories(group());
+    std::filesystem::create_directories(support());
+    // A child that drops root's powers must still reach the files.
+    std::filesystem::permissions(directory_.path(),
+                                 std::filesystem::perms::owner_all | std::filesystem::perms::group_read |
+                                     std::filesystem::perms::group_exec | std::filesystem::perms::others_read |
+                                     std::filesystem::perms::others_exec);
+    platform::FileManager::setGroupContainerDirectory(group());
+    platform::FileManager::setApplicationSupportDirectory(support());
+    platform::ExtensionLog::setSink([this](std::string_view line) { printed_.emplace_back(line); });
+  }
+  void TearDown() override { platform::ExtensionLog::setSink({}); }
+
+ public:
+  std::filesystem::path group() const { return directory_ / "group"; }
+  std::filesystem::path support() const { return directory_ / "support"; }
+  std::filesystem::path sharedStore() const { return group() / "Quillan.sqlite"; }
+  std::filesystem::path legacyStore() const { return support() / "Quillan.sqlite"; }
+
+ protected:
+  TemporaryDirectory directory_;
+  std::vector<std::string> printed_;
+};
 
 }  // namespace quillan::store::testing

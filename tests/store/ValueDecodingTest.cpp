@@ -9,6 +9,7 @@
 #include "store/NoteRecording.hpp"
 #include "store/StoredValue.hpp"
 #include "store/TimelineTab.hpp"
+#include "support/GoldenFile.hpp"
 
 namespace quillan::store {
 namespace {
@@ -19,64 +20,36 @@ using fixtures::BinaryStorage;
 const fixtures::Bytes kUUIDBytes = bytes({0x3F, 0x25, 0x04, 0xE0, 0x4F, 0x89, 0x41, 0xD3, 0x9A, 0x0C, 0x03, 0x05, 0xE8,
                                           0x2C, 0x33, 0x01});
 
-struct DateCase {
-  const char* name;
-  std::optional<double> stored;
-  bool integerDates;
-  std::optional<double> expected;
-};
-
-class NoteDateDecoding : public ::testing::TestWithParam<DateCase> {};
-
-TEST_P(NoteDateDecoding, ReadsTheStoredInstant) {
-  TemporaryDirectory directory;
-  const auto path = directory / "Quillan.sqlite";
-  {
+// Stored seconds since the reference date, and whether the layout writes whole seconds.
+TEST(ValueDecoding, NoteDatesReadTheStoredInstant) {
+  const struct {
+    std::optional<double> stored;
+    bool integerDates;
+    std::optional<double> expected;
+  } dates[] = {{760100000.5, false, 760100000.5},
+               {760200000.0, false, 760200000.0},
+               {760200000.4, true, 760200000.0},
+               {-31622400.0, false, -31622400.0},
+               {std::nullopt, false, std::nullopt}};
+  for (const auto& date : dates) {
+    TemporaryDirectory directory;
     fixtures::JournalLayout layout;
-    layout.integerDates = GetParam().integerDates;
-    fixtures::JournalWriter writer(path, layout);
+    layout.integerDates = date.integerDates;
     fixtures::NoteRow note;
-    if (GetParam().stored) note.date = referenceDate(*GetParam().stored);
-    writer.addNote(note);
-  }
-  auto context = contextFor(path);
-  const auto notes = fetchNotes(*context);
-  ASSERT_EQ(notes.size(), 1u);
-  if (GetParam().expected) {
-    ASSERT_TRUE(notes[0]->date());
-    EXPECT_DOUBLE_EQ(notes[0]->date()->timeIntervalSinceReferenceDate(), *GetParam().expected);
-  } else {
-    EXPECT_FALSE(notes[0]->date());
+    if (date.stored) note.date = referenceDate(*date.stored);
+    fixtures::JournalWriter(directory / "Quillan.sqlite", layout).addNote(note);
+    const auto notes = fetchNotes(*contextFor(directory / "Quillan.sqlite"));
+    ASSERT_EQ(notes.size(), 1u);
+    const auto read = notes[0]->date();
+    EXPECT_EQ(read ? std::optional(read->timeIntervalSinceReferenceDate()) : std::nullopt, date.expected);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Dates, NoteDateDecoding,
-                         ::testing::Values(DateCase{"Fractional", 760100000.5, false, 760100000.5},
-                                           DateCase{"WholeSecondStoredAsInteger", 760200000.0, false, 760200000.0},
-                                           DateCase{"RoundedByLayout", 760200000.4, true, 760200000.0},
-                                           DateCase{"BeforeReferenceDate", -31622400.0, false, -31622400.0},
-                                           DateCase{"Null", std::nullopt, false, std::nullopt}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
 TEST(ValueDecoding, RealsWhereIntegersBelongConvertAsSqliteDoes) {
-  constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
-  constexpr auto kMin = std::numeric_limits<std::int64_t>::min();
-  const std::vector<std::pair<double, std::int64_t>> cases = {
-      {2.9, 2},
-      {-2.9, -2},
-      {9.2e18, 9200000000000000000},
-      {9.3e18, kMax},
-      {1e300, kMax},
-      {std::numeric_limits<double>::infinity(), kMax},
-      {-9223372036854775808.0, kMin},
-      {-1e300, kMin},
-      {-std::numeric_limits<double>::infinity(), kMin},
-      {std::numeric_limits<double>::quiet_NaN(), 0},
-  };
-  for (const auto& [real, integer] : cases) {
-    EXPECT_EQ(decodeInteger(StoredValue(real)), integer) << real;
-    EXPECT_EQ(decodeBool(StoredValue(real)), integer != 0) << real;
-  }
+  quillan::testing::expectGoldenAnswers("stored_reals.txt", [](const std::string& real) {
+    const StoredValue value(std::stod(real));
+    return std::to_string(decodeInteger(value)) + (decodeBool(value) ? " true" : " false");
+  });
 }
 
 TEST(ValueDecoding, StringsUUIDsAndNonOptionalScalars) {
@@ -113,47 +86,36 @@ TEST(ValueDecoding, StringsUUIDsAndNonOptionalScalars) {
   EXPECT_TRUE(tags.value()[1]->isViewed());
 }
 
-struct BinaryCase {
-  const char* name;
-  BinaryStorage storage;
-  fixtures::Bytes data;
-  bool removeExternalFiles;
-  std::optional<fixtures::Bytes> expected;
-};
-
-class BinaryAttributeDecoding : public ::testing::TestWithParam<BinaryCase> {};
-
-TEST_P(BinaryAttributeDecoding, ReadsTaggedExternalAndRawForms) {
-  TemporaryDirectory directory;
-  const auto path = directory / "Quillan.sqlite";
-  {
-    fixtures::JournalWriter writer(path);
-    const auto note = writer.addNote({.info = "with media"});
-    writer.addImage({.owner = note, .imgData = GetParam().data, .storage = GetParam().storage});
-    writer.addRecording({.owner = note, .recordingData = GetParam().data, .storage = GetParam().storage});
+TEST(ValueDecoding, BinaryAttributesReadTaggedExternalAndRawForms) {
+  const fixtures::Bytes png = bytes({0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
+  const struct {
+    BinaryStorage storage;
+    fixtures::Bytes data;
+    bool removeExternalFiles;
+    std::optional<fixtures::Bytes> expected;
+  } forms[] = {{BinaryStorage::inlineTagged, png, false, png},
+               {BinaryStorage::externalFile, png, false, png},
+               {BinaryStorage::externalFile, png, true, std::nullopt},
+               {BinaryStorage::untagged, png, false, png},
+               {BinaryStorage::inlineTagged, {}, false, fixtures::Bytes{}}};
+  for (const auto& form : forms) {
+    TemporaryDirectory directory;
+    {
+      fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+      const auto note = writer.addNote({.info = "with media"});
+      writer.addImage({.owner = note, .imgData = form.data, .storage = form.storage});
+      writer.addRecording({.owner = note, .recordingData = form.data, .storage = form.storage});
+    }
+    if (form.removeExternalFiles) std::filesystem::remove_all(directory / ".Quillan_SUPPORT");
+    const auto context = contextFor(directory / "Quillan.sqlite");
+    const auto notes = fetchNotes(*context);
+    ASSERT_EQ(notes.size(), 1u);
+    ASSERT_EQ(notes[0]->images().size(), 1u);
+    ASSERT_EQ(notes[0]->recordings().size(), 1u);
+    EXPECT_EQ(notes[0]->images()[0]->imgData(), form.expected);
+    EXPECT_EQ(notes[0]->recordings()[0]->recordingData(), form.expected);
   }
-  if (GetParam().removeExternalFiles) std::filesystem::remove_all(directory / ".Quillan_SUPPORT");
-  auto context = contextFor(path);
-  const auto notes = fetchNotes(*context);
-  ASSERT_EQ(notes.size(), 1u);
-  const auto images = notes[0]->images();
-  const auto recordings = notes[0]->recordings();
-  ASSERT_EQ(images.size(), 1u);
-  ASSERT_EQ(recordings.size(), 1u);
-  EXPECT_EQ(images[0]->imgData(), GetParam().expected);
-  EXPECT_EQ(recordings[0]->recordingData(), GetParam().expected);
 }
-
-const fixtures::Bytes kPNGStart = bytes({0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
-
-INSTANTIATE_TEST_SUITE_P(
-    Storage, BinaryAttributeDecoding,
-    ::testing::Values(BinaryCase{"Inline", BinaryStorage::inlineTagged, kPNGStart, false, kPNGStart},
-                      BinaryCase{"ExternalFile", BinaryStorage::externalFile, kPNGStart, false, kPNGStart},
-                      BinaryCase{"ExternalFileMissing", BinaryStorage::externalFile, kPNGStart, true, std::nullopt},
-                      BinaryCase{"Untagged", BinaryStorage::untagged, kPNGStart, false, kPNGStart},
-                      BinaryCase{"InlineEmpty", BinaryStorage::inlineTagged, {}, false, fixtures::Bytes{}}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(ExternalStorage, ReferencesToAnythingButAFileInTheFolderAreAbsentData) {
   TemporaryDirectory directory;

@@ -27,7 +27,6 @@ namespace {
 using testing::at;
 using ::testing::HasSubstr;
 using testing::JournalFolders;
-using ::testing::StartsWith;
 
 const char* const kNow = "2026-11-22T09:00:00+01:00";
 
@@ -82,15 +81,6 @@ class WidgetWorkerTest : public ::testing::Test {
 JournalFolders* WidgetWorkerTest::folders_ = nullptr;
 WidgetWorker* WidgetWorkerTest::worker_ = nullptr;
 
-TEST_F(WidgetWorkerTest, EveryWidgetAnswersOnAGoodJournal) {
-  for (const auto& kind : bundleKinds()) {
-    const auto view = firstView(kind, "dated");
-    ASSERT_TRUE(view.value()) << kind << ": " << view.failure()->reason;
-    EXPECT_TRUE(nlohmann::json::accept(*view.value())) << kind;
-    EXPECT_GT(view.cost.peakKilobytes, 0) << kind;
-  }
-}
-
 TEST_F(WidgetWorkerTest, ANoteWithoutADateFailsTheJournalsWidgetsWithTheFatalReport) {
   for (const auto& kind : bundleKinds()) {
     const auto view = firstView(kind, "undated");
@@ -102,21 +92,6 @@ TEST_F(WidgetWorkerTest, ANoteWithoutADateFailsTheJournalsWidgetsWithTheFatalRep
     EXPECT_THAT(view.failure()->reason, HasSubstr(": Fatal error: Unexpectedly found nil")) << kind;
     EXPECT_EQ(view.failure()->reason.find('\n'), std::string::npos);
   }
-}
-
-TEST_F(WidgetWorkerTest, AnEvaluationAfterAFailureGetsAFreshChildAndSucceeds) {
-  ASSERT_TRUE(firstView("OnThisDayWidget", "undated").failure());
-  const auto pid = worker_->warmWorkerPid();
-  const auto view = firstView("OnThisDayWidget", "dated");
-  ASSERT_TRUE(view.value()) << view.failure()->reason;
-  EXPECT_EQ(worker_->warmWorkerPid(), pid) << "a child's stop must not cost the warm worker";
-}
-
-TEST_F(WidgetWorkerTest, TheExtensionsLogLinesComeBackBesideTheAnswer) {
-  const auto view = firstView("OnThisDayWidget", "dated");
-  ASSERT_TRUE(view.value()) << view.failure()->reason;
-  ASSERT_FALSE(view.log.empty());
-  EXPECT_THAT(view.log.front(), StartsWith("Couldn't parse:  "));
 }
 
 TEST_F(WidgetWorkerTest, AMissingGroupContainerStopsWithoutAMessage) {

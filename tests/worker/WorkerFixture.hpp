@@ -12,6 +12,7 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/TemporaryFolder.hpp"
 #include "worker/WidgetWorker.hpp"
 
 namespace quillan::testing {
@@ -20,36 +21,24 @@ namespace quillan::testing {
 // "Application Support" beside it, so no legacy move happens), removed at the end.
 class JournalFolders {
  public:
-  JournalFolders() {
-    auto pattern = (std::filesystem::temp_directory_path() / "quillan-worker-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-  }
-  ~JournalFolders() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  JournalFolders(const JournalFolders&) = delete;
-  JournalFolders& operator=(const JournalFolders&) = delete;
-
   // Settings that point an evaluation at the group container `name`.
   worker::ProcessSettings settings(const std::string& name, const std::string& zone = "Europe/Berlin") const {
     worker::ProcessSettings settings;
-    settings.groupContainer = root_ / name / "group";
-    settings.appSupport = root_ / name / "Application Support";
+    settings.groupContainer = root_.path() / name / "group";
+    settings.appSupport = root_.path() / name / "Application Support";
     settings.timeZone = zone;
     settings.locale = "en_US";
     settings.seed = 7;
     return settings;
   }
   std::filesystem::path makeContainer(const std::string& name) const {
-    std::filesystem::create_directories(root_ / name / "group");
-    std::filesystem::create_directories(root_ / name / "Application Support");
-    return root_ / name / "group";
+    std::filesystem::create_directories(root_.path() / name / "group");
+    std::filesystem::create_directories(root_.path() / name / "Application Support");
+    return root_.path() / name / "group";
   }
-  const std::filesystem::path& root() const { return root_; }
 
  private:
-  std::filesystem::path root_;
+  TemporaryFolder root_{"quillan-worker"};
 };
 
 // The worker options of suites that test answers rather than limits. The
