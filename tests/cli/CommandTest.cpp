@@ -8,9 +8,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "GoldenJson.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/GoldenFile.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 

@@ -5,9 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "GoldenJson.hpp"
 #include "render/PixelImage.hpp"
 #include "support/FileContents.hpp"
+#include "support/GoldenFile.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 

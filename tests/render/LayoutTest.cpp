@@ -8,6 +8,7 @@
 
 #include "CountingMeasurer.hpp"
 #include "LayoutTestSupport.hpp"
+#include "support/GoldenFile.hpp"
 
 namespace quillan::render {
 namespace {
@@ -178,9 +179,9 @@ TEST_F(FakeMetricsLayout, EveryCaseIsLaidOutAsTheGoldenFileHolds) {
     LayoutEngine onGrid(measurer, layoutCase.scale);
     actual[layoutCase.name] = boxJson(onGrid.layout(layoutCase.node, ProposedSize::of(layoutCase.proposal)));
   }
-  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/layout_cases.json";
+  const auto path = quillan::testing::goldenPath("layout_cases.json");
   if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(1) << "\n";
-  const Json golden = Json::parse(std::ifstream(path), nullptr, false);
+  const Json golden = Json::parse(quillan::testing::readGolden("layout_cases.json"), nullptr, false);
   ASSERT_TRUE(golden.is_object()) << "cannot read " << path;
   EXPECT_EQ(golden.size(), actual.size()) << "cases added or removed: rewrite the file";
   for (const auto& [name, box] : actual.items()) EXPECT_EQ(box, golden.value(name, Json())) << name;

@@ -15,6 +15,7 @@
 #include "render/ShapePath.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
+#include "support/GoldenFile.hpp"
 #include "views/Builders.hpp"
 
 namespace quillan::render {
@@ -160,9 +161,7 @@ TEST(LayoutJson, TheStreakWidgetsLayoutIsTheGoldenOne) {
   const FakeTextMeasurer measurer(10, 20);
   const auto actual = nlohmann::json::parse(layoutJSON(testing::streakMedium(), contextFor(WidgetFamily::systemMedium),
                                                        measurer));
-  const std::string path = std::string(QUILLAN_TEST_DATA_DIR) + "/golden/streak_medium_layout.json";
-  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(path) << actual.dump(2) << "\n";
-  EXPECT_EQ(actual, nlohmann::json::parse(std::ifstream(path), nullptr, false)) << actual.dump(2);
+  quillan::testing::expectGoldenJson(actual, "streak_medium_layout.json");
 }
 
 TEST(WidgetLayout, AMegabyteNoteDrawsTheSameTwoLinesAsItsStart) {

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 namespace quillan::testing {
 
 inline std::string goldenPath(const std::string& name) {
@@ -28,6 +30,15 @@ inline std::string readGolden(const std::string& name) {
 inline void expectGoldenText(const std::string& actual, const std::string& name) {
   if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(goldenPath(name), std::ios::binary) << actual;
   EXPECT_EQ(actual, readGolden(name)) << "differs from " << goldenPath(name);
+}
+
+// `actual` compared with the JSON file `name`, as parsed JSON (key order and
+// layout do not count).
+inline void expectGoldenJson(const nlohmann::json& actual, const std::string& name) {
+  if (std::getenv("QUILLAN_UPDATE_GOLDEN") != nullptr) std::ofstream(goldenPath(name)) << actual.dump(2) << "\n";
+  const auto golden = nlohmann::json::parse(readGolden(name), nullptr, false);
+  ASSERT_FALSE(golden.is_discarded()) << "cannot read " << goldenPath(name);
+  EXPECT_EQ(actual, golden) << actual.dump(2).substr(0, 4000);
 }
 
 // A table kept as a golden file of lines "question => answer": each question
