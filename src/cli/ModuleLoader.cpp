@@ -70,6 +70,11 @@ const render::DrawingFunctions& drawingModule() {
 void prepareDrawingFonts() { drawingModule().prepareFonts(); }
 
 const server::ServingFunctions& servingModule() {
+  if (!QUILLAN_SERVING_MODULE) {
+    throw std::runtime_error(
+        "serve: this build has no serving module (the demo's build leaves it out); build one with "
+        "`cmake --preset demo -DQUILLAN_SERVING_MODULE=ON && cmake --build --preset demo`");
+  }
   static const auto& functions = loadedTable<server::ServingFunctions>("quillan-serving.so",
                                                                        server::kServingFunctionsSymbol);
   return functions;

@@ -19,7 +19,8 @@ const void* loadModuleTable(const std::string& fileName, const char* symbol, std
                             const std::string& buildId);
 
 // The command's two modules, each loaded on its first call and kept: what the
-// command draws with, and `serve`.
+// command draws with, and `serve` (which a build configured without the
+// serving module refuses in one line).
 const render::DrawingFunctions& drawingModule();
 const server::ServingFunctions& servingModule();
 

@@ -7,7 +7,7 @@
 namespace quillan::pages {
 namespace {
 
-constexpr const char* kStyleRules =
+constexpr const char* kFilmstripStyleRules =
     R"(body { font-family: Inter, system-ui, sans-serif; background: #e5e5ea; color: #1c1c1e; margin: 2em; }
 h2 { margin-bottom: 0.2em; } .kind { color: #8e8e93; font-family: monospace; }
 .strip { display: flex; gap: 1em; overflow-x: auto; padding-bottom: 1em; margin-bottom: 2em; }
@@ -51,7 +51,7 @@ std::string filmstripPage(const std::vector<FilmstripRow>& rows, const std::stri
     for (const auto& frame : row.frames) html += frameHtml(frame, row.kind, mapIndex);
     html += "</div>\n";
   }
-  return htmlPage("Quillan widgets: simulation", kStyleRules, html);
+  return htmlPage("Quillan widgets: simulation", kFilmstripStyleRules, html);
 }
 
 }  // namespace quillan::pages

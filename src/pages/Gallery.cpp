@@ -7,7 +7,7 @@
 namespace quillan::pages {
 namespace {
 
-constexpr const char* kStyleRules =
+constexpr const char* kGalleryStyleRules =
     R"(body { font-family: Inter, system-ui, sans-serif; background: #e5e5ea; color: #1c1c1e; margin: 2em; }
 section { margin-bottom: 2.5em; }
 h2 { margin-bottom: 0.1em; } .kind { color: #8e8e93; font-family: monospace; }
@@ -34,7 +34,7 @@ std::string galleryPage(const std::vector<GallerySection>& sections, const std::
     }
     html += "<pre>" + htmlEscaped(section.timeline) + "</pre>\n</section>\n";
   }
-  return htmlPage("Quillan widgets", kStyleRules, html);
+  return htmlPage("Quillan widgets", kGalleryStyleRules, html);
 }
 
 }  // namespace quillan::pages

@@ -9,7 +9,7 @@
 namespace quillan::pages {
 namespace {
 
-constexpr const char* kStyleRules =
+constexpr const char* kSnapshotReportStyleRules =
     R"(body { font-family: Inter, system-ui, sans-serif; background: #f2f2f7; color: #1c1c1e; margin: 2em; }
 section { margin-bottom: 2em; } h2 { font-family: monospace; font-size: 1em; }
 .problem { color: #c0392b; } img { max-width: 100%; border: 1px solid #d1d1d6; }
@@ -43,7 +43,7 @@ std::string snapshotReportPage(const std::vector<snapshot::SnapshotVerdict>& ver
   for (const auto& verdict : verdicts) {
     if (!verdict.passed()) html += failureSection(verdict);
   }
-  return htmlPage("Quillan widgets: snapshots", kStyleRules, html);
+  return htmlPage("Quillan widgets: snapshots", kSnapshotReportStyleRules, html);
 }
 
 }  // namespace quillan::pages

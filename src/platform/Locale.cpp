@@ -43,7 +43,7 @@ const std::set<std::string, std::less<>>& availableLanguages() {
   return languages;
 }
 
-struct Defaults {
+struct LocaleDefaults {
   std::mutex mutex;
   std::optional<Locale> hostSet;
   // The environment's locale, remembered with the text it came from.
@@ -51,8 +51,8 @@ struct Defaults {
   std::optional<Locale> environmentLocale;
 };
 
-Defaults& defaults() {
-  static Defaults instance;
+LocaleDefaults& localeDefaults() {
+  static LocaleDefaults instance;
   return instance;
 }
 
@@ -84,7 +84,7 @@ std::optional<Locale> Locale::named(std::string_view identifier) {
 }
 
 Locale Locale::current() {
-  auto& state = defaults();
+  auto& state = localeDefaults();
   const std::lock_guard lock(state.mutex);
   if (state.hostSet) return *state.hostSet;
   auto text = environmentLocaleText();
@@ -97,13 +97,13 @@ Locale Locale::current() {
 }
 
 void Locale::setCurrent(const Locale& locale) {
-  auto& state = defaults();
+  auto& state = localeDefaults();
   const std::lock_guard lock(state.mutex);
   state.hostSet = locale;
 }
 
 void Locale::resetCurrent() {
-  auto& state = defaults();
+  auto& state = localeDefaults();
   const std::lock_guard lock(state.mutex);
   state.hostSet.reset();
 }

@@ -21,7 +21,7 @@ std::string identifierOf(const icu::TimeZone& zone) {
   return utf8(zone.getID(id));
 }
 
-struct Defaults {
+struct ZoneDefaults {
   std::mutex mutex;
   std::optional<TimeZone> hostSet;
   // The environment's zone, remembered with the $TZ text it came from so that
@@ -30,8 +30,8 @@ struct Defaults {
   std::optional<TimeZone> environmentZone;
 };
 
-Defaults& defaults() {
-  static Defaults instance;
+ZoneDefaults& zoneDefaults() {
+  static ZoneDefaults instance;
   return instance;
 }
 
@@ -70,7 +70,7 @@ std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
 }
 
 TimeZone TimeZone::current() {
-  auto& state = defaults();
+  auto& state = zoneDefaults();
   const std::lock_guard lock(state.mutex);
   if (state.hostSet) return *state.hostSet;
   auto tz = environmentTZ();
@@ -82,13 +82,13 @@ TimeZone TimeZone::current() {
 }
 
 void TimeZone::setCurrent(const TimeZone& zone) {
-  auto& state = defaults();
+  auto& state = zoneDefaults();
   const std::lock_guard lock(state.mutex);
   state.hostSet = zone;
 }
 
 void TimeZone::resetCurrent() {
-  auto& state = defaults();
+  auto& state = zoneDefaults();
   const std::lock_guard lock(state.mutex);
   state.hostSet.reset();
 }

@@ -5,11 +5,11 @@
 #include <set>
 #include <string>
 
+#include "render/Ellipsis.hpp"
+
 namespace quillan::render {
 
 namespace {
-
-constexpr const char* kEllipsis = "\u2026";
 
 bool isTrailingSpace(char c) { return c == ' ' || c == '\t'; }
 

@@ -9,6 +9,7 @@
 
 #include "platform/Locale.hpp"
 #include "platform/Utf8.hpp"
+#include "render/Ellipsis.hpp"
 #include "render/MissingGlyphs.hpp"
 #include "render/PangoLineDrawing.hpp"
 #include "render/PangoParagraph.hpp"
@@ -20,7 +21,6 @@ namespace quillan::render {
 
 namespace {
 
-constexpr const char* kEllipsis = "\u2026";
 // Pango truncates only a layout of some width: an unwrapped text gets one no
 // line reaches (the widest widget's lines hold far less).
 constexpr double kUnwrappedWidth = 1.0e6;

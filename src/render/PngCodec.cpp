@@ -5,17 +5,13 @@
 #include <memory>
 #include <string>
 
+#include "render/CairoHandles.hpp"
 #include "render/PixelImage.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/Renderer.hpp"
 
 namespace quillan::render {
 namespace {
-
-struct SurfaceDeleter {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
 // Cairo keeps premultiplied native-endian ARGB in 32-bit words.
 PixelImage::Pixel unpremultiplied(std::uint32_t word) {
@@ -46,7 +42,7 @@ PixelImage imageOf(cairo_surface_t* surface, const std::string& source) {
                       " pixels on a side");
   }
   // PNGs without alpha load as RGB24; painting them onto ARGB32 gives one layout to read.
-  Surface argb(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+  CairoSurface argb(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
   cairo_t* cr = cairo_create(argb.get());
   cairo_set_source_surface(cr, surface, 0, 0);
   cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
@@ -77,13 +73,13 @@ cairo_status_t readBytes(void* closure, unsigned char* data, unsigned int length
 }  // namespace
 
 PixelImage readPNG(const std::filesystem::path& path) {
-  Surface surface(cairo_image_surface_create_from_png(path.c_str()));
+  CairoSurface surface(cairo_image_surface_create_from_png(path.c_str()));
   return imageOf(surface.get(), path.string());
 }
 
 PixelImage decodePNG(const std::vector<std::uint8_t>& bytes) {
   ByteReader reader{bytes};
-  Surface surface(cairo_image_surface_create_from_png_stream(readBytes, &reader));
+  CairoSurface surface(cairo_image_surface_create_from_png_stream(readBytes, &reader));
   return imageOf(surface.get(), "a PNG in memory");
 }
 

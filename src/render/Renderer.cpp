@@ -7,6 +7,7 @@
 #include <cmath>
 #include <memory>
 
+#include "render/CairoHandles.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/WidgetLayout.hpp"
@@ -16,33 +17,24 @@ namespace quillan::render {
 
 namespace {
 
-struct SurfaceDeleter {
-  void operator()(cairo_surface_t* s) const { cairo_surface_destroy(s); }
-};
-struct ContextDeleter {
-  void operator()(cairo_t* c) const { cairo_destroy(c); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
-using Context = std::unique_ptr<cairo_t, ContextDeleter>;
-
 void checkScale(double scale) {
   if (!(scale >= 1 && scale <= 3)) throw RenderError("scale must be between 1 and 3, got " + std::to_string(scale));
 }
 
 void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext& context, double scale) {
   const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
-  Context cr(cairo_create(surface));
+  CairoContext cr(cairo_create(surface));
   cairo_scale(cr.get(), scale, scale);
   paintWidget(cr.get(), *widget, context);
   cairo_surface_flush(surface);
 }
 
-Surface rasterFor(const views::Node& tree, const RenderContext& context) {
+CairoSurface rasterFor(const views::Node& tree, const RenderContext& context) {
   checkScale(context.scale);
   const Size size = context.device.sizeOf(context.env.family);
-  Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
-                                             static_cast<int>(std::ceil(size.width * context.scale)),
-                                             static_cast<int>(std::ceil(size.height * context.scale))));
+  CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
+                                                  static_cast<int>(std::ceil(size.width * context.scale)),
+                                                  static_cast<int>(std::ceil(size.height * context.scale))));
   draw(surface.get(), tree, context, context.scale);
   return surface;
 }
@@ -76,12 +68,12 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
                   const std::filesystem::path& path) {
   const Size size = context.device.sizeOf(context.env.family);
   if (format == Format::png) {
-    const Surface surface = rasterFor(tree, context);
+    const CairoSurface surface = rasterFor(tree, context);
     writeEncodedPNG(rowsOf(surface.get()), path);
     return;
   }
-  Surface surface(format == Format::svg ? cairo_svg_surface_create(path.c_str(), size.width, size.height)
-                                        : cairo_pdf_surface_create(path.c_str(), size.width, size.height));
+  CairoSurface surface(format == Format::svg ? cairo_svg_surface_create(path.c_str(), size.width, size.height)
+                                             : cairo_pdf_surface_create(path.c_str(), size.width, size.height));
   checkWritten(cairo_surface_status(surface.get()), path);
   draw(surface.get(), tree, context, 1.0);
   cairo_surface_finish(surface.get());
@@ -89,7 +81,7 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
 }
 
 std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context) {
-  const Surface surface = rasterFor(tree, context);
+  const CairoSurface surface = rasterFor(tree, context);
   return encodePNG(rowsOf(surface.get()));
 }
 
@@ -97,7 +89,7 @@ std::string renderToSVG(const views::Node& tree, const RenderContext& context) {
   const Size size = context.device.sizeOf(context.env.family);
   std::string svg;
   {
-    Surface surface(cairo_svg_surface_create_for_stream(appendText, &svg, size.width, size.height));
+    CairoSurface surface(cairo_svg_surface_create_for_stream(appendText, &svg, size.width, size.height));
     draw(surface.get(), tree, context, 1.0);
     cairo_surface_finish(surface.get());
   }

@@ -9,13 +9,13 @@ namespace {
 
 // Lines are counted with this slack so that a height of exactly n lines holds
 // n despite floating-point noise.
-constexpr double kFitTolerance = 1e-9;
+constexpr double kLineFitTolerance = 1e-9;
 // Fonts below a point (which the view tree never carries) count as one point,
 // so that the bound stays finite.
 constexpr double kSmallestCountedFontSize = 1;
 
 std::size_t wholeLines(double height, double lineHeight) {
-  const double lines = std::floor(height / lineHeight + kFitTolerance);
+  const double lines = std::floor(height / lineHeight + kLineFitTolerance);
   return lines < 1 ? 1 : static_cast<std::size_t>(lines);
 }
 

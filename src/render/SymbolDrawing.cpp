@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "render/CairoColor.hpp"
 #include "render/RenderingConstants.hpp"
 
 namespace quillan::render {
@@ -15,8 +16,6 @@ namespace {
 constexpr double kPencilCapGap = 0.04;
 // The pencil's width at the regular weight, in units of the box.
 constexpr double kPencilBarWidth = 0.14;
-
-void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
 
 bool isVectorSurface(cairo_t* cr) {
   const auto type = cairo_surface_get_type(cairo_get_target(cr));
@@ -38,7 +37,7 @@ template <typename Draw>
 void paintLayer(cairo_t* cr, Rgba color, Rect box, Draw draw, bool ownLayer = false) {
   if (color.alpha >= 1 && !ownLayer && isVectorSurface(cr)) {
     cairo_save(cr);
-    setColor(cr, color);
+    setSourceColor(cr, color);
     draw();
     cairo_restore(cr);
     return;
@@ -49,7 +48,7 @@ void paintLayer(cairo_t* cr, Rgba color, Rect box, Draw draw, bool ownLayer = fa
   cairo_rectangle(cr, box.x - margin, box.y - margin, box.width + 2 * margin, box.height + 2 * margin);
   cairo_clip(cr);
   cairo_push_group(cr);
-  setColor(cr, {color.red, color.green, color.blue, 1});
+  setSourceColor(cr, {color.red, color.green, color.blue, 1});
   draw();
   cairo_pop_group_to_source(cr);
   cairo_paint_with_alpha(cr, color.alpha);
@@ -155,7 +154,7 @@ void drawSymbol(cairo_t* cr, std::string_view name, Rect box, FontWeight weight,
   } else if (name == "square.and.pencil.circle.fill") {
     circledSquareAndPencil(cr, box, weight, primary, secondary);
   } else {
-    setColor(cr, primary);
+    setSourceColor(cr, primary);
     cairo_rectangle(cr, box.x, box.y, box.width, box.height);
     strokeRound(cr, 1);
   }

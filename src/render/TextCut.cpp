@@ -7,17 +7,10 @@
 
 namespace quillan::render {
 
-namespace {
-
-// A code point is at most this many bytes long.
-constexpr std::size_t kMaxSequenceBytes = 4;
-
-}  // namespace
-
 CutText cutToCodePoints(const StyledText& runs, std::size_t maxCodePoints) {
   // Enough bytes for the kept code points and the one after, which decides
   // whether the cut ends a grapheme cluster.
-  const std::size_t budget = (maxCodePoints + 1) * kMaxSequenceBytes;
+  const std::size_t budget = (maxCodePoints + 1) * kMaxCodePointBytes;
   std::string flat;
   std::size_t total = 0;
   for (const auto& run : runs) {

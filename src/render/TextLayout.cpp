@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/GraphemeBoundary.hpp"
+#include "render/Ellipsis.hpp"
 #include "render/StyledTextMetrics.hpp"
 #include "render/Utf8.hpp"
 
@@ -11,12 +12,9 @@ namespace quillan::render {
 
 namespace {
 
-constexpr const char* kEllipsis = "\u2026";
 // Widths are compared with this slack so that a line measuring exactly the
 // proposal still fits despite floating-point noise.
-constexpr double kFitTolerance = 1e-9;
-// A code point is at most this many bytes long.
-constexpr std::size_t kMaxSequenceBytes = 4;
+constexpr double kWidthFitTolerance = 1e-9;
 
 // The text flattened to one string, with the run each byte belongs to, cut at
 // a grapheme boundary after `maxCodePoints`: nothing past the cut is copied.
@@ -25,7 +23,7 @@ class FlatText {
   FlatText(const StyledText& runs, std::size_t maxCodePoints) : runs_(runs) {
     // Enough bytes for the kept code points and the one after, which decides
     // whether the cut ends a grapheme cluster.
-    const std::size_t budget = (maxCodePoints + 1) * kMaxSequenceBytes;
+    const std::size_t budget = (maxCodePoints + 1) * kMaxCodePointBytes;
     std::size_t total = 0;
     for (const auto& run : runs) {
       runStarts_.push_back(text_.size());
@@ -117,7 +115,9 @@ class Wrapper {
   double widthOf(std::size_t from, std::size_t to) const {
     return from >= to ? 0.0 : measurer_.width(flat_.slice(from, to));
   }
-  bool fits(std::size_t from, std::size_t to) const { return !width_ || widthOf(from, to) <= *width_ + kFitTolerance; }
+  bool fits(std::size_t from, std::size_t to) const {
+    return !width_ || widthOf(from, to) <= *width_ + kWidthFitTolerance;
+  }
   // How far a line starting at `from` can reach before `end`: no line holds
   // more than lineCodePoints, so no search for its break looks further.
   std::size_t reach(std::size_t from, std::size_t end) const { return std::min(end, from + lineCodePoints_); }
@@ -190,7 +190,7 @@ TextLine truncatedLine(const FlatText& flat, const Wrapper& wrapper, const TextM
   std::size_t lo = from, hi = end;
   while (lo < hi) {
     const std::size_t mid = (lo + hi + 1) / 2;
-    if (!width || measurer.width(withEllipsis(mid)) <= *width + kFitTolerance) lo = mid;
+    if (!width || measurer.width(withEllipsis(mid)) <= *width + kWidthFitTolerance) lo = mid;
     else hi = mid - 1;
   }
   StyledText runs = withEllipsis(lo);

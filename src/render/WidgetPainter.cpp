@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "render/CairoColor.hpp"
 #include "render/PangoLineDrawing.hpp"
 #include "render/RenderingConstants.hpp"
 #include "render/ShapePath.hpp"
@@ -34,8 +35,6 @@ cairo_line_join_t cairoLineJoin(views::LineJoin join) {
 double linearized(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
-
-void setColor(cairo_t* cr, Rgba c) { cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha); }
 
 class Painter {
  public:
@@ -80,7 +79,7 @@ class Painter {
   bool setPaint(const Paint& paint, Rect rect, bool accent) {
     switch (paint.kind) {
       case Paint::Kind::none: return false;
-      case Paint::Kind::solid: setColor(cr_, tone(paint.color, accent)); return paint.color.alpha > 0;
+      case Paint::Kind::solid: setSourceColor(cr_, tone(paint.color, accent)); return paint.color.alpha > 0;
       case Paint::Kind::linearGradient: {
         // Unit points name leading and trailing, which swap under right to left.
         const auto across = [&](double x) { return rect.x + (widget_.rightToLeft ? 1 - x : x) * rect.width; };
@@ -204,7 +203,7 @@ class Painter {
   void paintRedactionBar(Rect line, Rgba color) {
     const double height = line.height * constants::kRedactionBarHeightShare;
     const Rect bar{line.x, line.y + (line.height - height) / 2, line.width, height};
-    setColor(cr_, color.multipliedAlpha(constants::kRedactionBarOpacity));
+    setSourceColor(cr_, color.multipliedAlpha(constants::kRedactionBarOpacity));
     appendShapePath(cr_, ShapeKind::roundedRectangle, bar, constants::kRedactionBarRadius);
     cairo_fill(cr_);
   }

@@ -6,14 +6,14 @@
 
 namespace quillan::replay {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 SimulationLog::SimulationLog(platform::TimeZone zone) : zone_(std::move(zone)) {}
 
 std::string SimulationLog::iso(platform::Date date) const { return platform::ISO8601::format(date, zone_); }
 
-Json& SimulationLog::start(platform::Date at, const std::string& kind, std::string_view type) {
-  Json event;
+OrderedJson& SimulationLog::start(platform::Date at, const std::string& kind, std::string_view type) {
+  OrderedJson event;
   event["at"] = iso(at);
   event["kind"] = kind;
   event["type"] = type;
@@ -21,27 +21,28 @@ Json& SimulationLog::start(platform::Date at, const std::string& kind, std::stri
   return events_.back();
 }
 
-Json& SimulationLog::add(const host::SchedulerEvent& event) {
+OrderedJson& SimulationLog::add(const host::SchedulerEvent& event) {
   auto& json = start(event.at, event.kind, host::eventTypeName(event.type()));
-  std::visit(views::Overload{
-                 [&](const host::TimelineReceived& timeline) {
-                   // The same shape the timeline command prints.
-                   const auto answer = Json::parse(hosting::timelineJson({timeline.entryDates, timeline.policy}));
-                   json["entries"] = answer["entries"];
-                   json["policy"] = answer["policy"];
-                 },
-                 [&](const host::EntryShown& entry) { json["date"] = iso(entry.entryDate); },
-                 [&](const host::ReloadStarted& reload) {
-                   json["reason"] = host::reloadReasonName(reload.reason);
-                   if (reload.deferredUntil) json["until"] = iso(*reload.deferredUntil);
-                 },
-                 [&](const host::AskFailed& failure) { json["reason"] = failure.reason; },
-             },
-             event.detail);
+  std::visit(
+      views::Overload{
+          [&](const host::TimelineReceived& timeline) {
+            // The same shape the timeline command prints.
+            const auto answer = OrderedJson::parse(hosting::timelineJson({timeline.entryDates, timeline.policy}));
+            json["entries"] = answer["entries"];
+            json["policy"] = answer["policy"];
+          },
+          [&](const host::EntryShown& entry) { json["date"] = iso(entry.entryDate); },
+          [&](const host::ReloadStarted& reload) {
+            json["reason"] = host::reloadReasonName(reload.reason);
+            if (reload.deferredUntil) json["until"] = iso(*reload.deferredUntil);
+          },
+          [&](const host::AskFailed& failure) { json["reason"] = failure.reason; },
+      },
+      event.detail);
   return json;
 }
 
-void SimulationLog::attach(Json& entryEvent, const pages::EntryPictures& pictures) {
+void SimulationLog::attach(OrderedJson& entryEvent, const pages::EntryPictures& pictures) {
   entryEvent["light"] = pictures.light;
   entryEvent["dark"] = pictures.dark;
   entryEvent["view"] = pictures.view;
@@ -52,10 +53,10 @@ void SimulationLog::addFailure(platform::Date at, const std::string& kind, const
 }
 
 std::string SimulationLog::text() const {
-  Json log;
+  OrderedJson log;
   log["events"] = events_;
   // Failure reasons may quote note text that is not UTF-8; the log stays valid JSON.
-  return log.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return log.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 }  // namespace quillan::replay

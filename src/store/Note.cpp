@@ -8,7 +8,10 @@
 namespace quillan::store {
 namespace {
 
-enum Column { kDate, kInfo, kLastUpdate, kUUID, kTimelineTab };
+// Indices into a row, in the order entityDescription() lists the attributes.
+struct NoteColumn {
+  enum : std::size_t { kDate, kInfo, kLastUpdate, kUUID, kTimelineTab };
+};
 
 }  // namespace
 
@@ -32,11 +35,11 @@ Note::Note(ObjectID objectID, std::weak_ptr<ManagedObjectContext> context)
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
 void Note::refresh(std::vector<StoredValue>& row) {
-  date_ = decodeDate(row[kDate]);
-  info_ = takeString(row[kInfo]);
-  lastUpdate_ = decodeDate(row[kLastUpdate]);
-  uuid_ = decodeUUID(row[kUUID]);
-  timelineTabKey_ = decodeForeignKey(row[kTimelineTab]);
+  date_ = decodeDate(row[NoteColumn::kDate]);
+  info_ = takeString(row[NoteColumn::kInfo]);
+  lastUpdate_ = decodeDate(row[NoteColumn::kLastUpdate]);
+  uuid_ = decodeUUID(row[NoteColumn::kUUID]);
+  timelineTabKey_ = decodeForeignKey(row[NoteColumn::kTimelineTab]);
 }
 
 std::vector<std::shared_ptr<NoteImage>> Note::images() const {

@@ -6,7 +6,10 @@
 namespace quillan::store {
 namespace {
 
-enum Column { kID, kImgData, kOrder, kOwner };
+// Indices into a row, in the order entityDescription() lists the attributes.
+struct NoteImageColumn {
+  enum : std::size_t { kID, kImgData, kOrder, kOwner };
+};
 
 }  // namespace
 
@@ -29,9 +32,9 @@ NoteImage::NoteImage(ObjectID objectID, std::weak_ptr<ManagedObjectContext> cont
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
 void NoteImage::refresh(std::vector<StoredValue>& row) {
-  id_ = decodeUUID(row[kID]);
-  order_ = decodeInteger(row[kOrder]);
-  ownerKey_ = decodeForeignKey(row[kOwner]);
+  id_ = decodeUUID(row[NoteImageColumn::kID]);
+  order_ = decodeInteger(row[NoteImageColumn::kOrder]);
+  ownerKey_ = decodeForeignKey(row[NoteImageColumn::kOwner]);
 }
 
 std::optional<std::vector<std::uint8_t>> NoteImage::imgData() const {

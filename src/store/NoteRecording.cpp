@@ -6,7 +6,10 @@
 namespace quillan::store {
 namespace {
 
-enum Column { kDate, kID, kName, kOrder, kRecordingData, kOwner };
+// Indices into a row, in the order entityDescription() lists the attributes.
+struct NoteRecordingColumn {
+  enum : std::size_t { kDate, kID, kName, kOrder, kRecordingData, kOwner };
+};
 
 }  // namespace
 
@@ -31,11 +34,11 @@ NoteRecording::NoteRecording(ObjectID objectID, std::weak_ptr<ManagedObjectConte
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
 void NoteRecording::refresh(std::vector<StoredValue>& row) {
-  date_ = decodeDate(row[kDate]);
-  id_ = decodeUUID(row[kID]);
-  name_ = takeString(row[kName]);
-  order_ = decodeInteger(row[kOrder]);
-  ownerKey_ = decodeForeignKey(row[kOwner]);
+  date_ = decodeDate(row[NoteRecordingColumn::kDate]);
+  id_ = decodeUUID(row[NoteRecordingColumn::kID]);
+  name_ = takeString(row[NoteRecordingColumn::kName]);
+  order_ = decodeInteger(row[NoteRecordingColumn::kOrder]);
+  ownerKey_ = decodeForeignKey(row[NoteRecordingColumn::kOwner]);
 }
 
 std::optional<std::vector<std::uint8_t>> NoteRecording::recordingData() const {

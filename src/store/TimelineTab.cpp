@@ -6,7 +6,10 @@
 namespace quillan::store {
 namespace {
 
-enum Column { kAddedDate, kID, kName, kOrder };
+// Indices into a row, in the order entityDescription() lists the attributes.
+struct TimelineTabColumn {
+  enum : std::size_t { kAddedDate, kID, kName, kOrder };
+};
 
 }  // namespace
 
@@ -29,10 +32,10 @@ TimelineTab::TimelineTab(ObjectID objectID, std::weak_ptr<ManagedObjectContext> 
     : ManagedObject(std::move(objectID), std::move(context)) {}
 
 void TimelineTab::refresh(std::vector<StoredValue>& row) {
-  addedDate_ = decodeDate(row[kAddedDate]);
-  id_ = decodeUUID(row[kID]);
-  name_ = takeString(row[kName]);
-  order_ = decodeInteger(row[kOrder]);
+  addedDate_ = decodeDate(row[TimelineTabColumn::kAddedDate]);
+  id_ = decodeUUID(row[TimelineTabColumn::kID]);
+  name_ = takeString(row[TimelineTabColumn::kName]);
+  order_ = decodeInteger(row[TimelineTabColumn::kOrder]);
 }
 
 std::vector<std::shared_ptr<Note>> TimelineTab::notes() const {

@@ -2,7 +2,6 @@
 
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,12 +13,12 @@
 #include <stdexcept>
 #include <string>
 
+#include "worker/Pidfd.hpp"
+
 namespace quillan::worker {
 namespace {
 
-int openPidfd(pid_t pid) { return static_cast<int>(syscall(SYS_pidfd_open, pid, 0)); }
-
-void signal(int eventFd) {
+void notify(int eventFd) {
   const std::uint64_t one = 1;
   [[maybe_unused]] const auto written = write(eventFd, &one, sizeof one);
 }
@@ -45,7 +44,7 @@ ChildReaper::~ChildReaper() {
     std::lock_guard lock(mutex_);
     stopping_ = true;
   }
-  signal(wake_);
+  notify(wake_);
   if (thread_.joinable()) thread_.join();
   for (const auto& child : children_) {
     waitFor(child.pid);
@@ -64,7 +63,7 @@ void ChildReaper::adopt(pid_t pid) {
     children_.push_back({pid, openPidfd(pid)});
     if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   }
-  signal(wake_);
+  notify(wake_);
 }
 
 std::size_t ChildReaper::unreaped() const {

@@ -2,7 +2,6 @@
 
 #include <poll.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <string>
 
 #include "worker/MessageFraming.hpp"
+#include "worker/Pidfd.hpp"
 #include "worker/ProcessMemory.hpp"
 
 namespace quillan::worker {
@@ -22,11 +22,6 @@ namespace {
 constexpr std::size_t kStderrKeptBytes = 64 * 1024;
 
 using Clock = std::chrono::steady_clock;
-
-// Through the system call: the C library's header of this release declares
-// the wrapper without C linkage. -1 on kernels without pidfds, where the
-// watch falls back to noticing the end at the next memory reading.
-int openPidfd(pid_t pid) { return static_cast<int>(syscall(SYS_pidfd_open, pid, 0)); }
 
 struct Stream {
   int fd;
@@ -57,7 +52,7 @@ class Watch {
         limits_(limits),
         interval_(interval),
         deadline_(started + limits.deadline),
-        exitFd_(openPidfd(pid)) {}
+        exitFd_(openPidfd(pid)) {}  // without pidfds the end is noticed at the next memory reading
   ~Watch() {
     if (exitFd_ >= 0) close(exitFd_);
   }

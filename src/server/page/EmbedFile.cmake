@@ -12,12 +12,13 @@ file(WRITE "${OUTPUT}" "// Generated from ${name} at build time; edit that file 
 #include <string_view>
 
 namespace quillan::server {
-namespace {
-constexpr unsigned char kBytes[] = {
-    ${bytes}};
-}  // namespace
 
-std::string_view ${FUNCTION}() { return {reinterpret_cast<const char*>(kBytes), sizeof kBytes}; }
+// The bytes live inside the function, so that a unity build of several pages has one array per page.
+std::string_view ${FUNCTION}() {
+  static constexpr unsigned char kBytes[] = {
+    ${bytes}};
+  return {reinterpret_cast<const char*>(kBytes), sizeof kBytes};
+}
 
 }  // namespace quillan::server
 ")
