@@ -37,7 +37,7 @@ std::vector<Finding> CaseAuditor::audit(const AuditCase& auditCase) {
   const auto context = render::makeRenderContext(environmentOf(auditCase), widget.supportedFamilies.front(),
                                                  render::DeviceProfile::defaultProfile(), kAuditPictureScale);
   const auto tree = widget.content(entryDateOf(auditCase.kind), context.env);
-  auto findings = auditWidget(drawing_.inspectWidget(tree, context, /*withPicture=*/false), thresholds_);
+  auto findings = auditWidget(drawing_.inspectWidget(tree, context, /*withPicture=*/true), thresholds_);
   for (auto& finding : findings) finding.auditCase = auditCase;
   return findings;
 }

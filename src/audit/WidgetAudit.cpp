@@ -1,6 +1,9 @@
 #include "audit/WidgetAudit.hpp"
 
 #include "audit/ClippingCheck.hpp"
+#include "audit/ContrastCheck.hpp"
+#include "audit/InkClippingCheck.hpp"
+#include "audit/InkOverlapCheck.hpp"
 #include "audit/MissingGlyphCheck.hpp"
 #include "audit/OverlapCheck.hpp"
 #include "audit/TapTargetCheck.hpp"
@@ -10,8 +13,9 @@ namespace quillan::audit {
 
 std::vector<Finding> auditWidget(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
   using Check = std::vector<Finding> (*)(const render::WidgetInspection&, const AuditThresholds&);
-  static constexpr Check kWidgetChecks[] = {&findMissingGlyphs, &findClippedElements, &findHiddenPoints,
-                                            &findTapTargetProblems, &findOverlappingTexts};
+  static constexpr Check kWidgetChecks[] = {&findMissingGlyphs,    &findClippedElements, &findClippedInk,
+                                            &findHiddenPoints,     &findLowContrast,     &findTapTargetProblems,
+                                            &findOverlappingTexts, &findOverlappingInk};
   std::vector<Finding> findings;
   for (const Check check : kWidgetChecks) {
     auto found = check(widget, thresholds);

@@ -2,9 +2,11 @@
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
+#include "render/PangoLineDrawing.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
@@ -22,13 +24,18 @@ struct InspectionState {
   bool accent = false;
 };
 
-Rgba textColorOf(const LayoutNode& node, const RenderContext& context, const InspectionState& state) {
-  Rgba color = node.foreground.kind == Paint::Kind::solid ? node.foreground.color
-               : node.foreground.kind == Paint::Kind::linearGradient && !node.foreground.stops.empty()
-                   ? node.foreground.stops.front().color
-                   : Rgba::fromHex(0, 0);
-  color = colorForMode(color, context.env.renderingMode, state.accent);
+// The colour the view asks for, before a rendering mode recolours it.
+Rgba authoredColorOf(const LayoutNode& node, const InspectionState& state) {
+  const Rgba color = node.foreground.kind == Paint::Kind::solid ? node.foreground.color
+                     : node.foreground.kind == Paint::Kind::linearGradient && !node.foreground.stops.empty()
+                         ? node.foreground.stops.front().color
+                         : Rgba::fromHex(0, 0);
   return color.multipliedAlpha(state.opacity);
+}
+
+Rgba textColorOf(const LayoutNode& node, const RenderContext& context, const InspectionState& state) {
+  const Rgba authored = authoredColorOf(node, state);
+  return colorForMode(authored.withAlpha(1), context.env.renderingMode, state.accent).multipliedAlpha(authored.alpha);
 }
 
 std::string joinedLines(const TextLayout& layout) {
@@ -53,10 +60,48 @@ double largestFontSize(const StyledText& text) {
   return size;
 }
 
+// The ink of one text drawn alone, opaque, cropped to where it has any.
+InkMask inkOf(const TextLayout& text, Rect frame, bool rightToLeft, double scale) {
+  // Glyphs reach past their line box (accents, descenders, italics): a margin
+  // of a line's height on every side catches them.
+  const double margin = std::ceil(text.lineHeight + 2);
+  const int originX = static_cast<int>(std::floor((frame.x - margin) * scale));
+  const int originY = static_cast<int>(std::floor((frame.y - margin) * scale));
+  const int width = static_cast<int>(std::ceil((frame.width + 2 * margin) * scale));
+  const int height = static_cast<int>(std::ceil((frame.height + 2 * margin) * scale));
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
+  cairo_t* cr = cairo_create(surface);
+  cairo_translate(cr, -originX, -originY);
+  cairo_scale(cr, scale, scale);
+  const Rgba opaque{0, 0, 0, 1};
+  PangoLineDrawing::drawText(cr, text, frame, rightToLeft ? LineAlignment::right : LineAlignment::left, opaque, opaque);
+  cairo_destroy(cr);
+  cairo_surface_flush(surface);
+  const unsigned char* data = cairo_image_surface_get_data(surface);
+  const int stride = cairo_image_surface_get_stride(surface);
+  int minX = width, minY = height, maxX = -1, maxY = -1;
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      if (data[y * stride + x] != 0) {
+        minX = std::min(minX, x), maxX = std::max(maxX, x);
+        minY = std::min(minY, y), maxY = std::max(maxY, y);
+      }
+  InkMask ink;
+  if (maxX >= 0) {
+    ink = {originX + minX, originY + minY, maxX - minX + 1, maxY - minY + 1, {}};
+    ink.coverage.reserve(static_cast<std::size_t>(ink.width) * static_cast<std::size_t>(ink.height));
+    for (int y = minY; y <= maxY; ++y)
+      ink.coverage.insert(ink.coverage.end(), data + y * stride + minX, data + y * stride + maxX + 1);
+  }
+  cairo_surface_destroy(surface);
+  return ink;
+}
+
 class ElementCollector {
  public:
-  ElementCollector(const WidgetLayout& widget, const RenderContext& context, std::vector<InspectedElement>& out)
-      : widget_(widget), context_(context), out_(out) {}
+  ElementCollector(const WidgetLayout& widget, const RenderContext& context, bool withInk,
+                   std::vector<InspectedElement>& out)
+      : widget_(widget), context_(context), withInk_(withInk), out_(out) {}
 
   void collect(const LayoutBox& box, InspectionState state) {
     const LayoutNode& node = *box.node;
@@ -104,11 +149,14 @@ class ElementCollector {
     element.fontSize = largestFontSize(node.text);
     element.bold = isBold(node.text);
     element.color = textColorOf(node, context_, state);
+    element.hidden = authoredColorOf(node, state).alpha == 0;
+    if (withInk_ && !element.hidden) element.ink = inkOf(*box.text, element.frame, widget_.rightToLeft, context_.scale);
     return element;
   }
 
   const WidgetLayout& widget_;
   const RenderContext& context_;
+  bool withInk_;
   std::vector<InspectedElement>& out_;
 };
 
@@ -148,7 +196,10 @@ WidgetInspection inspectWidget(const views::Node& tree, const RenderContext& con
   WidgetInspection inspection;
   inspection.size = widget->size;
   inspection.rightToLeft = widget->rightToLeft;
-  ElementCollector collector(*widget, context, inspection.elements);
+  inspection.circularMask = widget->circularMask;
+  inspection.cornerRadius = widget->cornerRadius;
+  inspection.scale = context.scale;
+  ElementCollector collector(*widget, context, withPicture, inspection.elements);
   if (widget->background) collector.collect(*widget->background, {.path = "background"});
   collector.collect(widget->content, {.path = "content"});
   inspection.hitRegions = hitRegionsOf(*widget, context);

@@ -25,7 +25,7 @@ render::WidgetInspection inspected(const SeededTree& seeded) {
   views::Environment environment;
   const auto context = render::makeRenderContext(environment, seeded.family, render::DeviceProfile::defaultProfile(),
                                                  1);
-  return render::drawingFunctions().inspectWidget(tree, context, /*withPicture=*/false);
+  return render::drawingFunctions().inspectWidget(tree, context, /*withPicture=*/true);
 }
 
 TEST(WidgetAuditTest, EachCheckFlagsItsSeededFaultAndLeavesTheRightTreeAlone) {
@@ -35,15 +35,22 @@ TEST(WidgetAuditTest, EachCheckFlagsItsSeededFaultAndLeavesTheRightTreeAlone) {
   const SeededTree table[] = {
       {"missing-glyphs.json", small, missingGlyphs, 1, 2},
       {"all-glyphs.json", small, missingGlyphs, 0, 0},
-      // 120 to the right of a centred text: past the 158-point widget's trailing edge.
-      {"pushed-out.json", small, clipping, 1, 0},
+      // 120 to the right of a centred text: its frame and its ink leave the 158-point widget.
+      {"pushed-out.json", small, clipping, 2, 0},
       {"inside.json", small, clipping, 0, 0},
+      // The frame starts at the widget's corner, inside its bounds; the rounded mask cuts the first W.
+      {"corner-cut.json", small, clipping, 1, 0},
+      {"faint-text.json", small, contrast, 1, 0},
+      {"plain-text.json", small, contrast, 0, 0},
+      // A clear text is the view's way of hiding it: no contrast to judge.
+      {"hidden-weekday.json", small, contrast, 0, 0},
       {"weekday-cut.json", small, truncation, 1, 0},
       {"short-word-cut.json", small, truncation, 1, 0},
       {"weekday-whole.json", small, truncation, 0, 0},
       // A note cut after its second line still shows plenty of itself.
       {"body-cut-late.json", small, truncation, 0, 0},
-      {"stacked-texts.json", small, overlap, 1, 0},
+      // Frames (a hint) and glyphs (an error) both overlap.
+      {"stacked-texts.json", small, overlap, 2, 0},
       {"spaced-texts.json", small, overlap, 0, 0},
       {"small-links.json", medium, tapTarget, 2, 20},
       {"overlapping-links.json", medium, tapTarget, 1, 6400},
