@@ -1,10 +1,14 @@
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <thread>
 
+#include "audit/AuditBaseline.hpp"
 #include "audit/AuditMatrix.hpp"
-#include "audit/AuditReport.hpp"
-#include "audit/CaseAuditor.hpp"
+#include "audit/AuditRun.hpp"
+#include "audit/Finding.hpp"
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
@@ -25,18 +29,14 @@ struct AuditOptions {
   std::filesystem::path output = "audit";
   bool json = false;
   std::string failOn = "error";
+  std::size_t jobs = std::max(1u, std::thread::hardware_concurrency());
+  std::optional<std::filesystem::path> baseline;
 };
 
 audit::AuditMatrix matrixOf(const AuditOptions& options) {
   return {audit::parseKinds(options.kinds), audit::parseLocales(options.locales),
           audit::parseDynamicTypes(options.dynamicTypes), audit::parseColorSchemes(options.colorSchemes),
           audit::parseRenderingModes(options.renderingModes)};
-}
-
-void writeReportFile(const std::filesystem::path& path, const std::string& text) {
-  std::ofstream file(path, std::ios::binary);
-  file << text;
-  if (!file) throw hosting::badOption("--output", "cannot write", path.string());
 }
 
 void prepareOutputFolder(const std::filesystem::path& folder) {
@@ -46,33 +46,38 @@ void prepareOutputFolder(const std::filesystem::path& folder) {
     throw hosting::badOption("--output", "not a folder", folder.string());
 }
 
-std::string summaryOf(const audit::AuditReport& report) {
-  std::size_t counts[3] = {0, 0, 0};
-  for (const auto& finding : report.findings) ++counts[static_cast<int>(finding.severity)];
-  return "audited " + std::to_string(report.cases) + " cases: " + std::to_string(counts[2]) + " errors, " +
-         std::to_string(counts[1]) + " warnings, " + std::to_string(counts[0]) + " notes";
+std::string summaryOf(const audit::AuditOutcome& outcome, bool withBaseline) {
+  const auto& counts = outcome.newCounts;
+  return "audited " + std::to_string(outcome.cases) + " cases: " + std::to_string(counts[2]) + " errors, " +
+         std::to_string(counts[1]) + " warnings, " + std::to_string(counts[0]) + " notes" +
+         (withBaseline ? " not in the baseline" : "");
 }
 
 int run(const AuditOptions& options, const HostOptions& host) {
   const auto failOn = *views::fromString<audit::Severity>(options.failOn);
-  audit::AuditReport report{.matrix = matrixOf(options)};
-  if (!options.json) prepareOutputFolder(options.output);
-  const auto cases = audit::auditCases(report.matrix);
-  audit::CaseAuditor auditor(drawingModule(), host.seed.value_or(kAuditDefaultSeed));
-  for (const auto& auditCase : cases) {
-    auto findings = auditor.audit(auditCase);
-    report.findings.insert(report.findings.end(), std::make_move_iterator(findings.begin()),
-                           std::make_move_iterator(findings.end()));
-  }
-  report.cases = cases.size();
-  const auto json = audit::auditJson(report);
+  const auto baseline = options.baseline ? audit::AuditBaseline::read(*options.baseline) : audit::AuditBaseline{};
+  audit::AuditRunSettings settings{.matrix = matrixOf(options),
+                                   .jobs = options.jobs,
+                                   .seed = host.seed.value_or(kAuditDefaultSeed),
+                                   .baseline = &baseline,
+                                   .progress = isatty(STDERR_FILENO) ? &std::cerr : nullptr};
+  // Loaded before the workers fork, so that they share it.
+  const auto& drawing = drawingModule();
+  drawing.prepareFonts();
   if (options.json) {
-    std::cout << json;
-  } else {
-    writeReportFile(options.output / "audit.json", json);
-    std::cout << summaryOf(report) << "; report " << std::filesystem::absolute(options.output).string() << "\n";
+    const auto outcome = audit::runAudit(settings, drawing, std::cout);
+    return outcome.fails(failOn) ? 1 : 0;
   }
-  return audit::reachesSeverity(report.findings, failOn) ? 1 : 0;
+  prepareOutputFolder(options.output);
+  const auto path = options.output / "audit.json";
+  std::ofstream file(path, std::ios::binary);
+  if (!file) throw hosting::badOption("--output", "cannot write", path.string());
+  const auto outcome = audit::runAudit(settings, drawing, file);
+  file.close();
+  if (!file) throw hosting::badOption("--output", "cannot write", path.string());
+  std::cout << summaryOf(outcome, options.baseline.has_value()) << "; report "
+            << std::filesystem::absolute(options.output).string() << "\n";
+  return outcome.fails(failOn) ? 1 : 0;
 }
 
 }  // namespace
@@ -97,6 +102,11 @@ Run addAuditCommand(CLI::App& app, const HostOptions& host) {
       ->add_option("--fail-on", options->failOn,
                    "the least severe finding that fails the run: info, warning or error (default)")
       ->check(enumName<audit::Severity>("severity"));
+  command->add_option("--jobs", options->jobs, "worker processes drawing cases (default: one per core)")
+      ->transform(wholeNumber())
+      ->check(CLI::Range(std::size_t{1}, std::size_t{256}));
+  command->add_option("--baseline", options->baseline,
+                      "an earlier audit.json: its findings are accepted, only new ones count for --fail-on");
   return [command, options, &host] { return command->parsed() ? run(*options, host) : -1; };
 }
 

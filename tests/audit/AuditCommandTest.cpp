@@ -56,6 +56,8 @@ TEST_F(AuditCommandTest, EachBadOptionIsOneLineAndStatusTwo) {
       {{"--rendering-modes", "tinted"}, "--rendering-modes: unknown rendering mode: \"tinted\""},
       {{"--kind", "Nope"}, "--kind: unknown widget kind: \"Nope\""},
       {{"--fail-on", "fatal"}, "--fail-on: unknown severity: \"fatal\""},
+      {{"--jobs", "0"}, "--jobs: Value 0 not in range"},
+      {{"--baseline", "/nonexistent/audit.json"}, "--baseline: cannot read: \"/nonexistent/audit.json\""},
   };
   for (const auto& refusal : refusals) {
     Words words = {"audit"};
@@ -90,6 +92,32 @@ TEST_F(AuditCommandTest, ExitStatusTellsWhetherAnErrorWasFoundAndTheReportHoldsE
   }
   EXPECT_EQ(report["counts"]["error"], errors);
   EXPECT_GT(errors, 0u);
+}
+
+TEST_F(AuditCommandTest, WorkersChangeNothingAndABaselineAcceptsTodaysFindings) {
+  const quillan::testing::TemporaryFolder output("audit-output");
+  const auto today = (output / "today").string();
+  ASSERT_EQ(quillan::testing::runCommand(auditOf({"--kind", "StreakWidget", "--color-schemes", "light", "--jobs", "1",
+                                                  "--output", today}))
+                .exitStatus,
+            1);
+  const auto inTwo = quillan::testing::runCommand(auditOf({"--kind", "StreakWidget", "--color-schemes", "light",
+                                                           "--jobs", "2", "--json"}));
+  EXPECT_EQ(inTwo.out, quillan::testing::readText(output / "today/audit.json"));
+
+  const auto baseline = (output / "today/audit.json").string();
+  const auto accepted = quillan::testing::runCommand(auditOf({"--kind", "StreakWidget", "--color-schemes", "light",
+                                                              "--baseline", baseline, "--json"}));
+  EXPECT_EQ(accepted.exitStatus, 0) << accepted.err;
+  const auto report = nlohmann::json::parse(accepted.out);
+  EXPECT_EQ(report["newCounts"]["error"], 0);
+  EXPECT_GT(report["counts"]["error"], 0);
+  for (const auto& finding : report["findings"]) EXPECT_TRUE(finding.value("baseline", false));
+
+  // The dark scheme, which the baseline never saw, brings findings of its own.
+  const auto wider =
+      quillan::testing::runCommand(auditOf({"--kind", "StreakWidget", "--baseline", baseline, "--json"}));
+  EXPECT_EQ(wider.exitStatus, 1) << wider.err;
 }
 
 }  // namespace

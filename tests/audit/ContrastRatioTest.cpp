@@ -1,33 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "audit/AuditReport.hpp"
 #include "audit/ContrastRatio.hpp"
 
 namespace quillan::audit {
 namespace {
 
-TEST(AuditReportTest, ARunFailsOnlyWhenAFindingReachesFailOn) {
-  using enum Severity;
-  const struct {
-    std::vector<Severity> found;
-    Severity failOn;
-    bool fails;
-  } table[] = {
-      {{}, info, false},
-      {{info}, info, true},
-      {{info, warning}, error, false},
-      {{warning}, warning, true},
-      {{warning, error}, error, true},
-      {{error}, info, true},
-  };
-  for (const auto& row : table) {
-    std::vector<Finding> findings;
-    for (const auto severity : row.found) findings.push_back({.severity = severity});
-    EXPECT_EQ(reachesSeverity(findings, row.failOn), row.fails) << views::toString(row.failOn);
-  }
-}
-
-TEST(AuditReportTest, ContrastRatiosAreWcags) {
+TEST(ContrastRatioTest, RatiosAreWcags) {
   const render::Rgba black{0, 0, 0, 1}, white{1, 1, 1, 1};
   const struct {
     render::Rgba text, background;
