@@ -55,6 +55,7 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
           const std::string_view line = rest.substr(2, end - 2);
           const auto severity = static_cast<Severity>(rest[0] - '0');
           writer.add(line, severity, settings.baseline && settings.baseline->accepts(line));
+          if (settings.summary) settings.summary->add(line);
           ++findings;
           rest.remove_prefix(end + 1);
         }

@@ -7,6 +7,7 @@
 
 #include "audit/AuditBaseline.hpp"
 #include "audit/AuditMatrix.hpp"
+#include "audit/AuditSummary.hpp"
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
 #include "render/DrawingFunctions.hpp"
@@ -20,6 +21,7 @@ struct AuditRunSettings {
   AuditThresholds thresholds = {};
   const AuditBaseline* baseline = nullptr;
   std::ostream* progress = nullptr;  // a terminal to show progress on, if any
+  AuditSummary* summary = nullptr;   // gathers what the report page shows, if it is written
 };
 
 // What a run found, by severity, those the baseline accepted left out.

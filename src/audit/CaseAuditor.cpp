@@ -31,15 +31,23 @@ CaseAuditor::CaseAuditor(const render::DrawingFunctions& drawing, std::uint64_t 
     : drawing_(drawing), seed_(seed), thresholds_(thresholds) {}
 
 std::vector<Finding> CaseAuditor::audit(const AuditCase& auditCase) {
+  auto findings = auditWidget(inspect(auditCase, kAuditPictureScale), thresholds_);
+  for (auto& finding : findings) finding.auditCase = auditCase;
+  return findings;
+}
+
+render::PixelImage CaseAuditor::picture(const AuditCase& auditCase, double scale) {
+  return std::move(*inspect(auditCase, scale).picture);
+}
+
+render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double scale) {
   useLocale(auditCase.locale);
   platform::RandomSource::seed(seed_);
   const auto& widget = hosting::widgetOfKind(auditCase.kind);
   const auto context = render::makeRenderContext(environmentOf(auditCase), widget.supportedFamilies.front(),
-                                                 render::DeviceProfile::defaultProfile(), kAuditPictureScale);
+                                                 render::DeviceProfile::defaultProfile(), scale);
   const auto tree = widget.content(entryDateOf(auditCase.kind), context.env);
-  auto findings = auditWidget(drawing_.inspectWidget(tree, context, /*withPicture=*/true), thresholds_);
-  for (auto& finding : findings) finding.auditCase = auditCase;
-  return findings;
+  return drawing_.inspectWidget(tree, context, /*withPicture=*/true);
 }
 
 const platform::Date& CaseAuditor::entryDateOf(const std::string& kind) {

@@ -23,7 +23,11 @@ class CaseAuditor {
 
   std::vector<Finding> audit(const AuditCase& auditCase);
 
+  // The case's picture at `scale`, as audit() drew it (at its own scale) for the checks.
+  render::PixelImage picture(const AuditCase& auditCase, double scale);
+
  private:
+  render::WidgetInspection inspect(const AuditCase& auditCase, double scale);
   const platform::Date& entryDateOf(const std::string& kind);
   void useLocale(const std::string& identifier);
 

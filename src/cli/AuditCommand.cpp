@@ -8,10 +8,13 @@
 #include "audit/AuditBaseline.hpp"
 #include "audit/AuditMatrix.hpp"
 #include "audit/AuditRun.hpp"
+#include "audit/CaseAuditor.hpp"
 #include "audit/Finding.hpp"
+#include "audit/FindingCrop.hpp"
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
+#include "pages/AuditReport.hpp"
 
 namespace quillan::cli {
 namespace {
@@ -53,6 +56,29 @@ std::string summaryOf(const audit::AuditOutcome& outcome, bool withBaseline) {
          (withBaseline ? " not in the baseline" : "");
 }
 
+// The page's pictures are the phone's own density's two thirds: enough to see
+// an outlined glyph, small enough for a page of a hundred of them.
+constexpr double kCropScale = 2;
+
+void writeReportPage(const std::filesystem::path& folder, const audit::AuditSummary& summary, std::size_t cases,
+                     std::uint64_t seed) {
+  const auto& drawing = drawingModule();
+  const auto crops = folder / "crops";
+  std::filesystem::remove_all(crops);
+  std::filesystem::create_directories(crops);
+  audit::CaseAuditor auditor(drawing, seed);
+  std::vector<std::string> names;
+  for (const auto& finding : summary.examples()) {
+    const auto name = "crops/" + std::to_string(names.size() + 1) + ".png";
+    drawing.writePNG(audit::findingCrop(auditor.picture(finding.auditCase, kCropScale), kCropScale, finding.frame),
+                     folder / name);
+    names.push_back(name);
+  }
+  std::ofstream page(folder / "index.html", std::ios::binary);
+  page << pages::auditReportPage(summary, cases, names);
+  if (!page) throw hosting::badOption("--output", "cannot write", (folder / "index.html").string());
+}
+
 int run(const AuditOptions& options, const HostOptions& host) {
   const auto failOn = *views::fromString<audit::Severity>(options.failOn);
   const auto baseline = options.baseline ? audit::AuditBaseline::read(*options.baseline) : audit::AuditBaseline{};
@@ -72,9 +98,12 @@ int run(const AuditOptions& options, const HostOptions& host) {
   const auto path = options.output / "audit.json";
   std::ofstream file(path, std::ios::binary);
   if (!file) throw hosting::badOption("--output", "cannot write", path.string());
+  audit::AuditSummary summary;
+  settings.summary = &summary;
   const auto outcome = audit::runAudit(settings, drawing, file);
   file.close();
   if (!file) throw hosting::badOption("--output", "cannot write", path.string());
+  writeReportPage(options.output, summary, outcome.cases, settings.seed);
   std::cout << summaryOf(outcome, options.baseline.has_value()) << "; report "
             << std::filesystem::absolute(options.output).string() << "\n";
   return outcome.fails(failOn) ? 1 : 0;

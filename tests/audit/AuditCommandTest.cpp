@@ -101,6 +101,11 @@ TEST_F(AuditCommandTest, WorkersChangeNothingAndABaselineAcceptsTodaysFindings) 
                                                   "--output", today}))
                 .exitStatus,
             1);
+  // The page shows each example with a crop of its picture, which is written beside it.
+  const auto page = quillan::testing::readText(output / "today/index.html");
+  ASSERT_NE(page.find("<img src=\"crops/1.png\""), std::string::npos);
+  EXPECT_EQ(quillan::testing::readText(output / "today/crops/1.png").substr(1, 3), "PNG");
+  EXPECT_NE(page.find("StreakWidget/en_US/large/light/fullColor"), std::string::npos);
   const auto inTwo = quillan::testing::runCommand(auditOf({"--kind", "StreakWidget", "--color-schemes", "light",
                                                            "--jobs", "2", "--json"}));
   EXPECT_EQ(inTwo.out, quillan::testing::readText(output / "today/audit.json"));
