@@ -16,6 +16,11 @@ namespace {
 // noise, few enough that both workers stay busy to the end.
 constexpr std::size_t kCasesPerChunk = 48;
 
+// A worker meets a new script's fonts with nearly every few locales, and
+// keeps each: past a few thousand cases it would outgrow 100 MB. A fresh
+// fork of the command, which drew nothing, starts small again.
+constexpr std::size_t kChunksPerWorker = 40;
+
 // A worker's answer: a line per finding, its severity's digit, a tab, its JSON.
 std::string auditedChunk(CaseAuditor& auditor, const std::vector<AuditCase>& cases, std::size_t chunk) {
   std::string out;
@@ -60,7 +65,8 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
           rest.remove_prefix(end + 1);
         }
         progress.update(std::min(cases.size(), (chunk + 1) * kCasesPerChunk), findings);
-      });
+      },
+      kChunksPerWorker);
   progress.finish();
   writer.finish(cases.size());
   return {cases.size(), writer.newCounts()};

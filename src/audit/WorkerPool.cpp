@@ -66,6 +66,7 @@ struct PoolWorker {
   int answers = -1;
   std::string received;  // what has come of the current answer
   std::optional<std::size_t> chunk;
+  std::size_t served = 0;
 };
 
 std::string howItStopped(pid_t pid) {
@@ -77,27 +78,12 @@ std::string howItStopped(pid_t pid) {
 
 class PoolParent {
  public:
-  PoolParent(std::size_t chunks, const WorkerPool::Deliver& deliver) : chunks_(chunks), deliver_(deliver) {}
+  PoolParent(std::size_t chunks, const WorkerPool::Work& work, const WorkerPool::Deliver& deliver,
+             std::size_t chunksPerWorker)
+      : chunks_(chunks), work_(work), deliver_(deliver), chunksPerWorker_(chunksPerWorker) {}
 
-  void start(std::size_t jobs, const WorkerPool::Work& work) {
-    // What the parent printed must not be printed again by a child.
-    std::cout.flush();
-    std::cerr.flush();
-    for (std::size_t i = 0; i < jobs; ++i) {
-      int down[2], up[2];
-      if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the audit's workers: no pipe");
-      const pid_t pid = fork();
-      if (pid < 0) throw std::runtime_error("cannot start the audit's workers: fork failed");
-      if (pid == 0) {
-        for (const auto& worker : workers_) close(worker.tasks), close(worker.answers);
-        close(down[1]);
-        close(up[0]);
-        serveChunks(down[0], up[1], work);
-      }
-      close(down[0]);
-      close(up[1]);
-      workers_.push_back({pid, down[1], up[0], {}, {}});
-    }
+  void start(std::size_t jobs) {
+    for (std::size_t i = 0; i < jobs; ++i) workers_.push_back(forked());
     for (auto& worker : workers_) handOut(worker);
   }
 
@@ -125,8 +111,38 @@ class PoolParent {
   }
 
  private:
+  PoolWorker forked() {
+    // What the parent printed must not be printed again by a child.
+    std::cout.flush();
+    std::cerr.flush();
+    int down[2], up[2];
+    if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the audit's workers: no pipe");
+    const pid_t pid = fork();
+    if (pid < 0) throw std::runtime_error("cannot start the audit's workers: fork failed");
+    if (pid == 0) {
+      for (const auto& worker : workers_) close(worker.tasks), close(worker.answers);
+      close(down[1]);
+      close(up[0]);
+      serveChunks(down[0], up[1], work_);
+    }
+    close(down[0]);
+    close(up[1]);
+    return {pid, down[1], up[0], {}, {}, 0};
+  }
+
+  // A worker that served its share ends (its task pipe closes) and a fresh fork takes its place.
+  void replace(PoolWorker& worker) {
+    close(worker.tasks);
+    close(worker.answers);
+    int status = 0;
+    waitpid(worker.pid, &status, 0);
+    worker.tasks = worker.answers = -1;
+    worker = forked();
+  }
+
   void handOut(PoolWorker& worker) {
     worker.chunk.reset();
+    if (worker.served >= chunksPerWorker_ && next_ < chunks_) replace(worker);
     if (next_ >= chunks_) {
       close(worker.tasks);
       worker.tasks = -1;
@@ -151,6 +167,7 @@ class PoolParent {
     if (worker.received.size() < sizeof length + length) return;
     finished_.emplace(*worker.chunk, worker.received.substr(sizeof length, length));
     worker.received.erase(0, sizeof length + length);
+    ++worker.served;
     handOut(worker);
     deliverInOrder();
   }
@@ -164,7 +181,9 @@ class PoolParent {
   }
 
   std::size_t chunks_;
+  const WorkerPool::Work& work_;
   const WorkerPool::Deliver& deliver_;
+  std::size_t chunksPerWorker_;
   std::vector<PoolWorker> workers_;
   std::size_t next_ = 0;
   std::size_t delivered_ = 0;
@@ -173,10 +192,11 @@ class PoolParent {
 
 }  // namespace
 
-void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver) {
-  PoolParent parent(chunks, deliver);
+void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
+                     std::size_t chunksPerWorker) {
+  PoolParent parent(chunks, work, deliver, chunksPerWorker);
   try {
-    parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)), work);
+    parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));
     parent.collect();
   } catch (...) {
     parent.stop();

@@ -2,6 +2,8 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <set>
+
 #include "audit/WorkerPool.hpp"
 
 namespace quillan::audit {
@@ -10,6 +12,7 @@ namespace {
 TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
   for (const std::size_t jobs : {1u, 2u, 5u}) {
     std::vector<std::size_t> order;
+    std::set<std::string> workers;
     std::string outputs;
     WorkerPool::run(
         jobs, 9,
@@ -23,8 +26,12 @@ TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
           EXPECT_EQ(output.size() >= chunk * 30000, true);
           EXPECT_EQ(output.find_first_not_of(static_cast<char>('a' + chunk)), chunk * 30000);
           EXPECT_NE(output.substr(chunk * 30000), std::to_string(getpid())) << "chunk drawn in the parent";
-        });
+          workers.insert(output.substr(chunk * 30000));
+        },
+        /*chunksPerWorker=*/2);
     EXPECT_EQ(order, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8})) << jobs << " jobs";
+    // Nine chunks, two a worker: at least five processes, whatever the number of jobs.
+    EXPECT_GE(workers.size(), 5u) << jobs << " jobs";
   }
 }
 
