@@ -160,7 +160,8 @@ class ElementCollector {
   std::vector<InspectedElement>& out_;
 };
 
-std::uint8_t unpremultiplied(std::uint32_t channel, std::uint32_t alpha) {
+// Cairo keeps colour premultiplied by alpha; the checks read straight colour.
+std::uint8_t straightChannel(std::uint32_t channel, std::uint32_t alpha) {
   return static_cast<std::uint8_t>(alpha == 0 ? 0 : (channel * 255 + alpha / 2) / alpha);
 }
 
@@ -181,8 +182,8 @@ PixelImage pictureOf(const WidgetLayout& widget, const RenderContext& context) {
     for (int x = 0; x < width; ++x) {
       const std::uint32_t argb = row[x];
       const std::uint32_t alpha = argb >> 24;
-      image.at(x, y) = {unpremultiplied((argb >> 16) & 0xFF, alpha), unpremultiplied((argb >> 8) & 0xFF, alpha),
-                        unpremultiplied(argb & 0xFF, alpha), static_cast<std::uint8_t>(alpha)};
+      image.at(x, y) = {straightChannel((argb >> 16) & 0xFF, alpha), straightChannel((argb >> 8) & 0xFF, alpha),
+                        straightChannel(argb & 0xFF, alpha), static_cast<std::uint8_t>(alpha)};
     }
   }
   cairo_surface_destroy(surface);

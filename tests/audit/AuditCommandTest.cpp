@@ -58,6 +58,7 @@ TEST_F(AuditCommandTest, EachBadOptionIsOneLineAndStatusTwo) {
       {{"--fail-on", "fatal"}, "--fail-on: unknown severity: \"fatal\""},
       {{"--jobs", "0"}, "--jobs: Value 0 not in range"},
       {{"--baseline", "/nonexistent/audit.json"}, "--baseline: cannot read: \"/nonexistent/audit.json\""},
+      {{"--baseline", QUILLAN_TEST_DATA_DIR "/audit/inside.json"}, "--baseline: not an audit.json"},
   };
   for (const auto& refusal : refusals) {
     Words words = {"audit"};
