@@ -19,5 +19,6 @@ Run addDemoCommand(CLI::App& app, HostOptions& host);
 Run addServeCommand(CLI::App& app, const HostOptions& host);
 Run addSimulateCommand(CLI::App& app, const HostOptions& host);
 Run addSnapshotCommand(CLI::App& app, const HostOptions& host);
+Run addAuditCommand(CLI::App& app, const HostOptions& host);
 
 }  // namespace quillan::cli

@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
       cli::addServeCommand(app, host),
       cli::addSimulateCommand(app, host),
       cli::addSnapshotCommand(app, host),
+      cli::addAuditCommand(app, host),
   };
   const auto environment = cli::environmentHelp(app);
   for (CLI::App* subcommand : app.get_subcommands({})) {

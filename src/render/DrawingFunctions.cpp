@@ -18,6 +18,7 @@ const DrawingFunctions& drawingFunctions() {
       .decodePNG = &decodePNG,
       .writePNG = &writePNG,
       .prepareFonts = &prepareFonts,
+      .inspectWidget = &inspectWidget,
   };
   return functions;
 }

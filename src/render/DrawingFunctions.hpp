@@ -12,6 +12,7 @@
 #include "render/PixelImage.hpp"
 #include "render/RenderContext.hpp"
 #include "render/Renderer.hpp"
+#include "render/WidgetInspection.hpp"
 #include "views/Node.hpp"
 
 namespace quillan::render {
@@ -41,6 +42,7 @@ struct DrawingFunctions {
   PixelImage (*decodePNG)(const std::vector<std::uint8_t>&);
   void (*writePNG)(const PixelImage&, const std::filesystem::path&);
   void (*prepareFonts)();
+  WidgetInspection (*inspectWidget)(const views::Node&, const RenderContext&, bool withPicture);
 };
 
 // The module's one exported function: `const DrawingFunctions* quillanDrawingFunctions()`.

@@ -24,13 +24,16 @@ void collectLinks(const LayoutBox& box, int depth, std::vector<DepthRegion>& out
 }  // namespace
 
 std::vector<HitRegion> hitRegions(const views::Node& tree, const RenderContext& context) {
-  const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
+  return hitRegionsOf(*layoutWidget(tree, context, PangoTextMeasurer::shared()), context);
+}
+
+std::vector<HitRegion> hitRegionsOf(const WidgetLayout& widget, const RenderContext& context) {
   std::vector<HitRegion> regions;
   if (linksAreTargets(context.env.family)) {
     std::vector<DepthRegion> links;
-    collectLinks(widget->content, 0, links);
+    collectLinks(widget.content, 0, links);
     std::stable_sort(links.begin(), links.end(), [](const auto& a, const auto& b) { return a.depth > b.depth; });
-    const Rect bounds{0, 0, widget->size.width, widget->size.height};
+    const Rect bounds{0, 0, widget.size.width, widget.size.height};
     for (auto& link : links) {
       Rect& r = link.region.rect;
       const double x = std::max(r.x, 0.0), y = std::max(r.y, 0.0);
@@ -38,8 +41,8 @@ std::vector<HitRegion> hitRegions(const views::Node& tree, const RenderContext& 
       if (r.width > 0 && r.height > 0) regions.push_back(std::move(link.region));
     }
   }
-  if (widget->adapted.widgetURL)
-    regions.push_back({{0, 0, widget->size.width, widget->size.height}, *widget->adapted.widgetURL});
+  if (widget.adapted.widgetURL)
+    regions.push_back({{0, 0, widget.size.width, widget.size.height}, *widget.adapted.widgetURL});
   return regions;
 }
 

@@ -26,4 +26,8 @@ struct HitRegion {
 // the whole-widget widgetURL region comes last.
 std::vector<HitRegion> hitRegions(const views::Node& tree, const RenderContext& context);
 
+struct WidgetLayout;
+// The same, for a widget already laid out in `context`.
+std::vector<HitRegion> hitRegionsOf(const WidgetLayout& widget, const RenderContext& context);
+
 }  // namespace quillan::render

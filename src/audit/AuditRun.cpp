@@ -1,0 +1,75 @@
+#include "audit/AuditRun.hpp"
+
+#include <string_view>
+
+#include "audit/AuditJsonWriter.hpp"
+#include "audit/CaseAuditor.hpp"
+#include "audit/FindingJson.hpp"
+#include "audit/ProgressLine.hpp"
+#include "audit/WorkerPool.hpp"
+
+namespace quillan::audit {
+
+namespace {
+
+// Cases a worker is handed at a time: enough that the pipe's round trip is
+// noise, few enough that both workers stay busy to the end.
+constexpr std::size_t kCasesPerChunk = 48;
+
+// A worker meets a new script's fonts with nearly every few locales, and
+// keeps each: past a few thousand cases it would outgrow 100 MB. A fresh
+// fork of the command, which drew nothing, starts small again.
+constexpr std::size_t kChunksPerWorker = 40;
+
+// A worker's answer: a line per finding, its severity's digit, a tab, its JSON.
+std::string auditedChunk(CaseAuditor& auditor, const std::vector<AuditCase>& cases, std::size_t chunk) {
+  std::string out;
+  const std::size_t end = std::min(cases.size(), (chunk + 1) * kCasesPerChunk);
+  for (std::size_t i = chunk * kCasesPerChunk; i < end; ++i) {
+    for (const auto& finding : auditor.audit(cases[i])) {
+      out += static_cast<char>('0' + static_cast<int>(finding.severity));
+      out += '\t';
+      out += findingJson(finding);
+      out += '\n';
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+bool AuditOutcome::fails(Severity failOn) const {
+  for (std::size_t severity = static_cast<std::size_t>(failOn); severity < newCounts.size(); ++severity)
+    if (newCounts[severity] > 0) return true;
+  return false;
+}
+
+AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFunctions& drawing, std::ostream& json) {
+  const auto cases = auditCases(settings.matrix);
+  const std::size_t chunks = (cases.size() + kCasesPerChunk - 1) / kCasesPerChunk;
+  AuditJsonWriter writer(json, settings.matrix);
+  ProgressLine progress(settings.progress ? *settings.progress : json, settings.progress != nullptr, cases.size());
+  CaseAuditor auditor(drawing, settings.seed, settings.thresholds);
+  std::size_t findings = 0;
+  WorkerPool::run(
+      settings.jobs, chunks, [&](std::size_t chunk) { return auditedChunk(auditor, cases, chunk); },
+      [&](std::size_t chunk, const std::string& output) {
+        std::string_view rest = output;
+        while (!rest.empty()) {
+          const auto end = rest.find('\n');
+          const std::string_view line = rest.substr(2, end - 2);
+          const auto severity = static_cast<Severity>(rest[0] - '0');
+          writer.add(line, severity, settings.baseline && settings.baseline->accepts(line));
+          if (settings.summary) settings.summary->add(line);
+          ++findings;
+          rest.remove_prefix(end + 1);
+        }
+        progress.update(std::min(cases.size(), (chunk + 1) * kCasesPerChunk), findings);
+      },
+      kChunksPerWorker);
+  progress.finish();
+  writer.finish(cases.size());
+  return {cases.size(), writer.newCounts()};
+}
+
+}  // namespace quillan::audit

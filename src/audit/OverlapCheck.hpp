@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vector>
+
+#include "audit/AuditThresholds.hpp"
+#include "audit/Finding.hpp"
+#include "render/WidgetInspection.hpp"
+
+namespace quillan::audit {
+
+// Two texts whose frames overlap. Frames include the lines' leading, so this is a hint; the
+// ink check says whether the letters themselves collide.
+std::vector<Finding> findOverlappingTexts(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+
+}  // namespace quillan::audit

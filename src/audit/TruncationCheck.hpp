@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include "audit/AuditThresholds.hpp"
+#include "audit/Finding.hpp"
+#include "render/WidgetInspection.hpp"
+
+namespace quillan::audit {
+
+// Texts cut so short that what shows no longer says what they are.
+std::vector<Finding> findHiddenPoints(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+
+}  // namespace quillan::audit

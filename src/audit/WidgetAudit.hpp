@@ -1,0 +1,16 @@
+#pragma once
+
+#include <vector>
+
+#include "audit/AuditThresholds.hpp"
+#include "audit/Finding.hpp"
+#include "render/WidgetInspection.hpp"
+
+namespace quillan::audit {
+
+// Every check on one inspected widget, in the checks' order; the pixel checks
+// run only when the inspection carries a picture. The findings name no case:
+// the caller knows it.
+std::vector<Finding> auditWidget(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+
+}  // namespace quillan::audit

@@ -1,0 +1,208 @@
+#include "audit/WorkerPool.hpp"
+
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+namespace quillan::audit {
+
+namespace {
+
+// A chunk's number going down, and a length-prefixed answer coming back.
+using ChunkNumber = std::uint64_t;
+
+bool writeAll(int fd, const void* data, std::size_t size) {
+  const auto* bytes = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t written = ::write(fd, bytes, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes += written;
+    size -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+bool readAll(int fd, void* data, std::size_t size) {
+  auto* bytes = static_cast<char*>(data);
+  while (size > 0) {
+    const ssize_t got = ::read(fd, bytes, size);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    bytes += got;
+    size -= static_cast<std::size_t>(got);
+  }
+  return true;
+}
+
+[[noreturn]] void serveChunks(int tasks, int answers, const WorkerPool::Work& work) {
+  try {
+    ChunkNumber chunk = 0;
+    while (readAll(tasks, &chunk, sizeof chunk)) {
+      const std::string output = work(static_cast<std::size_t>(chunk));
+      const std::uint64_t length = output.size();
+      if (!writeAll(answers, &length, sizeof length) || !writeAll(answers, output.data(), output.size())) _exit(1);
+    }
+    _exit(0);
+  } catch (const std::exception& error) {
+    std::cerr << "quillan-widgets: audit worker: " << error.what() << "\n";
+    _exit(1);
+  }
+}
+
+struct PoolWorker {
+  pid_t pid = -1;
+  int tasks = -1;
+  int answers = -1;
+  std::string received;  // what has come of the current answer
+  std::optional<std::size_t> chunk;
+  std::size_t served = 0;
+};
+
+std::string howItStopped(pid_t pid) {
+  int status = 0;
+  if (waitpid(pid, &status, 0) != pid) return "vanished";
+  if (WIFSIGNALED(status)) return std::string("was killed by signal ") + strsignal(WTERMSIG(status));
+  return "exited with status " + std::to_string(WEXITSTATUS(status));
+}
+
+class PoolParent {
+ public:
+  PoolParent(std::size_t chunks, const WorkerPool::Work& work, const WorkerPool::Deliver& deliver,
+             std::size_t chunksPerWorker)
+      : chunks_(chunks), work_(work), deliver_(deliver), chunksPerWorker_(chunksPerWorker) {}
+
+  void start(std::size_t jobs) {
+    for (std::size_t i = 0; i < jobs; ++i) workers_.push_back(forked());
+    for (auto& worker : workers_) handOut(worker);
+  }
+
+  void collect() {
+    while (delivered_ < chunks_) {
+      std::vector<pollfd> polled;
+      for (const auto& worker : workers_) polled.push_back({worker.chunk ? worker.answers : -1, POLLIN, 0});
+      if (poll(polled.data(), polled.size(), -1) < 0) {
+        if (errno == EINTR) continue;
+        throw std::runtime_error("audit: waiting for the workers failed");
+      }
+      for (std::size_t i = 0; i < workers_.size(); ++i)
+        if (polled[i].revents != 0) receive(workers_[i]);
+    }
+  }
+
+  void stop() {
+    for (auto& worker : workers_) {
+      if (worker.tasks >= 0) close(worker.tasks);
+      close(worker.answers);
+      int status = 0;
+      waitpid(worker.pid, &status, 0);
+    }
+    workers_.clear();
+  }
+
+ private:
+  PoolWorker forked() {
+    // What the parent printed must not be printed again by a child.
+    std::cout.flush();
+    std::cerr.flush();
+    int down[2], up[2];
+    if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the audit's workers: no pipe");
+    const pid_t pid = fork();
+    if (pid < 0) throw std::runtime_error("cannot start the audit's workers: fork failed");
+    if (pid == 0) {
+      for (const auto& worker : workers_) close(worker.tasks), close(worker.answers);
+      close(down[1]);
+      close(up[0]);
+      serveChunks(down[0], up[1], work_);
+    }
+    close(down[0]);
+    close(up[1]);
+    return {pid, down[1], up[0], {}, {}, 0};
+  }
+
+  // A worker that served its share ends (its task pipe closes) and a fresh fork takes its place.
+  void replace(PoolWorker& worker) {
+    close(worker.tasks);
+    close(worker.answers);
+    int status = 0;
+    waitpid(worker.pid, &status, 0);
+    worker.tasks = worker.answers = -1;
+    worker = forked();
+  }
+
+  void handOut(PoolWorker& worker) {
+    worker.chunk.reset();
+    if (worker.served >= chunksPerWorker_ && next_ < chunks_) replace(worker);
+    if (next_ >= chunks_) {
+      close(worker.tasks);
+      worker.tasks = -1;
+      return;
+    }
+    const ChunkNumber chunk = next_++;
+    worker.chunk = static_cast<std::size_t>(chunk);
+    if (!writeAll(worker.tasks, &chunk, sizeof chunk))
+      throw std::runtime_error("audit worker " + std::to_string(worker.pid) + " " + howItStopped(worker.pid));
+  }
+
+  void receive(PoolWorker& worker) {
+    char buffer[65536];
+    const ssize_t got = ::read(worker.answers, buffer, sizeof buffer);
+    if (got < 0 && errno == EINTR) return;
+    if (got <= 0)
+      throw std::runtime_error("audit worker " + std::to_string(worker.pid) + " " + howItStopped(worker.pid));
+    worker.received.append(buffer, static_cast<std::size_t>(got));
+    std::uint64_t length = 0;
+    if (worker.received.size() < sizeof length) return;
+    std::memcpy(&length, worker.received.data(), sizeof length);
+    if (worker.received.size() < sizeof length + length) return;
+    finished_.emplace(*worker.chunk, worker.received.substr(sizeof length, length));
+    worker.received.erase(0, sizeof length + length);
+    ++worker.served;
+    handOut(worker);
+    deliverInOrder();
+  }
+
+  void deliverInOrder() {
+    for (auto found = finished_.find(delivered_); found != finished_.end(); found = finished_.find(delivered_)) {
+      deliver_(delivered_, found->second);
+      finished_.erase(found);
+      ++delivered_;
+    }
+  }
+
+  std::size_t chunks_;
+  const WorkerPool::Work& work_;
+  const WorkerPool::Deliver& deliver_;
+  std::size_t chunksPerWorker_;
+  std::vector<PoolWorker> workers_;
+  std::size_t next_ = 0;
+  std::size_t delivered_ = 0;
+  std::map<std::size_t, std::string> finished_;
+};
+
+}  // namespace
+
+void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
+                     std::size_t chunksPerWorker) {
+  PoolParent parent(chunks, work, deliver, chunksPerWorker);
+  try {
+    parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));
+    parent.collect();
+  } catch (...) {
+    parent.stop();
+    throw;
+  }
+  parent.stop();
+}
+
+}  // namespace quillan::audit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace quillan::audit {
+
+// Work split into numbered chunks, done by a fixed set of processes forked
+// from this one (so they start with everything it has loaded: the journal's
+// connection, the drawing module, the fonts). Each worker is handed one chunk
+// at a time over a pipe and answers with the chunk's output; the parent
+// receives the outputs in chunk order, whichever worker finished first.
+struct WorkerPool {
+  using Work = std::function<std::string(std::size_t chunk)>;
+  using Deliver = std::function<void(std::size_t chunk, const std::string& output)>;
+
+  // Runs `work` for chunks 0 ... chunks - 1 in `jobs` workers (at least one)
+  // and calls `deliver` for each in order. A worker that has done
+  // `chunksPerWorker` chunks is replaced by a fresh fork: what it cached on
+  // the way (a font for each script it met) goes with it. A worker that stops
+  // before answering (a crash, a signal) is a std::runtime_error naming how it stopped.
+  static void run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
+                  std::size_t chunksPerWorker = SIZE_MAX);
+};
+
+}  // namespace quillan::audit

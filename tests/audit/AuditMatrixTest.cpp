@@ -1,0 +1,35 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "audit/AuditMatrix.hpp"
+#include "audit/GraphemeCount.hpp"
+
+namespace quillan::audit {
+namespace {
+
+TEST(AuditMatrixTest, AllMeansEveryValueAndCasesOfOneKindAndLocaleFollowEachOther) {
+  const AuditMatrix matrix{parseKinds({}), parseLocales("ar_EG,en_US"), parseDynamicTypes("all"),
+                           parseColorSchemes("all"), parseRenderingModes("all")};
+  EXPECT_EQ(matrix.kinds.size(), 5u);
+  EXPECT_EQ(matrix.dynamicTypes.size(), 12u);
+  const auto cases = auditCases(matrix);
+  ASSERT_EQ(cases.size(), 5u * 2 * 12 * 2 * 3);
+  EXPECT_EQ(cases[0].name(), "OnThisDayWidget/ar_EG/xSmall/light/fullColor");
+  EXPECT_EQ(cases[1].renderingMode, "accented");
+  EXPECT_EQ(cases[12 * 2 * 3].locale, "en_US");
+  const auto all = parseLocales("all");
+  EXPECT_GT(all.size(), 700u);
+  EXPECT_NE(std::find(all.begin(), all.end(), "he_IL"), all.end());
+}
+
+TEST(AuditMatrixTest, GraphemesAreWhatAReaderCounts) {
+  const struct {
+    const char* text;
+    std::size_t graphemes;
+  } table[] = {{"", 0}, {"Wed", 3}, {"e\xCC\x81t\xC3\xA9", 3}, {"\xF0\x9F\x87\xA9\xF0\x9F\x87\xAA!", 2}, {"金曜日", 3}};
+  for (const auto& row : table) EXPECT_EQ(graphemeCount(row.text), row.graphemes) << row.text;
+}
+
+}  // namespace
+}  // namespace quillan::audit

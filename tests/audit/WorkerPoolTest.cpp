@@ -1,0 +1,52 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <set>
+
+#include "audit/WorkerPool.hpp"
+
+namespace quillan::audit {
+namespace {
+
+TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
+  for (const std::size_t jobs : {1u, 2u, 5u}) {
+    std::vector<std::size_t> order;
+    std::set<std::string> workers;
+    std::string outputs;
+    WorkerPool::run(
+        jobs, 9,
+        [](std::size_t chunk) {
+          // Early chunks take longest, so later ones finish first.
+          usleep(static_cast<useconds_t>((9 - chunk) * 2000));
+          return std::string(chunk * 30000, static_cast<char>('a' + chunk)) + std::to_string(getpid());
+        },
+        [&](std::size_t chunk, const std::string& output) {
+          order.push_back(chunk);
+          EXPECT_EQ(output.size() >= chunk * 30000, true);
+          EXPECT_EQ(output.find_first_not_of(static_cast<char>('a' + chunk)), chunk * 30000);
+          EXPECT_NE(output.substr(chunk * 30000), std::to_string(getpid())) << "chunk drawn in the parent";
+          workers.insert(output.substr(chunk * 30000));
+        },
+        /*chunksPerWorker=*/2);
+    EXPECT_EQ(order, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8})) << jobs << " jobs";
+    // Nine chunks, two a worker: at least five processes, whatever the number of jobs.
+    EXPECT_GE(workers.size(), 5u) << jobs << " jobs";
+  }
+}
+
+TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHow) {
+  const auto crashing = [](std::size_t chunk) -> std::string {
+    if (chunk == 3) raise(SIGKILL);
+    return "ok";
+  };
+  try {
+    WorkerPool::run(2, 6, crashing, [](std::size_t, const std::string&) {});
+    FAIL() << "no error";
+  } catch (const std::runtime_error& error) {
+    EXPECT_NE(std::string(error.what()).find("killed by signal"), std::string::npos) << error.what();
+  }
+}
+
+}  // namespace
+}  // namespace quillan::audit
