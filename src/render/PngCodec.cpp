@@ -6,28 +6,13 @@
 #include <string>
 
 #include "render/CairoHandles.hpp"
+#include "render/CairoPixels.hpp"
 #include "render/PixelImage.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/Renderer.hpp"
 
 namespace quillan::render {
 namespace {
-
-// Cairo keeps premultiplied native-endian ARGB in 32-bit words.
-PixelImage::Pixel unpremultiplied(std::uint32_t word) {
-  const auto alpha = static_cast<std::uint8_t>(word >> 24);
-  if (alpha == 0) return {};
-  const auto channel = [alpha](std::uint32_t value) {
-    return static_cast<std::uint8_t>((value * 255 + alpha / 2) / alpha);
-  };
-  return {channel(word >> 16 & 0xFF), channel(word >> 8 & 0xFF), channel(word & 0xFF), alpha};
-}
-
-const std::uint32_t* row(cairo_surface_t* surface, int y) {
-  const auto* data = cairo_image_surface_get_data(surface);
-  return reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) *
-                                                           cairo_image_surface_get_stride(surface));
-}
 
 // Reads a loaded PNG; `source` names it in errors.
 PixelImage imageOf(cairo_surface_t* surface, const std::string& source) {
@@ -48,13 +33,7 @@ PixelImage imageOf(cairo_surface_t* surface, const std::string& source) {
   cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
   cairo_paint(cr);
   cairo_destroy(cr);
-  cairo_surface_flush(argb.get());
-  PixelImage image(width, height);
-  for (int y = 0; y < height; ++y) {
-    const auto* words = row(argb.get(), y);
-    for (int x = 0; x < width; ++x) image.at(x, y) = unpremultiplied(words[x]);
-  }
-  return image;
+  return straightPixelsOf(argb.get());
 }
 
 struct ByteReader {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <memory>
 
+#include "render/CairoHandles.hpp"
+#include "render/CairoPixels.hpp"
 #include "render/PangoLineDrawing.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/WidgetLayout.hpp"
@@ -160,34 +162,16 @@ class ElementCollector {
   std::vector<InspectedElement>& out_;
 };
 
-// Cairo keeps colour premultiplied by alpha; the checks read straight colour.
-std::uint8_t straightChannel(std::uint32_t channel, std::uint32_t alpha) {
-  return static_cast<std::uint8_t>(alpha == 0 ? 0 : (channel * 255 + alpha / 2) / alpha);
-}
-
 PixelImage pictureOf(const WidgetLayout& widget, const RenderContext& context) {
   const int width = static_cast<int>(std::ceil(widget.size.width * context.scale));
   const int height = static_cast<int>(std::ceil(widget.size.height * context.scale));
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
-  cairo_t* cr = cairo_create(surface);
-  cairo_scale(cr, context.scale, context.scale);
-  paintWidget(cr, widget, context);
-  cairo_destroy(cr);
-  cairo_surface_flush(surface);
-  PixelImage image(width, height);
-  const unsigned char* data = cairo_image_surface_get_data(surface);
-  const int stride = cairo_image_surface_get_stride(surface);
-  for (int y = 0; y < height; ++y) {
-    const auto* row = reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
-    for (int x = 0; x < width; ++x) {
-      const std::uint32_t argb = row[x];
-      const std::uint32_t alpha = argb >> 24;
-      image.at(x, y) = {straightChannel((argb >> 16) & 0xFF, alpha), straightChannel((argb >> 8) & 0xFF, alpha),
-                        straightChannel(argb & 0xFF, alpha), static_cast<std::uint8_t>(alpha)};
-    }
+  CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+  {
+    CairoContext cr(cairo_create(surface.get()));
+    cairo_scale(cr.get(), context.scale, context.scale);
+    paintWidget(cr.get(), widget, context);
   }
-  cairo_surface_destroy(surface);
-  return image;
+  return straightPixelsOf(surface.get());
 }
 
 }  // namespace
