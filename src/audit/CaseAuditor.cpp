@@ -1,5 +1,6 @@
 #include "audit/CaseAuditor.hpp"
 
+#include "audit/MirroringCheck.hpp"
 #include "audit/WidgetAudit.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "platform/Locale.hpp"
@@ -15,13 +16,12 @@ namespace {
 // nine times fewer pixels than the phone's own @3x.
 constexpr double kAuditPictureScale = 1;
 
-views::Environment environmentOf(const AuditCase& auditCase) {
+views::Environment environmentOf(const AuditCase& auditCase, views::LayoutDirection direction) {
   views::Environment environment;
   environment.colorScheme = views::parseColorScheme(auditCase.colorScheme);
   environment.renderingMode = views::parseRenderingMode(auditCase.renderingMode);
   environment.dynamicTypeSize = views::parseDynamicTypeSize(auditCase.dynamicType);
-  environment.layoutDirection = platform::Locale::current().isRightToLeft() ? views::LayoutDirection::rightToLeft
-                                                                            : views::LayoutDirection::leftToRight;
+  environment.layoutDirection = direction;
   return environment;
 }
 
@@ -31,7 +31,15 @@ CaseAuditor::CaseAuditor(const render::DrawingFunctions& drawing, std::uint64_t 
     : drawing_(drawing), seed_(seed), thresholds_(thresholds) {}
 
 std::vector<Finding> CaseAuditor::audit(const AuditCase& auditCase) {
-  auto findings = auditWidget(inspect(auditCase, kAuditPictureScale), thresholds_);
+  const auto inspection = inspect(auditCase, kAuditPictureScale);
+  auto findings = auditWidget(inspection, thresholds_);
+  // A right-to-left case is also laid out left to right, to see that it mirrors.
+  if (inspection.rightToLeft) {
+    const auto leftToRight = inspect(auditCase, kAuditPictureScale, views::LayoutDirection::leftToRight);
+    auto unmirrored = findUnmirroredElements(leftToRight, inspection, thresholds_);
+    findings.insert(findings.end(), std::make_move_iterator(unmirrored.begin()),
+                    std::make_move_iterator(unmirrored.end()));
+  }
   for (auto& finding : findings) finding.auditCase = auditCase;
   return findings;
 }
@@ -42,12 +50,23 @@ render::PixelImage CaseAuditor::picture(const AuditCase& auditCase, double scale
 
 render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double scale) {
   useLocale(auditCase.locale);
+  return inspect(auditCase, scale,
+                 platform::Locale::current().isRightToLeft() ? views::LayoutDirection::rightToLeft
+                                                             : views::LayoutDirection::leftToRight);
+}
+
+render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double scale,
+                                              views::LayoutDirection direction) {
+  useLocale(auditCase.locale);
   platform::RandomSource::seed(seed_);
   const auto& widget = hosting::widgetOfKind(auditCase.kind);
-  const auto context = render::makeRenderContext(environmentOf(auditCase), widget.supportedFamilies.front(),
+  const auto context = render::makeRenderContext(environmentOf(auditCase, direction), widget.supportedFamilies.front(),
                                                  render::DeviceProfile::defaultProfile(), scale);
   const auto tree = widget.content(entryDateOf(auditCase.kind), context.env);
-  return drawing_.inspectWidget(tree, context, /*withPicture=*/true);
+  // Only the case's own direction is drawn: the other layout is for its frames.
+  const bool ownDirection = (direction == views::LayoutDirection::rightToLeft) ==
+                            platform::Locale::current().isRightToLeft();
+  return drawing_.inspectWidget(tree, context, /*withPicture=*/ownDirection);
 }
 
 const platform::Date& CaseAuditor::entryDateOf(const std::string& kind) {

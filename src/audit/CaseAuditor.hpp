@@ -28,6 +28,7 @@ class CaseAuditor {
 
  private:
   render::WidgetInspection inspect(const AuditCase& auditCase, double scale);
+  render::WidgetInspection inspect(const AuditCase& auditCase, double scale, views::LayoutDirection direction);
   const platform::Date& entryDateOf(const std::string& kind);
   void useLocale(const std::string& identifier);
 

@@ -115,8 +115,8 @@ Run addAuditCommand(CLI::App& app, const HostOptions& host) {
   auto* command = app.add_subcommand(
       "audit",
       "every widget drawn in every locale, text size, colour scheme and rendering mode, and checked as a reviewer\n"
-      "would: missing glyphs, clipping, truncation that hides the point, contrast, tap targets and overlapping\n"
-      "texts (see docs/audit.md); writes DIR/audit.json and DIR/index.html; exit 0 when no new finding reaches\n"
+      "would: missing glyphs, clipping, truncation that hides the point, contrast, tap targets, mirroring in\n"
+      "right-to-left locales and overlapping texts (see docs/audit.md); writes DIR/audit.json and DIR/index.html; exit 0 when no new finding reaches\n"
       "--fail-on, 1 when one does, 2 for bad options");
   auto options = std::make_shared<AuditOptions>();
   command->add_option("--kind", options->kinds, "a widget to audit (repeatable; default: all five, see `list`)");

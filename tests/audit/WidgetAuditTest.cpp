@@ -1,8 +1,10 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 
+#include "audit/MirroringCheck.hpp"
 #include "audit/WidgetAudit.hpp"
 #include "render/DrawingFunctions.hpp"
 #include "support/FileContents.hpp"
@@ -19,12 +21,13 @@ struct SeededTree {
   double measured;       // the first finding's measurement, when there is one
 };
 
-render::WidgetInspection inspected(const SeededTree& seeded) {
-  const auto path = std::filesystem::path(QUILLAN_TEST_DATA_DIR) / "audit" / seeded.file;
+render::WidgetInspection inspected(const char* file, views::WidgetFamily family,
+                                   views::LayoutDirection direction = views::LayoutDirection::leftToRight) {
+  const auto path = std::filesystem::path(QUILLAN_TEST_DATA_DIR) / "audit" / file;
   const auto tree = views::decodeViewTree(testing::readText(path));
   views::Environment environment;
-  const auto context = render::makeRenderContext(environment, seeded.family, render::DeviceProfile::defaultProfile(),
-                                                 1);
+  environment.layoutDirection = direction;
+  const auto context = render::makeRenderContext(environment, family, render::DeviceProfile::defaultProfile(), 1);
   return render::drawingFunctions().inspectWidget(tree, context, /*withPicture=*/true);
 }
 
@@ -60,7 +63,7 @@ TEST(WidgetAuditTest, EachCheckFlagsItsSeededFaultAndLeavesTheRightTreeAlone) {
   };
   for (const auto& seeded : table) {
     SCOPED_TRACE(seeded.file);
-    const auto findings = auditWidget(inspected(seeded), {});
+    const auto findings = auditWidget(inspected(seeded.file, seeded.family), {});
     std::vector<Finding> ofCheck;
     std::copy_if(findings.begin(), findings.end(), std::back_inserter(ofCheck),
                  [&](const Finding& finding) { return finding.check == seeded.check; });
@@ -69,6 +72,26 @@ TEST(WidgetAuditTest, EachCheckFlagsItsSeededFaultAndLeavesTheRightTreeAlone) {
     EXPECT_NEAR(ofCheck.front().measured, seeded.measured, 0.01);
     EXPECT_TRUE(ofCheck.front().element.starts_with("content") || ofCheck.front().element.starts_with("q://"));
   }
+}
+
+// A view that reverses its row by hand under right to left undoes the
+// layout's own mirroring: both days and both links stay where left to right
+// has them. The same row, left to the layout, mirrors.
+TEST(WidgetAuditTest, ARightToLeftLayoutMustMirrorTheLeftToRightOne) {
+  constexpr auto medium = views::WidgetFamily::systemMedium;
+  const auto leftToRight = inspected("mirror-row.json", medium);
+  const auto mirrored = inspected("mirror-row.json", medium, views::LayoutDirection::rightToLeft);
+  EXPECT_TRUE(findUnmirroredElements(leftToRight, mirrored, {}).empty());
+  const auto reversedByHand = inspected("mirror-row-reversed.json", medium, views::LayoutDirection::rightToLeft);
+  const auto findings = findUnmirroredElements(leftToRight, reversedByHand, {});
+  std::vector<std::string> elements;
+  for (const auto& finding : findings) {
+    EXPECT_EQ(finding.check, AuditCheck::mirroring);
+    EXPECT_THAT(finding.detail, ::testing::HasSubstr("stays where the left-to-right layout has it"));
+    elements.push_back(finding.element);
+  }
+  EXPECT_THAT(elements, ::testing::UnorderedElementsAre(::testing::HasSubstr("Text"), ::testing::HasSubstr("Text"),
+                                                        "q://mon", "q://tue"));
 }
 
 }  // namespace

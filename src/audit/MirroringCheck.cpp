@@ -1,0 +1,110 @@
+#include "audit/MirroringCheck.hpp"
+
+#include <cmath>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace quillan::audit {
+
+namespace {
+
+// Texts by what they show, then by how often that text came before (two
+// "0" labels are the first "0" and the second); other elements by path. In
+// the elements' order, so findings come out in the order of the tree.
+std::vector<std::string> identitiesOf(const render::WidgetInspection& widget) {
+  std::vector<std::string> identities;
+  std::map<std::string, int> seen;
+  for (const auto& element : widget.elements) {
+    const auto base = element.isText ? "text:" + element.text : "path:" + element.path;
+    identities.push_back(base + "#" + std::to_string(seen[base]++));
+  }
+  return identities;
+}
+
+std::multimap<std::string, const render::HitRegion*> targetsByURL(const render::WidgetInspection& widget) {
+  std::multimap<std::string, const render::HitRegion*> byURL;
+  for (const auto& region : widget.hitRegions) byURL.emplace(region.url, &region);
+  return byURL;
+}
+
+render::Rect mirrorImageOf(const render::Rect& rect, double widgetWidth) {
+  return {widgetWidth - rect.x - rect.width, rect.y, rect.width, rect.height};
+}
+
+// How far `actual` sits from where the mirror image of `leftToRight` would be.
+double distanceFromMirror(const render::Rect& leftToRight, const render::Rect& actual, double widgetWidth) {
+  const auto expected = mirrorImageOf(leftToRight, widgetWidth);
+  return std::max(std::abs(expected.x - actual.x), std::abs(expected.y - actual.y));
+}
+
+std::string whereItSits(const render::Rect& leftToRight, const render::Rect& actual, double tolerance) {
+  return std::abs(leftToRight.x - actual.x) <= tolerance ? "stays where the left-to-right layout has it"
+                                                         : "is not at the mirror of its left-to-right place";
+}
+
+void findMisplacedElements(const render::WidgetInspection& leftToRight, const render::WidgetInspection& rightToLeft,
+                           const AuditThresholds& thresholds, std::vector<Finding>& findings) {
+  std::map<std::string, const render::InspectedElement*> before;
+  const auto beforeIdentities = identitiesOf(leftToRight);
+  for (std::size_t i = 0; i < beforeIdentities.size(); ++i)
+    before.emplace(beforeIdentities[i], &leftToRight.elements[i]);
+  const auto identities = identitiesOf(rightToLeft);
+  for (std::size_t i = 0; i < identities.size(); ++i) {
+    const auto& element = rightToLeft.elements[i];
+    const auto match = before.find(identities[i]);
+    // Another width is other content (text shaped the other way may differ by a hair).
+    if (match == before.end() || std::abs(match->second->frame.width - element.frame.width) > thresholds.frameTolerance)
+      continue;
+    const auto& ltrFrame = match->second->frame;
+    const double distance = distanceFromMirror(ltrFrame, element.frame, rightToLeft.size.width);
+    if (distance <= thresholds.frameTolerance) continue;
+    findings.push_back({.check = AuditCheck::mirroring,
+                        .severity = Severity::error,
+                        .element = element.path,
+                        .measured = distance,
+                        .limit = thresholds.frameTolerance,
+                        .unit = "pt from its mirrored place",
+                        .detail = (element.isText ? element.shownText + " " : std::string()) +
+                                  whereItSits(ltrFrame, element.frame, thresholds.frameTolerance),
+                        .frame = element.frame});
+  }
+}
+
+void findMisplacedTargets(const render::WidgetInspection& leftToRight, const render::WidgetInspection& rightToLeft,
+                          const AuditThresholds& thresholds, std::vector<Finding>& findings) {
+  const auto after = targetsByURL(rightToLeft);
+  for (const auto& region : leftToRight.hitRegions) {
+    const auto [first, last] = after.equal_range(region.url);
+    if (first == last) continue;
+    double nearest = INFINITY;
+    const render::HitRegion* closest = nullptr;
+    for (auto candidate = first; candidate != last; ++candidate) {
+      const double distance = distanceFromMirror(region.rect, candidate->second->rect, rightToLeft.size.width);
+      if (distance < nearest) std::tie(nearest, closest) = std::pair{distance, candidate->second};
+    }
+    if (nearest <= thresholds.frameTolerance) continue;
+    findings.push_back({.check = AuditCheck::mirroring,
+                        .severity = Severity::error,
+                        .element = region.url,
+                        .measured = nearest,
+                        .limit = thresholds.frameTolerance,
+                        .unit = "pt from its mirrored place",
+                        .detail = "tap target " + whereItSits(region.rect, closest->rect, thresholds.frameTolerance),
+                        .frame = closest->rect});
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> findUnmirroredElements(const render::WidgetInspection& leftToRight,
+                                            const render::WidgetInspection& rightToLeft,
+                                            const AuditThresholds& thresholds) {
+  std::vector<Finding> findings;
+  findMisplacedElements(leftToRight, rightToLeft, thresholds, findings);
+  findMisplacedTargets(leftToRight, rightToLeft, thresholds, findings);
+  return findings;
+}
+
+}  // namespace quillan::audit
