@@ -17,9 +17,11 @@ namespace {
 constexpr std::size_t kCasesPerChunk = 48;
 
 // A worker meets a new script's fonts with nearly every few locales, and
-// keeps each: past a few thousand cases it would outgrow 100 MB. A fresh
-// fork of the command, which drew nothing, starts small again.
+// keeps each: past a few hundred cases it would outgrow 100 MB. A fresh fork
+// of the command, which drew nothing, starts small again. One chunk adds a
+// few MB at most (it spans one or two locales).
 constexpr std::size_t kChunksPerWorker = 40;
+constexpr std::size_t kResidentBytesPerWorker = std::size_t{60} << 20;
 
 // A worker's answer: a line per finding, its severity's digit, a tab, its JSON.
 std::string auditedChunk(CaseAuditor& auditor, const std::vector<AuditCase>& cases, std::size_t chunk) {
@@ -66,7 +68,7 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
         }
         progress.update(std::min(cases.size(), (chunk + 1) * kCasesPerChunk), findings);
       },
-      kChunksPerWorker);
+      kChunksPerWorker, kResidentBytesPerWorker);
   progress.finish();
   writer.finish(cases.size());
   return {cases.size(), writer.newCounts()};

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <optional>
@@ -76,11 +77,24 @@ std::string howItStopped(pid_t pid) {
   return "exited with status " + std::to_string(WEXITSTATUS(status));
 }
 
+// What the kernel counts as the process's resident memory (0 if it is gone).
+std::size_t residentBytes(pid_t pid) {
+  std::ifstream statm("/proc/" + std::to_string(pid) + "/statm");
+  std::size_t pages = 0;
+  std::size_t resident = 0;
+  if (!(statm >> pages >> resident)) return 0;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
 class PoolParent {
  public:
   PoolParent(std::size_t chunks, const WorkerPool::Work& work, const WorkerPool::Deliver& deliver,
-             std::size_t chunksPerWorker)
-      : chunks_(chunks), work_(work), deliver_(deliver), chunksPerWorker_(chunksPerWorker) {}
+             std::size_t chunksPerWorker, std::size_t residentBytesPerWorker)
+      : chunks_(chunks),
+        work_(work),
+        deliver_(deliver),
+        chunksPerWorker_(chunksPerWorker),
+        residentBytesPerWorker_(residentBytesPerWorker) {}
 
   void start(std::size_t jobs) {
     for (std::size_t i = 0; i < jobs; ++i) workers_.push_back(forked());
@@ -142,7 +156,9 @@ class PoolParent {
 
   void handOut(PoolWorker& worker) {
     worker.chunk.reset();
-    if (worker.served >= chunksPerWorker_ && next_ < chunks_) replace(worker);
+    if (next_ < chunks_ && worker.served > 0 &&
+        (worker.served >= chunksPerWorker_ || residentBytes(worker.pid) > residentBytesPerWorker_))
+      replace(worker);
     if (next_ >= chunks_) {
       close(worker.tasks);
       worker.tasks = -1;
@@ -184,6 +200,7 @@ class PoolParent {
   const WorkerPool::Work& work_;
   const WorkerPool::Deliver& deliver_;
   std::size_t chunksPerWorker_;
+  std::size_t residentBytesPerWorker_;
   std::vector<PoolWorker> workers_;
   std::size_t next_ = 0;
   std::size_t delivered_ = 0;
@@ -193,8 +210,8 @@ class PoolParent {
 }  // namespace
 
 void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
-                     std::size_t chunksPerWorker) {
-  PoolParent parent(chunks, work, deliver, chunksPerWorker);
+                     std::size_t chunksPerWorker, std::size_t residentBytesPerWorker) {
+  PoolParent parent(chunks, work, deliver, chunksPerWorker, residentBytesPerWorker);
   try {
     parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));
     parent.collect();

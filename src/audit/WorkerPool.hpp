@@ -18,11 +18,13 @@ struct WorkerPool {
 
   // Runs `work` for chunks 0 ... chunks - 1 in `jobs` workers (at least one)
   // and calls `deliver` for each in order. A worker that has done
-  // `chunksPerWorker` chunks is replaced by a fresh fork: what it cached on
-  // the way (a font for each script it met) goes with it. A worker that stops
-  // before answering (a crash, a signal) is a std::runtime_error naming how it stopped.
+  // `chunksPerWorker` chunks, or whose resident memory has passed
+  // `residentBytesPerWorker` after a chunk, is replaced by a fresh fork: what
+  // it cached on the way (a font for each script it met) goes with it. A
+  // worker that stops before answering (a crash, a signal) is a
+  // std::runtime_error naming how it stopped.
   static void run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
-                  std::size_t chunksPerWorker = SIZE_MAX);
+                  std::size_t chunksPerWorker = SIZE_MAX, std::size_t residentBytesPerWorker = SIZE_MAX);
 };
 
 }  // namespace quillan::audit

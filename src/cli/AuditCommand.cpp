@@ -87,9 +87,10 @@ int run(const AuditOptions& options, const HostOptions& host) {
                                    .seed = host.seed.value_or(kAuditDefaultSeed),
                                    .baseline = &baseline,
                                    .progress = isatty(STDERR_FILENO) ? &std::cerr : nullptr};
-  // Loaded before the workers fork, so that they share it.
+  // The module is loaded before the workers fork, so that they share it; the
+  // fonts are not: Pango sorts fonts on threads of its own, and a fork while
+  // one of them holds fontconfig's lock leaves the worker waiting for good.
   const auto& drawing = drawingModule();
-  drawing.prepareFonts();
   if (options.json) {
     const auto outcome = audit::runAudit(settings, drawing, std::cout);
     return outcome.fails(failOn) ? 1 : 0;
@@ -116,7 +117,8 @@ Run addAuditCommand(CLI::App& app, const HostOptions& host) {
       "audit",
       "every widget drawn in every locale, text size, colour scheme and rendering mode, and checked as a reviewer\n"
       "would: missing glyphs, clipping, truncation that hides the point, contrast, tap targets, mirroring in\n"
-      "right-to-left locales and overlapping texts (see docs/audit.md); writes DIR/audit.json and DIR/index.html; exit 0 when no new finding reaches\n"
+      "right-to-left locales and overlapping texts (see docs/audit.md); writes DIR/audit.json and DIR/index.html; exit "
+      "0 when no new finding reaches\n"
       "--fail-on, 1 when one does, 2 for bad options");
   auto options = std::make_shared<AuditOptions>();
   command->add_option("--kind", options->kinds, "a widget to audit (repeatable; default: all five, see `list`)");
