@@ -48,15 +48,14 @@ render::PixelImage CaseAuditor::picture(const AuditCase& auditCase, double scale
   return std::move(*inspect(auditCase, scale).picture);
 }
 
-render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double scale) {
+render::WidgetReview CaseAuditor::inspect(const AuditCase& auditCase, double scale) {
   useLocale(auditCase.locale);
   return inspect(auditCase, scale,
                  platform::Locale::current().isRightToLeft() ? views::LayoutDirection::rightToLeft
                                                              : views::LayoutDirection::leftToRight);
 }
 
-render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double scale,
-                                              views::LayoutDirection direction) {
+render::WidgetReview CaseAuditor::inspect(const AuditCase& auditCase, double scale, views::LayoutDirection direction) {
   useLocale(auditCase.locale);
   platform::RandomSource::seed(seed_);
   const auto& widget = hosting::widgetOfKind(auditCase.kind);
@@ -66,7 +65,7 @@ render::WidgetInspection CaseAuditor::inspect(const AuditCase& auditCase, double
   // Only the case's own direction is drawn: the other layout is for its frames.
   const bool ownDirection = (direction == views::LayoutDirection::rightToLeft) ==
                             platform::Locale::current().isRightToLeft();
-  return drawing_.inspectWidget(tree, context, /*withPicture=*/ownDirection);
+  return drawing_.reviewWidget(tree, context, /*withPicture=*/ownDirection);
 }
 
 const platform::Date& CaseAuditor::entryDateOf(const std::string& kind) {

@@ -27,8 +27,8 @@ class CaseAuditor {
   render::PixelImage picture(const AuditCase& auditCase, double scale);
 
  private:
-  render::WidgetInspection inspect(const AuditCase& auditCase, double scale);
-  render::WidgetInspection inspect(const AuditCase& auditCase, double scale, views::LayoutDirection direction);
+  render::WidgetReview inspect(const AuditCase& auditCase, double scale);
+  render::WidgetReview inspect(const AuditCase& auditCase, double scale, views::LayoutDirection direction);
   const platform::Date& entryDateOf(const std::string& kind);
   void useLocale(const std::string& identifier);
 

@@ -14,7 +14,7 @@ double overhang(const render::Rect& frame, const render::Rect& bounds) {
 
 }  // namespace
 
-std::vector<Finding> findClippedElements(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
+std::vector<Finding> findClippedElements(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
   const render::Rect bounds{0, 0, widget.size.width, widget.size.height};
   std::vector<Finding> findings;
   for (const auto& element : widget.elements) {

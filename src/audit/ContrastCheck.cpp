@@ -10,7 +10,7 @@ namespace quillan::audit {
 namespace {
 
 // Large text, in WCAG's terms: 18 pt, or 14 pt and bold.
-bool isLargeText(const render::InspectedElement& element) {
+bool isLargeText(const render::ReviewedElement& element) {
   return element.fontSize >= 18 || (element.bold && element.fontSize >= 14);
 }
 
@@ -20,8 +20,8 @@ render::Rgba colorOf(const render::PixelImage::Pixel& pixel) {
 
 // What is painted behind the glyphs: the picture's pixels inside the text's
 // frame where the text itself put no ink, and the widget shows them.
-std::vector<render::Rgba> backgroundSamples(const render::WidgetInspection& widget,
-                                            const render::InspectedElement& element) {
+std::vector<render::Rgba> backgroundSamples(const render::WidgetReview& widget,
+                                            const render::ReviewedElement& element) {
   const auto& picture = *widget.picture;
   const auto& ink = *element.ink;
   const int left = std::max(0, static_cast<int>(element.frame.x * widget.scale));
@@ -47,7 +47,7 @@ render::Rgba typicalBackground(std::vector<render::Rgba>& samples) {
 
 }  // namespace
 
-std::vector<Finding> findLowContrast(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
+std::vector<Finding> findLowContrast(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
   std::vector<Finding> findings;
   if (!widget.picture) return findings;
   for (const auto& element : widget.elements) {

@@ -10,7 +10,7 @@ namespace {
 // the anti-aliased rim every glyph has.
 constexpr std::uint8_t kInkClippingCoverage = 128;
 
-std::size_t pixelsCut(const render::WidgetInspection& widget, const render::InkMask& ink) {
+std::size_t pixelsCut(const render::WidgetReview& widget, const render::InkMask& ink) {
   std::size_t cut = 0;
   for (int y = ink.top; y < ink.top + ink.height; ++y)
     for (int x = ink.left; x < ink.left + ink.width; ++x)
@@ -20,7 +20,7 @@ std::size_t pixelsCut(const render::WidgetInspection& widget, const render::InkM
 
 }  // namespace
 
-std::vector<Finding> findClippedInk(const render::WidgetInspection& widget, const AuditThresholds&) {
+std::vector<Finding> findClippedInk(const render::WidgetReview& widget, const AuditThresholds&) {
   std::vector<Finding> findings;
   for (const auto& element : widget.elements) {
     if (!element.ink) continue;

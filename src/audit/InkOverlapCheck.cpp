@@ -21,8 +21,8 @@ std::size_t sharedInkPixels(const render::InkMask& a, const render::InkMask& b) 
 
 }  // namespace
 
-std::vector<Finding> findOverlappingInk(const render::WidgetInspection& widget, const AuditThresholds&) {
-  std::vector<const render::InspectedElement*> inked;
+std::vector<Finding> findOverlappingInk(const render::WidgetReview& widget, const AuditThresholds&) {
+  std::vector<const render::ReviewedElement*> inked;
   for (const auto& element : widget.elements)
     if (element.ink && !element.ink->coverage.empty()) inked.push_back(&element);
   std::vector<Finding> findings;

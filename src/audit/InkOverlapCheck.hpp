@@ -4,11 +4,11 @@
 
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 namespace quillan::audit {
 
 // Two texts whose glyphs put ink on the same pixels: one is written over the other.
-std::vector<Finding> findOverlappingInk(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+std::vector<Finding> findOverlappingInk(const render::WidgetReview& widget, const AuditThresholds& thresholds);
 
 }  // namespace quillan::audit

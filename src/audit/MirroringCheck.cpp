@@ -13,7 +13,7 @@ namespace {
 // Texts by what they show, then by how often that text came before (two
 // "0" labels are the first "0" and the second); other elements by path. In
 // the elements' order, so findings come out in the order of the tree.
-std::vector<std::string> identitiesOf(const render::WidgetInspection& widget) {
+std::vector<std::string> identitiesOf(const render::WidgetReview& widget) {
   std::vector<std::string> identities;
   std::map<std::string, int> seen;
   for (const auto& element : widget.elements) {
@@ -23,7 +23,7 @@ std::vector<std::string> identitiesOf(const render::WidgetInspection& widget) {
   return identities;
 }
 
-std::multimap<std::string, const render::HitRegion*> targetsByURL(const render::WidgetInspection& widget) {
+std::multimap<std::string, const render::HitRegion*> targetsByURL(const render::WidgetReview& widget) {
   std::multimap<std::string, const render::HitRegion*> byURL;
   for (const auto& region : widget.hitRegions) byURL.emplace(region.url, &region);
   return byURL;
@@ -44,9 +44,9 @@ std::string whereItSits(const render::Rect& leftToRight, const render::Rect& act
                                                          : "is not at the mirror of its left-to-right place";
 }
 
-void findMisplacedElements(const render::WidgetInspection& leftToRight, const render::WidgetInspection& rightToLeft,
+void findMisplacedElements(const render::WidgetReview& leftToRight, const render::WidgetReview& rightToLeft,
                            const AuditThresholds& thresholds, std::vector<Finding>& findings) {
-  std::map<std::string, const render::InspectedElement*> before;
+  std::map<std::string, const render::ReviewedElement*> before;
   const auto beforeIdentities = identitiesOf(leftToRight);
   for (std::size_t i = 0; i < beforeIdentities.size(); ++i)
     before.emplace(beforeIdentities[i], &leftToRight.elements[i]);
@@ -72,7 +72,7 @@ void findMisplacedElements(const render::WidgetInspection& leftToRight, const re
   }
 }
 
-void findMisplacedTargets(const render::WidgetInspection& leftToRight, const render::WidgetInspection& rightToLeft,
+void findMisplacedTargets(const render::WidgetReview& leftToRight, const render::WidgetReview& rightToLeft,
                           const AuditThresholds& thresholds, std::vector<Finding>& findings) {
   const auto after = targetsByURL(rightToLeft);
   for (const auto& region : leftToRight.hitRegions) {
@@ -98,8 +98,8 @@ void findMisplacedTargets(const render::WidgetInspection& leftToRight, const ren
 
 }  // namespace
 
-std::vector<Finding> findUnmirroredElements(const render::WidgetInspection& leftToRight,
-                                            const render::WidgetInspection& rightToLeft,
+std::vector<Finding> findUnmirroredElements(const render::WidgetReview& leftToRight,
+                                            const render::WidgetReview& rightToLeft,
                                             const AuditThresholds& thresholds) {
   std::vector<Finding> findings;
   findMisplacedElements(leftToRight, rightToLeft, thresholds, findings);

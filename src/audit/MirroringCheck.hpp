@@ -4,7 +4,7 @@
 
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 namespace quillan::audit {
 
@@ -15,8 +15,7 @@ namespace quillan::audit {
 // mirroring, shows up here as texts back where the left-to-right layout has
 // them. Texts are matched by what they show (a reversed row keeps its paths
 // but not its order), other elements by their path, targets by their URL.
-std::vector<Finding> findUnmirroredElements(const render::WidgetInspection& leftToRight,
-                                            const render::WidgetInspection& rightToLeft,
-                                            const AuditThresholds& thresholds);
+std::vector<Finding> findUnmirroredElements(const render::WidgetReview& leftToRight,
+                                            const render::WidgetReview& rightToLeft, const AuditThresholds& thresholds);
 
 }  // namespace quillan::audit

@@ -2,7 +2,7 @@
 
 namespace quillan::audit {
 
-std::vector<Finding> findMissingGlyphs(const render::WidgetInspection& widget, const AuditThresholds&) {
+std::vector<Finding> findMissingGlyphs(const render::WidgetReview& widget, const AuditThresholds&) {
   std::vector<Finding> findings;
   for (const auto& element : widget.elements) {
     if (element.missingGlyphs == 0) continue;

@@ -4,11 +4,11 @@
 
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 namespace quillan::audit {
 
 // A text with glyphs no font could draw (hex boxes or blanks): the reader sees boxes.
-std::vector<Finding> findMissingGlyphs(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+std::vector<Finding> findMissingGlyphs(const render::WidgetReview& widget, const AuditThresholds& thresholds);
 
 }  // namespace quillan::audit

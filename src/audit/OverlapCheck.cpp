@@ -6,8 +6,8 @@
 
 namespace quillan::audit {
 
-std::vector<Finding> findOverlappingTexts(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
-  std::vector<const render::InspectedElement*> texts;
+std::vector<Finding> findOverlappingTexts(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
+  std::vector<const render::ReviewedElement*> texts;
   for (const auto& element : widget.elements)
     if (element.isText && !element.shownText.empty()) texts.push_back(&element);
   std::vector<Finding> findings;

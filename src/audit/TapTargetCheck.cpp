@@ -14,7 +14,7 @@ bool coversWidget(const render::HitRegion& region, const render::Size& size) {
 
 }  // namespace
 
-std::vector<Finding> findTapTargetProblems(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
+std::vector<Finding> findTapTargetProblems(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
   std::vector<Finding> findings;
   const auto& regions = widget.hitRegions;
   for (std::size_t i = 0; i < regions.size(); ++i) {

@@ -22,7 +22,7 @@ std::size_t shownGraphemes(const std::string& shown) {
 
 }  // namespace
 
-std::vector<Finding> findHiddenPoints(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
+std::vector<Finding> findHiddenPoints(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
   std::vector<Finding> findings;
   for (const auto& element : widget.elements) {
     if (!element.isText || !element.truncated) continue;

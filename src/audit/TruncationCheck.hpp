@@ -4,11 +4,11 @@
 
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 namespace quillan::audit {
 
 // Texts cut so short that what shows no longer says what they are.
-std::vector<Finding> findHiddenPoints(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+std::vector<Finding> findHiddenPoints(const render::WidgetReview& widget, const AuditThresholds& thresholds);
 
 }  // namespace quillan::audit

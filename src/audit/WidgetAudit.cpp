@@ -11,8 +11,8 @@
 
 namespace quillan::audit {
 
-std::vector<Finding> auditWidget(const render::WidgetInspection& widget, const AuditThresholds& thresholds) {
-  using Check = std::vector<Finding> (*)(const render::WidgetInspection&, const AuditThresholds&);
+std::vector<Finding> auditWidget(const render::WidgetReview& widget, const AuditThresholds& thresholds) {
+  using Check = std::vector<Finding> (*)(const render::WidgetReview&, const AuditThresholds&);
   static constexpr Check kWidgetChecks[] = {&findMissingGlyphs,    &findClippedElements, &findClippedInk,
                                             &findHiddenPoints,     &findLowContrast,     &findTapTargetProblems,
                                             &findOverlappingTexts, &findOverlappingInk};

@@ -4,13 +4,13 @@
 
 #include "audit/AuditThresholds.hpp"
 #include "audit/Finding.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 namespace quillan::audit {
 
 // Every check on one inspected widget, in the checks' order; the pixel checks
 // run only when the inspection carries a picture. The findings name no case:
 // the caller knows it.
-std::vector<Finding> auditWidget(const render::WidgetInspection& widget, const AuditThresholds& thresholds);
+std::vector<Finding> auditWidget(const render::WidgetReview& widget, const AuditThresholds& thresholds);
 
 }  // namespace quillan::audit

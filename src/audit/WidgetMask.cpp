@@ -5,7 +5,7 @@
 
 namespace quillan::audit {
 
-bool insideWidgetMask(const render::WidgetInspection& widget, int x, int y) {
+bool insideWidgetMask(const render::WidgetReview& widget, int x, int y) {
   const double px = (x + 0.5) / widget.scale;
   const double py = (y + 0.5) / widget.scale;
   const double width = widget.size.width;

@@ -18,7 +18,7 @@ const DrawingFunctions& drawingFunctions() {
       .decodePNG = &decodePNG,
       .writePNG = &writePNG,
       .prepareFonts = &prepareFonts,
-      .inspectWidget = &inspectWidget,
+      .reviewWidget = &reviewWidget,
   };
   return functions;
 }

@@ -12,7 +12,7 @@
 #include "render/PixelImage.hpp"
 #include "render/RenderContext.hpp"
 #include "render/Renderer.hpp"
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 #include "views/Node.hpp"
 
 namespace quillan::render {
@@ -42,7 +42,7 @@ struct DrawingFunctions {
   PixelImage (*decodePNG)(const std::vector<std::uint8_t>&);
   void (*writePNG)(const PixelImage&, const std::filesystem::path&);
   void (*prepareFonts)();
-  WidgetInspection (*inspectWidget)(const views::Node&, const RenderContext&, bool withPicture);
+  WidgetReview (*reviewWidget)(const views::Node&, const RenderContext&, bool withPicture);
 };
 
 // The module's one exported function: `const DrawingFunctions* quillanDrawingFunctions()`.

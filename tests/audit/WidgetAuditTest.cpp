@@ -21,14 +21,14 @@ struct SeededTree {
   double measured;       // the first finding's measurement, when there is one
 };
 
-render::WidgetInspection inspected(const char* file, views::WidgetFamily family,
-                                   views::LayoutDirection direction = views::LayoutDirection::leftToRight) {
+render::WidgetReview inspected(const char* file, views::WidgetFamily family,
+                               views::LayoutDirection direction = views::LayoutDirection::leftToRight) {
   const auto path = std::filesystem::path(QUILLAN_TEST_DATA_DIR) / "audit" / file;
   const auto tree = views::decodeViewTree(testing::readText(path));
   views::Environment environment;
   environment.layoutDirection = direction;
   const auto context = render::makeRenderContext(environment, family, render::DeviceProfile::defaultProfile(), 1);
-  return render::drawingFunctions().inspectWidget(tree, context, /*withPicture=*/true);
+  return render::drawingFunctions().reviewWidget(tree, context, /*withPicture=*/true);
 }
 
 TEST(WidgetAuditTest, EachCheckFlagsItsSeededFaultAndLeavesTheRightTreeAlone) {

@@ -7,15 +7,15 @@ namespace quillan::audit {
 namespace {
 
 TEST(WidgetMaskTest, RoundedCornersAndTheLockScreensCircleHideWhatLiesOutside) {
-  render::WidgetInspection rounded;
+  render::WidgetReview rounded;
   rounded.size = {100, 60};
   rounded.cornerRadius = 20;
   rounded.scale = 2;
-  render::WidgetInspection circle;
+  render::WidgetReview circle;
   circle.size = {76, 76};
   circle.circularMask = true;
   const struct {
-    const render::WidgetInspection& widget;
+    const render::WidgetReview& widget;
     int x, y;  // a pixel of the picture
     bool inside;
   } table[] = {

@@ -1,4 +1,4 @@
-#include "render/WidgetInspection.hpp"
+#include "render/WidgetReview.hpp"
 
 #include <cairo.h>
 
@@ -19,7 +19,7 @@ namespace {
 
 // What the walk down the box tree carries: the painter's translation and
 // opacity, and whether an accent group recolours the subtree.
-struct InspectionState {
+struct ReviewState {
   std::string path;
   Point offset = {};
   double opacity = 1;
@@ -27,7 +27,7 @@ struct InspectionState {
 };
 
 // The colour the view asks for, before a rendering mode recolours it.
-Rgba authoredColorOf(const LayoutNode& node, const InspectionState& state) {
+Rgba authoredColorOf(const LayoutNode& node, const ReviewState& state) {
   const Rgba color = node.foreground.kind == Paint::Kind::solid ? node.foreground.color
                      : node.foreground.kind == Paint::Kind::linearGradient && !node.foreground.stops.empty()
                          ? node.foreground.stops.front().color
@@ -35,7 +35,7 @@ Rgba authoredColorOf(const LayoutNode& node, const InspectionState& state) {
   return color.multipliedAlpha(state.opacity);
 }
 
-Rgba textColorOf(const LayoutNode& node, const RenderContext& context, const InspectionState& state) {
+Rgba textColorOf(const LayoutNode& node, const RenderContext& context, const ReviewState& state) {
   const Rgba authored = authoredColorOf(node, state);
   return colorForMode(authored.withAlpha(1), context.env.renderingMode, state.accent).multipliedAlpha(authored.alpha);
 }
@@ -102,10 +102,10 @@ InkMask inkOf(const TextLayout& text, Rect frame, bool rightToLeft, double scale
 class ElementCollector {
  public:
   ElementCollector(const WidgetLayout& widget, const RenderContext& context, bool withInk,
-                   std::vector<InspectedElement>& out)
+                   std::vector<ReviewedElement>& out)
       : widget_(widget), context_(context), withInk_(withInk), out_(out) {}
 
-  void collect(const LayoutBox& box, InspectionState state) {
+  void collect(const LayoutBox& box, ReviewState state) {
     const LayoutNode& node = *box.node;
     state.accent = state.accent || node.accentable;
     state.opacity *= node.opacity;
@@ -115,7 +115,7 @@ class ElementCollector {
     }
     if (showsSomething(node)) out_.push_back(elementOf(box, state));
     for (std::size_t i = 0; i < box.children.size(); ++i) {
-      InspectionState childState = state;
+      ReviewState childState = state;
       childState.path = state.path + "/" + nameOf(*box.children[i].node) + indexSuffix(box, i);
       collect(box.children[i], childState);
     }
@@ -136,9 +136,9 @@ class ElementCollector {
     return sameName > 1 ? "[" + std::to_string(index) + "]" : "";
   }
 
-  InspectedElement elementOf(const LayoutBox& box, const InspectionState& state) const {
+  ReviewedElement elementOf(const LayoutBox& box, const ReviewState& state) const {
     const LayoutNode& node = *box.node;
-    InspectedElement element;
+    ReviewedElement element;
     element.path = state.path;
     element.type = nameOf(node);
     element.frame = box.frame.offsetBy(state.offset.x, state.offset.y);
@@ -159,7 +159,7 @@ class ElementCollector {
   const WidgetLayout& widget_;
   const RenderContext& context_;
   bool withInk_;
-  std::vector<InspectedElement>& out_;
+  std::vector<ReviewedElement>& out_;
 };
 
 PixelImage pictureOf(const WidgetLayout& widget, const RenderContext& context) {
@@ -176,20 +176,20 @@ PixelImage pictureOf(const WidgetLayout& widget, const RenderContext& context) {
 
 }  // namespace
 
-WidgetInspection inspectWidget(const views::Node& tree, const RenderContext& context, bool withPicture) {
+WidgetReview reviewWidget(const views::Node& tree, const RenderContext& context, bool withPicture) {
   const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
-  WidgetInspection inspection;
-  inspection.size = widget->size;
-  inspection.rightToLeft = widget->rightToLeft;
-  inspection.circularMask = widget->circularMask;
-  inspection.cornerRadius = widget->cornerRadius;
-  inspection.scale = context.scale;
-  ElementCollector collector(*widget, context, withPicture, inspection.elements);
+  WidgetReview review;
+  review.size = widget->size;
+  review.rightToLeft = widget->rightToLeft;
+  review.circularMask = widget->circularMask;
+  review.cornerRadius = widget->cornerRadius;
+  review.scale = context.scale;
+  ElementCollector collector(*widget, context, withPicture, review.elements);
   if (widget->background) collector.collect(*widget->background, {.path = "background"});
   collector.collect(widget->content, {.path = "content"});
-  inspection.hitRegions = hitRegionsOf(*widget, context);
-  if (withPicture) inspection.picture = pictureOf(*widget, context);
-  return inspection;
+  review.hitRegions = hitRegionsOf(*widget, context);
+  if (withPicture) review.picture = pictureOf(*widget, context);
+  return review;
 }
 
 }  // namespace quillan::render

@@ -35,7 +35,7 @@ struct InkMask {
 // One drawn element of a laid-out widget, as a reviewer looks at it: where it
 // sits on the widget (offsets applied) and, for text, what it was asked to
 // show against what its lines show.
-struct InspectedElement {
+struct ReviewedElement {
   std::string path;  // node names from the widget down, "content/VStack/Text[1]"
   std::string type;
   Rect frame;
@@ -50,25 +50,25 @@ struct InspectedElement {
   // The view hides the text itself (a clear colour, opacity 0), as a weekday
   // under a check mark: there is nothing a reader should see.
   bool hidden = false;
-  std::optional<InkMask> ink;  // shown texts, when the inspection draws
+  std::optional<InkMask> ink;  // shown texts, when the review draws
 };
 
 // A widget laid out and, when asked, drawn: the elements that show something
 // (text, symbols, shapes), its tap targets, and its picture at the context's scale.
-struct WidgetInspection {
+struct WidgetReview {
   Size size;
   bool rightToLeft = false;
   // The mask that clips everything drawn: a circle, or a rectangle with these corners.
   bool circularMask = false;
   double cornerRadius = 0;
   double scale = 1;  // pixels per point of the picture and the ink masks
-  std::vector<InspectedElement> elements;
+  std::vector<ReviewedElement> elements;
   std::vector<HitRegion> hitRegions;
   std::optional<PixelImage> picture;
 };
 
 // Lays out `tree` once and answers every element of it; draws the picture
 // from that same layout when `withPicture`.
-WidgetInspection inspectWidget(const views::Node& tree, const RenderContext& context, bool withPicture);
+WidgetReview reviewWidget(const views::Node& tree, const RenderContext& context, bool withPicture);
 
 }  // namespace quillan::render
