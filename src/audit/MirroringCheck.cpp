@@ -44,6 +44,19 @@ std::string whereItSits(const render::Rect& leftToRight, const render::Rect& act
                                                          : "is not at the mirror of its left-to-right place";
 }
 
+// `what` (a text, or "tap target") at `actual`, `distance` from the mirror of `leftToRight`.
+Finding misplaced(const std::string& element, const std::string& what, const render::Rect& leftToRight,
+                  const render::Rect& actual, double distance, const AuditThresholds& thresholds) {
+  return {.check = AuditCheck::mirroring,
+          .severity = Severity::error,
+          .element = element,
+          .measured = distance,
+          .limit = thresholds.frameTolerance,
+          .unit = "pt from its mirrored place",
+          .detail = what + whereItSits(leftToRight, actual, thresholds.frameTolerance),
+          .frame = actual};
+}
+
 void findMisplacedElements(const render::WidgetReview& leftToRight, const render::WidgetReview& rightToLeft,
                            const AuditThresholds& thresholds, std::vector<Finding>& findings) {
   std::map<std::string, const render::ReviewedElement*> before;
@@ -60,15 +73,8 @@ void findMisplacedElements(const render::WidgetReview& leftToRight, const render
     const auto& ltrFrame = match->second->frame;
     const double distance = distanceFromMirror(ltrFrame, element.frame, rightToLeft.size.width);
     if (distance <= thresholds.frameTolerance) continue;
-    findings.push_back({.check = AuditCheck::mirroring,
-                        .severity = Severity::error,
-                        .element = element.path,
-                        .measured = distance,
-                        .limit = thresholds.frameTolerance,
-                        .unit = "pt from its mirrored place",
-                        .detail = (element.isText ? element.shownText + " " : std::string()) +
-                                  whereItSits(ltrFrame, element.frame, thresholds.frameTolerance),
-                        .frame = element.frame});
+    findings.push_back(misplaced(element.path, element.isText ? element.shownText + " " : std::string(), ltrFrame,
+                                 element.frame, distance, thresholds));
   }
 }
 
@@ -85,14 +91,7 @@ void findMisplacedTargets(const render::WidgetReview& leftToRight, const render:
       if (distance < nearest) std::tie(nearest, closest) = std::pair{distance, candidate->second};
     }
     if (nearest <= thresholds.frameTolerance) continue;
-    findings.push_back({.check = AuditCheck::mirroring,
-                        .severity = Severity::error,
-                        .element = region.url,
-                        .measured = nearest,
-                        .limit = thresholds.frameTolerance,
-                        .unit = "pt from its mirrored place",
-                        .detail = "tap target " + whereItSits(region.rect, closest->rect, thresholds.frameTolerance),
-                        .frame = closest->rect});
+    findings.push_back(misplaced(region.url, "tap target ", region.rect, closest->rect, nearest, thresholds));
   }
 }
 
