@@ -47,6 +47,17 @@ void prepareOutputFolder(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder, error);
   if (error || !std::filesystem::is_directory(folder))
     throw hosting::badOption("--output", "not a folder", folder.string());
+  // What the report writes is refused as a symbolic link before anything is
+  // written: writing through one would change a file elsewhere.
+  std::vector<std::filesystem::path> written{folder / "audit.json", folder / "index.html", folder / "crops"};
+  if (std::filesystem::is_directory(std::filesystem::symlink_status(folder / "crops", error))) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "crops", error))
+      written.push_back(entry.path());
+  }
+  for (const auto& path : written) {
+    if (std::filesystem::is_symlink(std::filesystem::symlink_status(path, error)))
+      throw hosting::badOption("--output", "holds a symbolic link the report would write through", path.string());
+  }
 }
 
 std::string summaryOf(const audit::AuditOutcome& outcome, bool withBaseline) {

@@ -45,6 +45,10 @@ class AuditCommandTest : public ::testing::Test {
 quillan::testing::TemporaryFolder* AuditCommandTest::journal_ = nullptr;
 
 TEST_F(AuditCommandTest, EachBadOptionIsOneLineAndStatusTwo) {
+  // A report file that links elsewhere must not be written through.
+  const quillan::testing::TemporaryFolder linked("audit-linked");
+  const auto elsewhere = linked.path() / "elsewhere";
+  std::filesystem::create_symlink(elsewhere, linked.path() / "audit.json");
   const struct {
     Words words;
     const char* message;
@@ -59,6 +63,7 @@ TEST_F(AuditCommandTest, EachBadOptionIsOneLineAndStatusTwo) {
       {{"--jobs", "0"}, "--jobs: Value 0 not in range"},
       {{"--baseline", "/nonexistent/audit.json"}, "--baseline: cannot read: \"/nonexistent/audit.json\""},
       {{"--baseline", QUILLAN_TEST_DATA_DIR "/audit/inside.json"}, "--baseline: not an audit.json"},
+      {{"--kind", "StreakWidget", "--output", linked.path().string()}, "--output: holds a symbolic link"},
   };
   for (const auto& refusal : refusals) {
     Words words = {"audit"};
@@ -69,6 +74,7 @@ TEST_F(AuditCommandTest, EachBadOptionIsOneLineAndStatusTwo) {
     EXPECT_NE(result.err.find(refusal.message), std::string::npos) << result.err;
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
   }
+  EXPECT_FALSE(std::filesystem::exists(elsewhere));
 }
 
 TEST_F(AuditCommandTest, ExitStatusTellsWhetherAnErrorWasFoundAndTheReportHoldsEveryCase) {
