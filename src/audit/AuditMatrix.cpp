@@ -78,14 +78,25 @@ std::vector<std::string> parseRenderingModes(const std::string& given) {
   return parseEnumList<views::WidgetRenderingMode>(given, "--rendering-modes", "rendering mode");
 }
 
-std::vector<AuditCase> auditCases(const AuditMatrix& matrix) {
-  std::vector<AuditCase> cases;
-  for (const auto& kind : matrix.kinds)
-    for (const auto& locale : matrix.locales)
-      for (const auto& dynamicType : matrix.dynamicTypes)
-        for (const auto& scheme : matrix.colorSchemes)
-          for (const auto& mode : matrix.renderingModes) cases.push_back({kind, locale, dynamicType, scheme, mode});
-  return cases;
+std::size_t caseCount(const AuditMatrix& matrix) {
+  return matrix.kinds.size() * matrix.locales.size() * matrix.dynamicTypes.size() * matrix.colorSchemes.size() *
+         matrix.renderingModes.size();
+}
+
+AuditCase caseAt(const AuditMatrix& matrix, std::size_t index) {
+  // The last list varies fastest: peel the index off from the end.
+  const auto next = [&index](const std::vector<std::string>& values) -> const std::string& {
+    const auto& value = values[index % values.size()];
+    index /= values.size();
+    return value;
+  };
+  AuditCase auditCase;
+  auditCase.renderingMode = next(matrix.renderingModes);
+  auditCase.colorScheme = next(matrix.colorSchemes);
+  auditCase.dynamicType = next(matrix.dynamicTypes);
+  auditCase.locale = next(matrix.locales);
+  auditCase.kind = next(matrix.kinds);
+  return auditCase;
 }
 
 }  // namespace quillan::audit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,11 @@ std::vector<std::string> parseDynamicTypes(const std::string& given);
 std::vector<std::string> parseColorSchemes(const std::string& given);
 std::vector<std::string> parseRenderingModes(const std::string& given);
 
-// Every combination, kinds varying slowest, then locales, text sizes, schemes
-// and modes: cases of one kind and locale follow each other, so what they
-// share is computed once.
-std::vector<AuditCase> auditCases(const AuditMatrix& matrix);
+// Every combination is numbered, kinds varying slowest, then locales, text
+// sizes, schemes and modes: cases of one kind and locale follow each other, so
+// what they share is computed once. Cases are made one at a time from their
+// number, as the whole matrix of them would weigh tens of megabytes.
+std::size_t caseCount(const AuditMatrix& matrix);
+AuditCase caseAt(const AuditMatrix& matrix, std::size_t index);
 
 }  // namespace quillan::audit

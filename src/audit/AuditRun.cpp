@@ -24,11 +24,11 @@ constexpr std::size_t kChunksPerWorker = 40;
 constexpr std::size_t kResidentBytesPerWorker = std::size_t{60} << 20;
 
 // A worker's answer: a line per finding, its severity's digit, a tab, its JSON.
-std::string auditedChunk(CaseAuditor& auditor, const std::vector<AuditCase>& cases, std::size_t chunk) {
+std::string auditedChunk(CaseAuditor& auditor, const AuditMatrix& matrix, std::size_t chunk) {
   std::string out;
-  const std::size_t end = std::min(cases.size(), (chunk + 1) * kCasesPerChunk);
+  const std::size_t end = std::min(caseCount(matrix), (chunk + 1) * kCasesPerChunk);
   for (std::size_t i = chunk * kCasesPerChunk; i < end; ++i) {
-    for (const auto& finding : auditor.audit(cases[i])) {
+    for (const auto& finding : auditor.audit(caseAt(matrix, i))) {
       out += static_cast<char>('0' + static_cast<int>(finding.severity));
       out += '\t';
       out += findingJson(finding);
@@ -47,14 +47,14 @@ bool AuditOutcome::fails(Severity failOn) const {
 }
 
 AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFunctions& drawing, std::ostream& json) {
-  const auto cases = auditCases(settings.matrix);
-  const std::size_t chunks = (cases.size() + kCasesPerChunk - 1) / kCasesPerChunk;
+  const std::size_t cases = caseCount(settings.matrix);
+  const std::size_t chunks = (cases + kCasesPerChunk - 1) / kCasesPerChunk;
   AuditJsonWriter writer(json, settings.matrix);
-  ProgressLine progress(settings.progress ? *settings.progress : json, settings.progress != nullptr, cases.size());
+  ProgressLine progress(settings.progress ? *settings.progress : json, settings.progress != nullptr, cases);
   CaseAuditor auditor(drawing, settings.seed, settings.thresholds);
   std::size_t findings = 0;
   WorkerPool::run(
-      settings.jobs, chunks, [&](std::size_t chunk) { return auditedChunk(auditor, cases, chunk); },
+      settings.jobs, chunks, [&](std::size_t chunk) { return auditedChunk(auditor, settings.matrix, chunk); },
       [&](std::size_t chunk, const std::string& output) {
         std::string_view rest = output;
         while (!rest.empty()) {
@@ -66,12 +66,12 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
           ++findings;
           rest.remove_prefix(end + 1);
         }
-        progress.update(std::min(cases.size(), (chunk + 1) * kCasesPerChunk), findings);
+        progress.update(std::min(cases, (chunk + 1) * kCasesPerChunk), findings);
       },
       kChunksPerWorker, kResidentBytesPerWorker);
   progress.finish();
-  writer.finish(cases.size());
-  return {cases.size(), writer.newCounts()};
+  writer.finish(cases);
+  return {cases, writer.newCounts()};
 }
 
 }  // namespace quillan::audit

@@ -13,11 +13,12 @@ TEST(AuditMatrixTest, AllMeansEveryValueAndCasesOfOneKindAndLocaleFollowEachOthe
                            parseColorSchemes("all"), parseRenderingModes("all")};
   EXPECT_EQ(matrix.kinds.size(), 5u);
   EXPECT_EQ(matrix.dynamicTypes.size(), 12u);
-  const auto cases = auditCases(matrix);
-  ASSERT_EQ(cases.size(), 5u * 2 * 12 * 2 * 3);
-  EXPECT_EQ(cases[0].name(), "OnThisDayWidget/ar_EG/xSmall/light/fullColor");
-  EXPECT_EQ(cases[1].renderingMode, "accented");
-  EXPECT_EQ(cases[12 * 2 * 3].locale, "en_US");
+  ASSERT_EQ(caseCount(matrix), 5u * 2 * 12 * 2 * 3);
+  EXPECT_EQ(caseAt(matrix, 0).name(), "OnThisDayWidget/ar_EG/xSmall/light/fullColor");
+  EXPECT_EQ(caseAt(matrix, 1).renderingMode, "accented");
+  EXPECT_EQ(caseAt(matrix, 3).colorScheme, "dark");
+  EXPECT_EQ(caseAt(matrix, 12 * 2 * 3).locale, "en_US");
+  EXPECT_EQ(caseAt(matrix, caseCount(matrix) - 1).name(), "ComposeButtonLockScreen/en_US/accessibility5/dark/vibrant");
   const auto all = parseLocales("all");
   EXPECT_GT(all.size(), 700u);
   EXPECT_NE(std::find(all.begin(), all.end(), "he_IL"), all.end());
