@@ -249,18 +249,6 @@ TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& l
   return shaped;
 }
 
-void PangoTextMeasurer::expectFonts(const std::vector<FontDescription>& fonts) const {
-  Impl& pango = engine();
-  PangoLanguage* language = pango_language_from_string(platform::Locale::current().languageTag().c_str());
-  for (const auto& font : fonts) {
-    PangoFontDescription* desc = describe(font);
-    // The font map keeps the fontset, so the layouts that follow find it.
-    if (PangoFontset* fontset = pango_font_map_load_fontset(pango.fontMap.get(), pango.context.get(), desc, language))
-      g_object_unref(fontset);
-    pango_font_description_free(desc);
-  }
-}
-
 std::size_t PangoTextMeasurer::missingGlyphs(const StyledText& runs) const {
   return missingGlyphCount(engine().layoutFor(wellFormed(runs), platform::Locale::current().languageTag()).get());
 }

@@ -29,10 +29,6 @@ class PangoTextMeasurer final : public TextMeasurer {
   // Laid out by Pango itself (see TextLayout's `shaped`); one layout per
   // text, locale and limits, kept for drawing and hit testing.
   TextLayout layout(const StyledText& runs, const TextLimits& limits) const override;
-  // Pango sorts the installed fonts for each face on threads of its own and
-  // makes the first text set in it wait: asking for every face first lets the
-  // sorts run side by side while the widget is laid out.
-  void expectFonts(const std::vector<FontDescription>& fonts) const override;
   // How many characters of `runs` no installed font has a glyph for (each
   // would draw as a box).
   std::size_t missingGlyphs(const StyledText& runs) const;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "render/FontDescription.hpp"
 #include "render/ShownTextBound.hpp"
 #include "render/StyledRun.hpp"
@@ -29,9 +27,6 @@ class TextMeasurer {
   // `runs` broken into lines for `limits`. Unless a measurer lays out whole
   // paragraphs itself, this is the greedy word wrap of layoutText over width().
   virtual TextLayout layout(const StyledText& runs, const TextLimits& limits) const;
-  // Told every font a widget's texts use before any is laid out, a measurer
-  // that finds its fonts slowly may start finding them all at once.
-  virtual void expectFonts(const std::vector<FontDescription>& /*fonts*/) const {}
 };
 
 }  // namespace quillan::render

@@ -1,8 +1,6 @@
 #include "render/WidgetLayout.hpp"
 
-#include <algorithm>
 #include <memory>
-#include <vector>
 
 #include "render/Layout.hpp"
 #include "render/Renderer.hpp"
@@ -30,19 +28,6 @@ void mirror(LayoutBox& box, double width) {
   for (auto& child : box.children) mirror(child, width);
 }
 
-void collectFonts(const LayoutNode& node, std::vector<FontDescription>& fonts) {
-  for (const auto& run : node.text)
-    if (std::find(fonts.begin(), fonts.end(), run.font) == fonts.end()) fonts.push_back(run.font);
-  for (const auto& child : node.children) collectFonts(child, fonts);
-}
-
-std::vector<FontDescription> fontsOf(const AdaptedWidget& adapted) {
-  std::vector<FontDescription> fonts;
-  collectFonts(adapted.content, fonts);
-  if (adapted.containerBackground) collectFonts(*adapted.containerBackground, fonts);
-  return fonts;
-}
-
 }  // namespace
 
 std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const RenderContext& context,
@@ -68,7 +53,6 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
                                                    : constants::kAccessoryContentMargin;
   // Positions snap to the phone's pixel grid, whatever scale the output is drawn at,
   // so that every output and every tap sees the same geometry.
-  measurer.expectFonts(fontsOf(widget->adapted));
   LayoutEngine engine(measurer, context.device.scale);
   const Size full = widget->size;
   const LayoutNode* background = widget->adapted.containerBackground ? &*widget->adapted.containerBackground
