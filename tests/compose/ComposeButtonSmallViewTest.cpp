@@ -4,11 +4,10 @@
 #include "compose/ComposeButtonWidget.hpp"
 #include "compose/TodayCheck.hpp"
 #include "platform/RandomSource.hpp"
+#include "support/GoldenQuestion.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
 
 namespace quillan::compose {
 namespace {
@@ -16,7 +15,6 @@ namespace {
 using testing::ProcessEnvironment;
 using testing::TestJournal;
 using views::Environment;
-using Json = nlohmann::ordered_json;
 
 class ComposeButton : public ::testing::Test {
  protected:
@@ -32,20 +30,10 @@ class ComposeButton : public ::testing::Test {
     environment.renderingMode = mode;
     return environment;
   }
-  static Json tree(bool sep, const Environment& environment) {
-    return views::toJson(ComposeButtonSmallView(environment, composeButtonWidgetPrompts(), sep).body(environment));
-  }
-  // The VStack inside the AnyView, with its modifiers.
-  static Json content(const Json& tree) { return tree["children"][0]; }
-  static const Json* modifier(const Json& node, const std::string& name) {
-    for (const auto& modifier : node["modifiers"]) {
-      if (modifier["modifier"] == name) return &modifier;
-    }
-    return nullptr;
-  }
-  static std::string gradientBase(const Json& node) {
-    const auto* background = modifier(node, "containerBackground");
-    return (*background)["content"]["stops"][0]["color"];
+  // The prompt is drawn afresh, from the same seed, for every tree.
+  static views::Node drawn(const Environment& environment, std::optional<std::ptrdiff_t> knownCount = std::nullopt) {
+    platform::RandomSource::seed(1);
+    return ComposeButtonSmallView(environment, composeButtonWidgetPrompts(), false, knownCount).body(environment);
   }
 };
 
@@ -66,45 +54,31 @@ TEST_F(ComposeButton, TodayIsTheLocalCalendarDay) {
 
 TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
   ProcessEnvironment environment("2026-11-22T12:00:00Z", "UTC");
-  const auto env = ComposeButton::environment(17);
-  const auto colored = [&](std::optional<std::ptrdiff_t> known) {
-    return gradientBase(content(views::toJson(
-        ComposeButtonSmallView(env, composeButtonWidgetPrompts(), /*isSeperateWidget=*/false, known).body(env))));
-  };
+  const auto env = this->environment(17);
+  const auto orange = drawn(env);
   // Nothing written today: only a given count makes it grey.
-  EXPECT_EQ(colored(2), "gray");
-  EXPECT_EQ(colored(std::nullopt), "orange");
+  const auto givenTwo = drawn(env, 2);
   TestJournal::shared().addNote("2026-11-22T08:00:00Z");
-  EXPECT_EQ(colored(std::nullopt), "gray");
+  const auto grey = drawn(env);
+  EXPECT_NE(grey, orange);
+  EXPECT_EQ(givenTwo, grey);
   // A given count is taken as it is; the journal is not read again.
-  EXPECT_EQ(colored(0), "orange");
+  EXPECT_EQ(drawn(env, 0), orange);
 }
 
 // The stand-alone widget on either side of platform 17 (which moved the
-// gradient into the container), orange and grey; the embedded variant is in
-// the golden trees of the on-this-day medium widget.
+// gradient into the container), orange and grey, and its icon leading in
+// vibrant rendering; the embedded variant is in the golden trees of the
+// on-this-day medium widget.
 TEST_F(ComposeButton, StandAloneWidgetMatchesTheGoldenTrees) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  for (const int major : {16, 17}) {
-    for (const bool writtenToday : {false, true}) {
-      TestJournal::shared().clear();
-      if (writtenToday) TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
-      platform::RandomSource::seed(1);
-      const auto whole = ComposeButtonWidgetEntryView({platform::Clock::now()}).body(this->environment(major));
-      views::testing::expectGoldenTree(whole, "compose_button_" + std::to_string(major) +
-                                                  (writtenToday ? "_grey.json" : "_orange.json"));
-    }
-  }
-}
-
-TEST_F(ComposeButton, IconSitsTrailingExceptInVibrantRendering) {
-  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  const auto row = [&](views::WidgetRenderingMode mode) {
-    return content(tree(true, this->environment(17, mode)))["children"][2]["children"];
-  };
-  EXPECT_EQ(row(views::WidgetRenderingMode::vibrant)[0]["systemName"], "square.and.pencil");
-  EXPECT_EQ(row(views::WidgetRenderingMode::vibrant)[1]["type"], "Spacer");
-  EXPECT_EQ(row(views::WidgetRenderingMode::accented)[1]["systemName"], "square.and.pencil");
+  quillan::testing::forEachCase("compose_button_trees.txt", [this](const std::vector<std::string>& cells) {
+    TestJournal::shared().clear();
+    if (cells[3] == "written today") TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
+    platform::RandomSource::seed(1);
+    const auto env = this->environment(std::stoi(cells[1]), views::parseRenderingMode(cells[2]));
+    views::testing::expectGoldenTree(ComposeButtonWidgetEntryView({platform::Clock::now()}).body(env), cells[0]);
+  });
 }
 
 TEST(TodayCheckDeathTest, NoteWithoutDateStops) {
