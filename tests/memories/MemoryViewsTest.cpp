@@ -73,44 +73,43 @@ platform::TextRun run(std::string text, bool bold = false) {
   return {std::move(text), bold, false, false, false, std::nullopt};
 }
 
-TEST_F(MemoryViews, TextThatIsNotUtf8IsLoggedAndDrawnPlain) {
+// A note's text is read as Markdown only at its start and kept whole; one that
+// cannot be read is logged and drawn plain, an absent one drawn empty.
+TEST_F(MemoryViews, NoteTextIsStyledWhereItCanBeAndKeptWhole) {
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
   std::vector<std::string> log;
   platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
   const std::string broken = "caf\xE9 **menu**";
-  journal.addNote("2025-11-16T09:00:00Z", broken);
-
-  const auto panel = smallPanel(drawSmall());
-  const auto& note = textOf(noteTextNode(panel));
-  EXPECT_EQ(note.text, broken);
-  EXPECT_EQ(note.runs, std::vector<platform::TextRun>{run(broken)});
-  ASSERT_FALSE(log.empty());
-  EXPECT_EQ(log.front(), "Couldn't parse:  " + std::string(platform::kMarkdownParseErrorDescription));
-}
-
-TEST_F(MemoryViews, AHugeNoteIsStyledOnlyAtItsStartAndKeptWhole) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  // Whole, these stars would make the "x" bold; read only at the start they
-  // stay as typed, and nothing of the note is lost.
+  // Whole, these stars would make the "x" bold.
   const std::string stars(500'000, '*');
   const std::string tail = " day " + stars + "x" + stars;
-  journal.addNote("2025-11-16T09:00:00Z", "**Long**" + tail);
-
-  const auto panel = smallPanel(drawSmall());
-  const auto& note = textOf(noteTextNode(panel));
-  EXPECT_EQ(note.runs, (std::vector<platform::TextRun>{run("Long", true), run(tail)}));
-}
-
-TEST_F(MemoryViews, AbsentTextDrawsEmptyAndAbsentDateIsNotReached) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  std::vector<std::string> log;
-  platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
+  struct Case {
+    const char* name;
+    std::optional<std::string> note;
+    std::vector<platform::TextRun> runs;
+    std::vector<std::string> log;
+  };
+  const Case cases[] = {
+      {"not UTF-8",
+       broken,
+       {run(broken)},
+       {"Couldn't parse:  " + std::string(platform::kMarkdownParseErrorDescription)}},
+      {"huge", "**Long**" + tail, {run("Long", true), run(tail)}, {}},
+      {"absent", std::nullopt, {}, {}},
+  };
+  for (const auto& c : cases) {
+    journal.clear();
+    log.clear();
+    journal.addNote(std::string("2025-11-16T09:00:00Z"), c.note);
+    const auto panel = smallPanel(drawSmall());
+    std::string shown;
+    for (const auto& expected : c.runs) shown += expected.text;
+    EXPECT_EQ(textOf(noteTextNode(panel)).text, shown) << c.name;
+    EXPECT_EQ(textOf(noteTextNode(panel)).runs, c.runs) << c.name;
+    EXPECT_EQ(textOf(yearText(panel)).text, "2025") << c.name;
+    EXPECT_EQ(log, c.log) << c.name;
+  }
   EXPECT_EQ(noteText(std::nullopt).plainText(), "");
-  journal.addNote(std::string("2025-11-16T09:00:00Z"), std::nullopt);
-  const auto panel = smallPanel(drawSmall());
-  EXPECT_EQ(textOf(noteTextNode(panel)).text, "");
-  EXPECT_EQ(textOf(yearText(panel)).text, "2025");
-  EXPECT_TRUE(log.empty());
 }
 
 // Date labels use the locale's own month names and the calendar's own year.
