@@ -84,9 +84,6 @@ inline LayoutNode padding(LayoutNode child, EdgeInsets insets) {
 class FakeMetricsLayout : public ::testing::Test {
  protected:
   FakeTextMeasurer measurer{10.0, 20.0};
-  LayoutEngine engine{measurer, 1.0};
-
-  LayoutBox run(const LayoutNode& node, Size proposal) { return engine.layout(node, ProposedSize::of(proposal)); }
 };
 
 }  // namespace quillan::render::testing
