@@ -2,6 +2,7 @@
 
 #include "compose/ComposeButtonSmallView.hpp"
 #include "compose/ComposeButtonWidget.hpp"
+#include "compose/ComposeLockScreenWidget.hpp"
 #include "compose/TodayCheck.hpp"
 #include "platform/RandomSource.hpp"
 #include "support/GoldenQuestion.hpp"
@@ -51,18 +52,23 @@ TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
   EXPECT_EQ(drawn(env, 0), orange);
 }
 
-// The stand-alone widget on either side of platform 17 (which moved the
-// gradient into the container), orange and grey, and its icon leading in
-// vibrant rendering; the embedded variant is in the golden trees of the
-// on-this-day medium widget.
-TEST_F(ComposeButton, StandAloneWidgetMatchesTheGoldenTrees) {
+// The stand-alone widgets on either side of platform 17 (which moved the
+// gradient and the lock screen's background into the container): the button
+// orange and grey, its icon leading in vibrant rendering, and the lock screen's
+// symbol filling its circular slot. The embedded button is in the golden trees
+// of the on-this-day medium widget.
+TEST_F(ComposeButton, StandAloneWidgetsMatchTheGoldenTrees) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
   quillan::testing::forEachCase("compose_button_trees.txt", [this](const std::vector<std::string>& cells) {
     TestJournal::shared().clear();
     if (cells[3] == "written today") TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
     platform::RandomSource::seed(1);
-    const auto env = this->environment(std::stoi(cells[1]), views::parseRenderingMode(cells[2]));
-    views::testing::expectGoldenTree(ComposeButtonWidgetEntryView({platform::Clock::now()}).body(env), cells[0]);
+    auto env = this->environment(std::stoi(cells[1]), views::parseRenderingMode(cells[2]));
+    if (cells.at(4) == "lock screen") env.family = views::WidgetFamily::accessoryCircular;
+    views::testing::expectGoldenTree(env.family == views::WidgetFamily::accessoryCircular
+                                         ? ComposeLockScreenWidgetEntryView({platform::Clock::now()}).body(env)
+                                         : ComposeButtonWidgetEntryView({platform::Clock::now()}).body(env),
+                                     cells[0]);
   });
 }
 
