@@ -1,4 +1,4 @@
-#include "audit/WorkerPool.hpp"
+#include "hosting/WorkerPool.hpp"
 
 #include <poll.h>
 #include <sys/wait.h>
@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace quillan::audit {
+namespace quillan::hosting {
 
 namespace {
 
@@ -46,7 +46,7 @@ bool readAll(int fd, void* data, std::size_t size) {
   return true;
 }
 
-[[noreturn]] void serveChunks(int tasks, int answers, const WorkerPool::Work& work) {
+[[noreturn]] void serveChunks(const std::string& name, int tasks, int answers, const WorkerPool::Work& work) {
   try {
     ChunkNumber chunk = 0;
     while (readAll(tasks, &chunk, sizeof chunk)) {
@@ -56,7 +56,7 @@ bool readAll(int fd, void* data, std::size_t size) {
     }
     _exit(0);
   } catch (const std::exception& error) {
-    std::cerr << "quillan-widgets: audit worker: " << error.what() << "\n";
+    std::cerr << "quillan-widgets: " << name << " worker: " << error.what() << "\n";
     _exit(1);
   }
 }
@@ -70,11 +70,17 @@ struct PoolWorker {
   std::size_t served = 0;
 };
 
-std::string howItStopped(pid_t pid) {
+// The waitpid status of a worker that is gone, or nothing if it vanished.
+std::optional<int> statusOnceStopped(pid_t pid) {
   int status = 0;
-  if (waitpid(pid, &status, 0) != pid) return "vanished";
-  if (WIFSIGNALED(status)) return std::string("was killed by signal ") + strsignal(WTERMSIG(status));
-  return "exited with status " + std::to_string(WEXITSTATUS(status));
+  if (waitpid(pid, &status, 0) != pid) return std::nullopt;
+  return status;
+}
+
+std::string howItStopped(std::optional<int> status) {
+  if (!status) return "vanished";
+  if (WIFSIGNALED(*status)) return std::string("was killed by signal ") + strsignal(WTERMSIG(*status));
+  return "exited with status " + std::to_string(WEXITSTATUS(*status));
 }
 
 // What the kernel counts as the process's resident memory (0 if it is gone).
@@ -88,9 +94,10 @@ std::size_t residentBytes(pid_t pid) {
 
 class PoolParent {
  public:
-  PoolParent(std::size_t chunks, const WorkerPool::Work& work, const WorkerPool::Deliver& deliver,
-             std::size_t chunksPerWorker, std::size_t residentBytesPerWorker)
-      : chunks_(chunks),
+  PoolParent(const std::string& name, std::size_t chunks, const WorkerPool::Work& work,
+             const WorkerPool::Deliver& deliver, std::size_t chunksPerWorker, std::size_t residentBytesPerWorker)
+      : name_(name),
+        chunks_(chunks),
         work_(work),
         deliver_(deliver),
         chunksPerWorker_(chunksPerWorker),
@@ -102,20 +109,22 @@ class PoolParent {
   }
 
   void collect() {
-    while (delivered_ < chunks_) {
+    while (delivered_ < (stopped_ ? stopped_->chunk : chunks_)) {
       std::vector<pollfd> polled;
       for (const auto& worker : workers_) polled.push_back({worker.chunk ? worker.answers : -1, POLLIN, 0});
       if (poll(polled.data(), polled.size(), -1) < 0) {
         if (errno == EINTR) continue;
-        throw std::runtime_error("audit: waiting for the workers failed");
+        throw std::runtime_error(name_ + ": waiting for the workers failed");
       }
       for (std::size_t i = 0; i < workers_.size(); ++i)
         if (polled[i].revents != 0) receive(workers_[i]);
     }
+    if (stopped_) throw WorkerStopped(stopped_->message, stopped_->waitStatus);
   }
 
   void stop() {
     for (auto& worker : workers_) {
+      if (worker.pid < 0) continue;
       if (worker.tasks >= 0) close(worker.tasks);
       close(worker.answers);
       int status = 0;
@@ -130,14 +139,15 @@ class PoolParent {
     std::cout.flush();
     std::cerr.flush();
     int down[2], up[2];
-    if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the audit's workers: no pipe");
+    if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the " + name_ + "'s workers: no pipe");
     const pid_t pid = fork();
-    if (pid < 0) throw std::runtime_error("cannot start the audit's workers: fork failed");
+    if (pid < 0) throw std::runtime_error("cannot start the " + name_ + "'s workers: fork failed");
     if (pid == 0) {
-      for (const auto& worker : workers_) close(worker.tasks), close(worker.answers);
+      for (const auto& worker : workers_)
+        if (worker.pid >= 0) close(worker.tasks), close(worker.answers);
       close(down[1]);
       close(up[0]);
-      serveChunks(down[0], up[1], work_);
+      serveChunks(name_, down[0], up[1], work_);
     }
     close(down[0]);
     close(up[1]);
@@ -156,26 +166,24 @@ class PoolParent {
 
   void handOut(PoolWorker& worker) {
     worker.chunk.reset();
-    if (next_ < chunks_ && worker.served > 0 &&
+    if (next_ < chunks_ && !stopped_ && worker.served > 0 &&
         (worker.served >= chunksPerWorker_ || residentBytes(worker.pid) > residentBytesPerWorker_))
       replace(worker);
-    if (next_ >= chunks_) {
+    if (next_ >= chunks_ || stopped_) {
       close(worker.tasks);
       worker.tasks = -1;
       return;
     }
     const ChunkNumber chunk = next_++;
     worker.chunk = static_cast<std::size_t>(chunk);
-    if (!writeAll(worker.tasks, &chunk, sizeof chunk))
-      throw std::runtime_error("audit worker " + std::to_string(worker.pid) + " " + howItStopped(worker.pid));
+    if (!writeAll(worker.tasks, &chunk, sizeof chunk)) noteStopped(worker);
   }
 
   void receive(PoolWorker& worker) {
     char buffer[65536];
     const ssize_t got = ::read(worker.answers, buffer, sizeof buffer);
     if (got < 0 && errno == EINTR) return;
-    if (got <= 0)
-      throw std::runtime_error("audit worker " + std::to_string(worker.pid) + " " + howItStopped(worker.pid));
+    if (got <= 0) return noteStopped(worker);
     worker.received.append(buffer, static_cast<std::size_t>(got));
     std::uint64_t length = 0;
     if (worker.received.size() < sizeof length) return;
@@ -188,6 +196,21 @@ class PoolParent {
     deliverInOrder();
   }
 
+  // Chunks handed out before the stopped worker's go on to be delivered; no
+  // new one is handed out, and the earliest chunk whose worker stopped is
+  // the one reported.
+  void noteStopped(PoolWorker& worker) {
+    const auto status = statusOnceStopped(worker.pid);
+    const std::size_t chunk = *worker.chunk;
+    if (!stopped_ || chunk < stopped_->chunk) {
+      stopped_ = Stopped{chunk, name_ + " worker " + std::to_string(worker.pid) + " " + howItStopped(status),
+                         status.value_or(0)};
+    }
+    if (worker.tasks >= 0) close(worker.tasks);
+    close(worker.answers);
+    worker = PoolWorker{};
+  }
+
   void deliverInOrder() {
     for (auto found = finished_.find(delivered_); found != finished_.end(); found = finished_.find(delivered_)) {
       deliver_(delivered_, found->second);
@@ -196,6 +219,13 @@ class PoolParent {
     }
   }
 
+  struct Stopped {
+    std::size_t chunk;
+    std::string message;
+    int waitStatus;
+  };
+
+  const std::string& name_;
   std::size_t chunks_;
   const WorkerPool::Work& work_;
   const WorkerPool::Deliver& deliver_;
@@ -205,13 +235,14 @@ class PoolParent {
   std::size_t next_ = 0;
   std::size_t delivered_ = 0;
   std::map<std::size_t, std::string> finished_;
+  std::optional<Stopped> stopped_;
 };
 
 }  // namespace
 
-void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, const Deliver& deliver,
-                     std::size_t chunksPerWorker, std::size_t residentBytesPerWorker) {
-  PoolParent parent(chunks, work, deliver, chunksPerWorker, residentBytesPerWorker);
+void WorkerPool::run(const std::string& name, std::size_t jobs, std::size_t chunks, const Work& work,
+                     const Deliver& deliver, std::size_t chunksPerWorker, std::size_t residentBytesPerWorker) {
+  PoolParent parent(name, chunks, work, deliver, chunksPerWorker, residentBytesPerWorker);
   try {
     parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));
     parent.collect();
@@ -222,4 +253,4 @@ void WorkerPool::run(std::size_t jobs, std::size_t chunks, const Work& work, con
   parent.stop();
 }
 
-}  // namespace quillan::audit
+}  // namespace quillan::hosting

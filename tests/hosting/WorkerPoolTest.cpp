@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <set>
 
-#include "audit/WorkerPool.hpp"
+#include "hosting/WorkerPool.hpp"
 
-namespace quillan::audit {
+namespace quillan::hosting {
 namespace {
 
 TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
@@ -15,7 +16,7 @@ TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
     std::set<std::string> workers;
     std::string outputs;
     WorkerPool::run(
-        jobs, 9,
+        "test", jobs, 9,
         [](std::size_t chunk) {
           // Early chunks take longest, so later ones finish first.
           usleep(static_cast<useconds_t>((9 - chunk) * 2000));
@@ -35,18 +36,24 @@ TEST(WorkerPoolTest, ChunksArriveInOrderWhateverWorkerFinishesFirst) {
   }
 }
 
-TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHow) {
+TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreDelivered) {
   const auto crashing = [](std::size_t chunk) -> std::string {
+    // The other worker is still on chunk 1 when chunk 3 kills its own.
+    if (chunk == 1) usleep(200000);
     if (chunk == 3) raise(SIGKILL);
     return "ok";
   };
+  std::vector<std::size_t> delivered;
   try {
-    WorkerPool::run(2, 6, crashing, [](std::size_t, const std::string&) {});
+    WorkerPool::run("test", 2, 6, crashing, [&](std::size_t chunk, const std::string&) { delivered.push_back(chunk); });
     FAIL() << "no error";
-  } catch (const std::runtime_error& error) {
+  } catch (const WorkerStopped& error) {
+    EXPECT_NE(std::string(error.what()).find("test worker"), std::string::npos) << error.what();
     EXPECT_NE(std::string(error.what()).find("killed by signal"), std::string::npos) << error.what();
+    EXPECT_TRUE(WIFSIGNALED(error.waitStatus) && WTERMSIG(error.waitStatus) == SIGKILL);
   }
+  EXPECT_EQ(delivered, (std::vector<std::size_t>{0, 1, 2}));
 }
 
 }  // namespace
-}  // namespace quillan::audit
+}  // namespace quillan::hosting
