@@ -119,7 +119,7 @@ class PoolParent {
       for (std::size_t i = 0; i < workers_.size(); ++i)
         if (polled[i].revents != 0) receive(workers_[i]);
     }
-    if (stopped_) throw WorkerStopped(stopped_->message, stopped_->waitStatus);
+    if (stopped_) throw WorkerStopped(stopped_->message, stopped_->waitStatus, stopped_->chunk);
   }
 
   void stop() {

@@ -9,11 +9,13 @@
 namespace quillan::hosting {
 
 // A worker that stopped before answering (a crash, a signal): the message
-// names how, `waitStatus` is what waitpid said of it.
+// names how, `waitStatus` is what waitpid said of it, `chunk` what it was on.
 class WorkerStopped : public std::runtime_error {
  public:
-  WorkerStopped(const std::string& message, int waitStatus) : std::runtime_error(message), waitStatus(waitStatus) {}
+  WorkerStopped(const std::string& message, int waitStatus, std::size_t chunk)
+      : std::runtime_error(message), waitStatus(waitStatus), chunk(chunk) {}
   int waitStatus;
+  std::size_t chunk;
 };
 
 // Work split into numbered chunks, done by a fixed set of processes forked

@@ -51,6 +51,7 @@ TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreD
     EXPECT_NE(std::string(error.what()).find("test worker"), std::string::npos) << error.what();
     EXPECT_NE(std::string(error.what()).find("killed by signal"), std::string::npos) << error.what();
     EXPECT_TRUE(WIFSIGNALED(error.waitStatus) && WTERMSIG(error.waitStatus) == SIGKILL);
+    EXPECT_EQ(error.chunk, 3u);
   }
   EXPECT_EQ(delivered, (std::vector<std::size_t>{0, 1, 2}));
 }
