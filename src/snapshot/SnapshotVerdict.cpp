@@ -1,6 +1,5 @@
 #include "snapshot/SnapshotVerdict.hpp"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "hosting/BoundedFile.hpp"
@@ -83,8 +82,8 @@ SnapshotVerdict judgeSnapshot(const SnapshotCase& snapshotCase, const SnapshotPi
     recording = {readRecordedFile(viewPath, kRecordedViewLimit), readRecordedFile(picturePath, kRecordedPictureLimit)};
     // A PNG byte for byte the one drawn now is a readable one of the same
     // pixels, which any tolerance passes: most of a verify run is this.
-    if (recording.view == picture.viewJson &&
-        std::equal(recording.png.begin(), recording.png.end(), picture.png.begin(), picture.png.end())) {
+    const std::string_view drawnPng(reinterpret_cast<const char*>(picture.png.data()), picture.png.size());
+    if (recording.view == picture.viewJson && recording.png == drawnPng) {
       return verdict;
     }
     recordedPicture = decodeRecordedPicture(picturePath, recording.png, drawing);
