@@ -68,7 +68,7 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
         }
         progress.update(std::min(cases, (chunk + 1) * kCasesPerChunk), findings);
       },
-      kChunksPerWorker, kResidentBytesPerWorker);
+      {.chunksPerWorker = kChunksPerWorker, .residentBytesPerWorker = kResidentBytesPerWorker});
   progress.finish();
   writer.finish(cases);
   return {cases, writer.newCounts()};

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <deque>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -92,24 +93,56 @@ std::size_t residentBytes(pid_t pid) {
   return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
+// The chunks not handed out yet, by share: the earliest of a worker's own
+// share, else the earliest left of any, and only those before `limit`.
+class ChunkQueue {
+ public:
+  ChunkQueue() = default;
+  ChunkQueue(std::size_t chunks, std::size_t shares, const WorkerPool::ShareOf& shareOf) : queues_(shares) {
+    for (std::size_t chunk = 0; chunk < chunks; ++chunk)
+      queues_[shareOf ? std::min(shareOf(chunk), shares - 1) : 0].push_back(chunk);
+  }
+
+  std::optional<std::size_t> next(std::size_t share, std::size_t limit) {
+    auto* queue = &queues_[std::min(share, queues_.size() - 1)];
+    if (!startsBelow(*queue, limit)) queue = earliest(limit);
+    if (!queue) return std::nullopt;
+    const auto chunk = queue->front();
+    queue->pop_front();
+    return chunk;
+  }
+
+  bool anyBelow(std::size_t limit) { return earliest(limit) != nullptr; }
+
+ private:
+  static bool startsBelow(const std::deque<std::size_t>& queue, std::size_t limit) {
+    return !queue.empty() && queue.front() < limit;
+  }
+
+  std::deque<std::size_t>* earliest(std::size_t limit) {
+    std::deque<std::size_t>* found = nullptr;
+    for (auto& queue : queues_)
+      if (startsBelow(queue, limit) && (!found || queue.front() < found->front())) found = &queue;
+    return found;
+  }
+
+  std::vector<std::deque<std::size_t>> queues_;
+};
+
 class PoolParent {
  public:
   PoolParent(const std::string& name, std::size_t chunks, const WorkerPool::Work& work,
-             const WorkerPool::Deliver& deliver, std::size_t chunksPerWorker, std::size_t residentBytesPerWorker)
-      : name_(name),
-        chunks_(chunks),
-        work_(work),
-        deliver_(deliver),
-        chunksPerWorker_(chunksPerWorker),
-        residentBytesPerWorker_(residentBytesPerWorker) {}
+             const WorkerPool::Deliver& deliver, const WorkerPool::Settings& settings)
+      : name_(name), chunks_(chunks), work_(work), deliver_(deliver), settings_(settings) {}
 
   void start(std::size_t jobs) {
+    queue_ = ChunkQueue(chunks_, jobs, settings_.shareOf);
     for (std::size_t i = 0; i < jobs; ++i) workers_.push_back(forked());
     for (auto& worker : workers_) handOut(worker);
   }
 
   void collect() {
-    while (delivered_ < (stopped_ ? stopped_->chunk : chunks_)) {
+    while (delivered_ < limit()) {
       std::vector<pollfd> polled;
       for (const auto& worker : workers_) polled.push_back({worker.chunk ? worker.answers : -1, POLLIN, 0});
       if (poll(polled.data(), polled.size(), -1) < 0) {
@@ -164,18 +197,22 @@ class PoolParent {
     worker = forked();
   }
 
+  // Past a stopped worker's chunk nothing is delivered, so nothing is handed out.
+  std::size_t limit() const { return stopped_ ? stopped_->chunk : chunks_; }
+
   void handOut(PoolWorker& worker) {
     worker.chunk.reset();
-    if (next_ < chunks_ && !stopped_ && worker.served > 0 &&
-        (worker.served >= chunksPerWorker_ || residentBytes(worker.pid) > residentBytesPerWorker_))
+    if (queue_.anyBelow(limit()) && worker.served > 0 &&
+        (worker.served >= settings_.chunksPerWorker || residentBytes(worker.pid) > settings_.residentBytesPerWorker))
       replace(worker);
-    if (next_ >= chunks_ || stopped_) {
+    const auto next = queue_.next(static_cast<std::size_t>(&worker - workers_.data()), limit());
+    if (!next) {
       close(worker.tasks);
       worker.tasks = -1;
       return;
     }
-    const ChunkNumber chunk = next_++;
-    worker.chunk = static_cast<std::size_t>(chunk);
+    worker.chunk = *next;
+    const ChunkNumber chunk = *next;
     if (!writeAll(worker.tasks, &chunk, sizeof chunk)) noteStopped(worker);
   }
 
@@ -196,9 +233,9 @@ class PoolParent {
     deliverInOrder();
   }
 
-  // Chunks handed out before the stopped worker's go on to be delivered; no
-  // new one is handed out, and the earliest chunk whose worker stopped is
-  // the one reported.
+  // The chunks before the stopped worker's go on to be done and delivered (by
+  // a fresh fork in its place, while any is left to hand out), and the
+  // earliest chunk whose worker stopped is the one reported.
   void noteStopped(PoolWorker& worker) {
     const auto status = statusOnceStopped(worker.pid);
     const std::size_t chunk = *worker.chunk;
@@ -209,6 +246,9 @@ class PoolParent {
     if (worker.tasks >= 0) close(worker.tasks);
     close(worker.answers);
     worker = PoolWorker{};
+    if (!queue_.anyBelow(limit())) return;
+    worker = forked();
+    handOut(worker);
   }
 
   void deliverInOrder() {
@@ -229,10 +269,9 @@ class PoolParent {
   std::size_t chunks_;
   const WorkerPool::Work& work_;
   const WorkerPool::Deliver& deliver_;
-  std::size_t chunksPerWorker_;
-  std::size_t residentBytesPerWorker_;
+  const WorkerPool::Settings& settings_;
   std::vector<PoolWorker> workers_;
-  std::size_t next_ = 0;
+  ChunkQueue queue_;
   std::size_t delivered_ = 0;
   std::map<std::size_t, std::string> finished_;
   std::optional<Stopped> stopped_;
@@ -241,8 +280,8 @@ class PoolParent {
 }  // namespace
 
 void WorkerPool::run(const std::string& name, std::size_t jobs, std::size_t chunks, const Work& work,
-                     const Deliver& deliver, std::size_t chunksPerWorker, std::size_t residentBytesPerWorker) {
-  PoolParent parent(name, chunks, work, deliver, chunksPerWorker, residentBytesPerWorker);
+                     const Deliver& deliver, const Settings& settings) {
+  PoolParent parent(name, chunks, work, deliver, settings);
   try {
     parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));
     parent.collect();

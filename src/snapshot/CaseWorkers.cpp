@@ -4,12 +4,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <map>
 #include <optional>
 
 #include "hosting/BoundedFile.hpp"
@@ -77,6 +79,18 @@ std::string_view printErrors(std::string_view held) {
   std::exit(WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : 1);
 }
 
+// A worker meets a new script's fonts with nearly every few locales and keeps
+// them: the cases of one locale go to one worker, each worker taking a run of
+// the matrix's locales, so that no two load the same fonts.
+hosting::WorkerPool::ShareOf shareByLocale(const std::vector<SnapshotCase>& cases, std::size_t jobs) {
+  std::map<std::string, std::size_t> localeIndex;
+  for (const auto& snapshotCase : cases) localeIndex.emplace(snapshotCase.locale, localeIndex.size());
+  const std::size_t workers = std::max<std::size_t>(1, std::min(jobs, cases.size()));
+  return [&cases, localeIndex, workers](std::size_t i) {
+    return localeIndex.at(cases[i].locale) * workers / localeIndex.size();
+  };
+}
+
 // The status of the worker that stopped, if one did, after printing what it said.
 std::optional<int> runHeld(std::size_t jobs, const std::vector<SnapshotCase>& cases, const CaseWorkers::Work& work,
                            const CaseWorkers::Deliver& deliver) {
@@ -90,7 +104,8 @@ std::optional<int> runHeld(std::size_t jobs, const std::vector<SnapshotCase>& ca
           const auto answer = answerOf([&] { return work(cases[i]); });
           return withErrors(held.release(), answer);
         },
-        [&](std::size_t i, const std::string& output) { deliver(cases[i], resultOf(printErrors(output))); });
+        [&](std::size_t i, const std::string& output) { deliver(cases[i], resultOf(printErrors(output))); },
+        {.shareOf = shareByLocale(cases, jobs)});
   } catch (const hosting::WorkerStopped& stopped) {
     std::cerr << HeldErrors::heldIn(heldFile(stopped.chunk)) << std::flush;
     return stopped.waitStatus;

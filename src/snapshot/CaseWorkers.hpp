@@ -16,7 +16,9 @@ namespace quillan::snapshot {
 // The workers start with what this process has loaded (the drawing module,
 // the config's defaults) but must not inherit loaded fonts: Pango sorts fonts
 // on threads of its own, and a fork while one of them holds fontconfig's lock
-// leaves the worker waiting for good. Each worker loads its own.
+// leaves the worker waiting for good. Each worker loads its own, and takes
+// the cases of a run of the matrix's locales first, so that the fonts of a
+// script are loaded by one worker rather than by all.
 //
 // A case that throws is rethrown at its turn. A worker that dies (a widget's
 // fatal error aborts it, having said why on standard error) ends this process
