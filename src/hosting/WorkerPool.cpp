@@ -1,6 +1,7 @@
 #include "hosting/WorkerPool.hpp"
 
 #include <poll.h>
+#include <stdio_ext.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -168,14 +169,15 @@ class PoolParent {
 
  private:
   PoolWorker forked() {
-    // What the parent printed must not be printed again by a child.
-    std::cout.flush();
-    std::cerr.flush();
     int down[2], up[2];
     if (pipe(down) != 0 || pipe(up) != 0) throw std::runtime_error("cannot start the " + name_ + "'s workers: no pipe");
     const pid_t pid = fork();
     if (pid < 0) throw std::runtime_error("cannot start the " + name_ + "'s workers: fork failed");
     if (pid == 0) {
+      // What the parent has yet to print is its own to print (or to lose, as
+      // an abort loses it), never a child's.
+      __fpurge(stdout);
+      __fpurge(stderr);
       for (const auto& worker : workers_)
         if (worker.pid >= 0) close(worker.tasks), close(worker.answers);
       close(down[1]);

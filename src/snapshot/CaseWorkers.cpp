@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
 #include <map>
 #include <optional>
 
@@ -61,11 +60,15 @@ std::string withErrors(const std::string& errors, const std::string& answer) {
   return std::string(reinterpret_cast<const char*>(&length), sizeof length) + errors + answer;
 }
 
+// Through stdio, as the case itself wrote them: std::cerr would first flush
+// what the command has yet to print on standard output.
+void printHeld(std::string_view errors) { std::fwrite(errors.data(), 1, errors.size(), stderr); }
+
 // Prints the held errors and returns the answer after them.
 std::string_view printErrors(std::string_view held) {
   std::uint64_t length = 0;
   std::memcpy(&length, held.data(), sizeof length);
-  std::cerr << held.substr(sizeof length, length) << std::flush;
+  printHeld(held.substr(sizeof length, length));
   return held.substr(sizeof length + length);
 }
 
@@ -107,7 +110,7 @@ std::optional<int> runHeld(std::size_t jobs, const std::vector<SnapshotCase>& ca
         [&](std::size_t i, const std::string& output) { deliver(cases[i], resultOf(printErrors(output))); },
         {.shareOf = shareByLocale(cases, jobs)});
   } catch (const hosting::WorkerStopped& stopped) {
-    std::cerr << HeldErrors::heldIn(heldFile(stopped.chunk)) << std::flush;
+    printHeld(HeldErrors::heldIn(heldFile(stopped.chunk)));
     return stopped.waitStatus;
   }
   return std::nullopt;

@@ -154,6 +154,11 @@ TEST_F(Snapshot, AWidgetsFatalErrorEndsVerifyAsItWouldInProcess) {
   EXPECT_NE(said, std::string::npos) << result.err;
   EXPECT_EQ(result.err.find("Fatal error", said + 1), std::string::npos) << result.err;
   EXPECT_EQ(result.err.find("worker"), std::string::npos) << result.err;
+  // What was printed before the drawing is lost with the abort, not printed by a worker.
+  const auto record = runCommand({"snapshot", "record", "--dir", (suiteParent() / "second").string(),
+                                  "--group-container", container().string(), "--jobs", "2"});
+  EXPECT_EQ(record.exitStatus, 128 + SIGABRT) << record.out << record.err;
+  EXPECT_EQ(record.out, "");
 }
 
 TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) {
