@@ -181,17 +181,14 @@ std::string checkpointText(const Scheduler& scheduler, EventLog& log, const Fake
 // Runs "STEP | STEP ...": place KIND, advance TIME, reload TIME (the app's),
 // environment TIME, jump TIME, check (a checkpoint); times as utc() reads them.
 void runSteps(Scheduler& scheduler, const std::string& steps, const std::function<void()>& check) {
-  for (std::size_t start = 0; start < steps.size();) {
-    const auto end = std::min(steps.find(" | ", start), steps.size());
-    const auto step = quillan::testing::words(steps.substr(start, end - start));
-    start = end + 3;
+  quillan::testing::forEachStep(steps, [&](const std::vector<std::string>& step) {
     if (step[0] == "check") check();
     else if (step[0] == "place") scheduler.place(step[1]);
     else if (step[0] == "advance") scheduler.advanceTo(utc(step[1]));
     else if (step[0] == "reload") scheduler.reloadAll(utc(step[1]));
     else if (step[0] == "environment") scheduler.reloadAll(utc(step[1]), ReloadReason::environment);
     else if (step[0] == "jump") scheduler.jumpTo(utc(step[1]));
-  }
+  });
 }
 
 // Answers `first` to the first ask and `later` to every other.
