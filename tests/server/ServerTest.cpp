@@ -10,8 +10,10 @@
 #include "fixtures/JournalWriter.hpp"
 #include "server/PortInUse.hpp"
 #include "server/Server.hpp"
+#include "support/FileContents.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/IncomingRequestText.hpp"
+#include "support/RunCommand.hpp"
 
 namespace quillan::server {
 namespace {
@@ -70,8 +72,7 @@ TEST_F(ServerTest, ServesThePageFilesAsWritten) {
                                        {"/page.css", "page.css", "text/css; charset=utf-8"}};
   for (const auto& [path, file, type] : files) {
     SCOPED_TRACE(path);
-    std::ifstream written(pageFolder / file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+    const auto bytes = readText(pageFolder / file);
     const auto served = client_->Get(path);
     ASSERT_TRUE(served);
     EXPECT_EQ(served->status, 200);
@@ -251,17 +252,12 @@ TEST_F(ServerTest, AClosedEventStreamFreesItsSlot) {
 }
 
 TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
-  const auto command = "timeout 30 " + std::string(QUILLAN_CLI_PATH) + " serve --group-container " +
-                       folder_.journal().parent_path().string() + " --port " + std::to_string(port_) + " 2>&1";
-  FILE* output = popen(command.c_str(), "r");
-  ASSERT_NE(output, nullptr);
-  std::string text;
-  char chunk[256];
-  while (const auto read = fread(chunk, 1, sizeof chunk, output)) text.append(chunk, read);
-  const int status = pclose(output);
-  EXPECT_EQ(WEXITSTATUS(status), 2) << text;
-  EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) +
-                      " is in use; choose another with --port, or 0 for a free one\n");
+  const auto second = runProgram("/usr/bin/timeout",
+                                 {"30", QUILLAN_CLI_PATH, "serve", "--group-container",
+                                  folder_.journal().parent_path().string(), "--port", std::to_string(port_)});
+  EXPECT_EQ(second.exitStatus, 2) << second.err;
+  EXPECT_EQ(second.out + second.err, "quillan-widgets: port " + std::to_string(port_) +
+                                         " is in use; choose another with --port, or 0 for a free one\n");
 }
 
 TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {
