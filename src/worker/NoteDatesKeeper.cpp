@@ -94,6 +94,9 @@ std::filesystem::path journalOfRequest(const nlohmann::json& request) {
 }
 
 void NoteDatesKeeper::refreshFor(const nlohmann::json& request, int closeInChild) {
+  // Timelines judge no note: a commit the live host reloads them for would
+  // otherwise wait for a read none of them uses. The views read it.
+  if (!request.is_object() || request.value("type", "") != "view") return;
   try {
     const auto journal = journalOfRequest(request);
     if (!journal.empty()) return refresh(journal, closeInChild);

@@ -12,8 +12,9 @@ namespace quillan::worker {
 // Keeps, in the warm worker, a read of the journal's note dates that the
 // children it forks inherit (store::knownDateColumn): a child whose snapshot
 // is proved to be the state it was read at judges the dates in memory rather
-// than scanning the table. Before each evaluation the journal's file state is
-// compared with the read's; only when they differ is the column read again,
+// than scanning the table. Before each view's evaluation (timelines judge no
+// note) the journal's file state is compared with the read's; only when they
+// differ is the column read again,
 // in a child of its own, so the warm worker never opens the journal through
 // SQLite (its children would inherit SQLite's per-file state). A read that
 // fails or runs past `deadline` leaves no read: the evaluations scan.
@@ -21,8 +22,8 @@ class NoteDatesKeeper {
  public:
   explicit NoteDatesKeeper(std::chrono::milliseconds deadline) : deadline_(deadline) {}
 
-  // Makes the kept read current for the journal `request` (an evaluation
-  // request) reads. `closeInChild` is a descriptor the reading child must not keep.
+  // Makes the kept read current for the journal `request` (a view request)
+  // reads; other requests leave it as it is. `closeInChild` is a descriptor the reading child must not keep.
   void refreshFor(const nlohmann::json& request, int closeInChild);
 
  private:
