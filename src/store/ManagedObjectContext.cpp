@@ -1,7 +1,9 @@
 #include "store/ManagedObjectContext.hpp"
 
+#include "store/DateColumnRead.hpp"
 #include "store/ExternalStorage.hpp"
 #include "store/FetchQuery.hpp"
+#include "store/KnownDatesScan.hpp"
 #include "store/SqliteBatchDeleteExecutor.hpp"
 #include "store/SqliteRowTest.hpp"
 #include "store/StoreErrors.hpp"
@@ -64,6 +66,34 @@ std::size_t attributeIndex(const EntityDescription& entity, std::string_view att
   throw InvalidFetchRequest("keypath " + std::string(attribute) + " not found in entity " + entity.name);
 }
 
+// The judged scan: the one column judged inside SQLite, which returns the
+// kept keys alone. When the process was handed a read of that date column
+// proved current for this journal, the dates are judged from it instead.
+JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path, const FetchSpecification& request,
+                     const EntityDescription& entity, const EntityTable& table, std::size_t judged,
+                     const ManagedObjectContext::ValueFilter& keep) {
+  const auto& attribute = entity.attributes[judged];
+  const auto& known = knownDateColumn();
+  if (attribute.kind == AttributeKind::date && known &&
+      known->isCurrentFor(path, table.tableName, StoreModel::storeName(attribute.name))) {
+    if (auto keys = judgeKnownDates(*known, request, attribute.name, keep)) return std::move(*keys);
+  }
+  SqliteRowTest test(snapshot.database(), "quillan_keeps_row",
+                     [&](const SqliteArgument& value) { return keep(storedValue(value, attribute.kind)); });
+  const FetchQuery query(request, entity, table, judged, test.name());
+  auto scan = snapshot.database().prepare(query.sql());
+  query.bind(scan);
+  JudgedKeys keys;
+  try {
+    while (scan.step()) keys.kept.push_back(scan.integer(0));
+  } catch (const SqliteException&) {
+    test.rethrowFailure();
+    throw;
+  }
+  keys.scanned = test.calls();
+  return keys;
+}
+
 }  // namespace
 
 ManagedObjectContext::ManagedObjectContext(std::shared_ptr<PersistentStoreCoordinator> coordinator)
@@ -100,25 +130,10 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       query.bind(statement);
       while (statement.step()) readRow(statement);
     } else {
-      // The scan judges the one column inside SQLite and returns the kept
-      // keys alone; the kept rows are then read whole by primary key, in the
-      // scan's order, in the same transaction.
       const auto judged = attributeIndex(entity, filter->attribute);
-      const auto kind = entity.attributes[judged].kind;
-      SqliteRowTest test(snapshot->database(), "quillan_keeps_row",
-                         [&](const SqliteArgument& value) { return filter->keep(storedValue(value, kind)); });
-      const FetchQuery query(request, entity, *table, judged, test.name());
-      auto scan = snapshot->database().prepare(query.sql());
-      query.bind(scan);
-      std::vector<std::int64_t> kept;
-      try {
-        while (scan.step()) kept.push_back(scan.integer(0));
-      } catch (const SqliteException&) {
-        test.rethrowFailure();
-        throw;
-      }
-      const std::size_t scanned = test.calls();
-      if (kept.size() * kLookupsPerScan <= scanned) {
+      const auto keys = judgeKeys(*snapshot, path, request, entity, *table, judged, filter->keep);
+      const auto& kept = keys.kept;
+      if (kept.size() * kLookupsPerScan <= keys.scanned) {
         auto row = snapshot->database().prepare(FetchQuery::rowSql(entity, *table));
         for (const auto primaryKey : kept) {
           row.reset();

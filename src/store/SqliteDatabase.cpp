@@ -68,6 +68,11 @@ bool SqliteStatement::isNull(int column) const { return sqlite3_column_type(stat
 
 bool SqliteStatement::isInteger(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_INTEGER; }
 
+bool SqliteStatement::isNumber(int column) const {
+  const int type = sqlite3_column_type(statement_, column);
+  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+}
+
 std::int64_t SqliteStatement::integer(int column) const { return sqlite3_column_int64(statement_, column); }
 
 double SqliteStatement::real(int column) const { return sqlite3_column_double(statement_, column); }

@@ -47,6 +47,7 @@ class SqliteStatement {
 
   bool isNull(int column) const;
   bool isInteger(int column) const;
+  bool isNumber(int column) const;  // stored as an integer or a real
   std::int64_t integer(int column) const;
   double real(int column) const;
   std::string text(int column) const;

@@ -12,6 +12,7 @@
 #include "worker/ChildWatch.hpp"
 #include "worker/EvaluationChild.hpp"
 #include "worker/MessageFraming.hpp"
+#include "worker/NoteDatesKeeper.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -91,11 +92,13 @@ Json evaluateInChild(const Json& request, const WorkerOptions& options, int clos
 void runWarmWorker(int hostSocket, const WorkerOptions& options) {
   // Each child is reaped by the watch that started it.
   signal(SIGCHLD, SIG_DFL);
+  NoteDatesKeeper noteDates(options.deadline);
   while (true) {
     // A message that cannot be read leaves the stream out of step: the host
     // is gone or broken either way, and starts a new worker if it needs one.
     const auto request = readMessage(hostSocket);
     if (!std::holds_alternative<Json>(request)) _exit(0);
+    noteDates.refreshFor(std::get<Json>(request), hostSocket);
     if (!writeMessage(hostSocket, evaluateInChild(std::get<Json>(request), options, hostSocket))) _exit(0);
   }
 }

@@ -9,7 +9,9 @@ namespace quillan::worker {
 // The warm worker: a single-threaded process that has loaded what every
 // evaluation needs and forks a fresh child for each request read from
 // `hostSocket`, so nothing one evaluation does (a stop, a leak, a journal
-// connection) reaches the next. It answers each request with
+// connection) reaches the next. What it keeps itself is a read of the note
+// dates, proved current before each use (NoteDatesKeeper). It answers each
+// request with
 //   {"answer": {"timeline": ...} | {"view": ...}, "log": [...], "cost": {...}}
 // or {"failure": "<reason>", "log": [...], "cost": {...}}, and leaves when the
 // host closes the socket.

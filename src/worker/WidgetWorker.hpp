@@ -32,8 +32,9 @@ namespace quillan::worker {
 // loads ICU's data and the bundle and forks a warm worker; the warm worker
 // forks a fresh child for each evaluation, which applies the evaluation's
 // settings, pins the clock, reads the journal through the store as the
-// command does (nothing is kept from one evaluation to the next), answers,
-// and ends. A warm worker found dead is replaced before the next evaluation,
+// command does (nothing is kept from one evaluation to the next but the warm
+// worker's read of the note dates, used only while the journal's files prove
+// it current: NoteDatesKeeper.hpp), answers, and ends. A warm worker found dead is replaced before the next evaluation,
 // and the answer's log says so.
 //
 // Measured on a shared two-core machine (optimised build): the warm worker

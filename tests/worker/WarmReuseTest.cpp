@@ -1,0 +1,115 @@
+// The warm worker keeps a read of the note dates from one evaluation to the
+// next (NoteDatesKeeper): whichever way the app changes the journal, the next
+// evaluation must show the journal as it now is.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "WorkerFixture.hpp"
+#include "bundle/TimelineWidgetBundle.hpp"
+#include "fixtures/JournalAppender.hpp"
+#include "fixtures/JournalWriter.hpp"
+
+namespace quillan::worker {
+namespace {
+
+using testing::at;
+using testing::JournalFolders;
+
+const char* const kNow = "2026-11-22T09:00:00+01:00";
+// Its memories and its compose button judge the notes by date, over the whole
+// journal and near today.
+const char* const kKind = "OTDComposeWidget";
+
+fixtures::NoteRow note(const char* date, const char* info, std::uint8_t id) {
+  return {.date = at(date), .info = std::string(info), .uuid = fixtures::Bytes(16, id)};
+}
+
+const fixtures::NoteRow kFirst[] = {note("2025-11-22T10:00:00+01:00", "a year ago", 1),
+                                    note("2026-11-20T10:00:00+01:00", "two days ago", 2)};
+// Another memory, and a note today, which turns the compose button grey.
+const fixtures::NoteRow kLater[] = {note("2024-11-22T08:00:00+01:00", "two years ago", 3),
+                                    note("2026-11-22T08:30:00+01:00", "this morning", 4)};
+
+void writeJournal(const std::filesystem::path& path, bool withLater) {
+  fixtures::JournalWriter writer(path);
+  for (const auto& row : kFirst) writer.addNote(row);
+  if (withLater) {
+    for (const auto& row : kLater) writer.addNote(row);
+  }
+}
+
+class WarmReuseTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folders_ = new JournalFolders();
+    writeJournal(folders_->makeContainer("first") / "Quillan.sqlite", false);
+    writeJournal(folders_->makeContainer("later") / "Quillan.sqlite", true);
+    worker_ = new WidgetWorker(testing::answeringOptions());
+  }
+  static void TearDownTestSuite() {
+    delete worker_;
+    delete folders_;
+  }
+
+  // The view of the widget's first entry, or the failure's reason.
+  static std::string view(const std::string& container) {
+    const auto settings = folders_->settings(container);
+    const auto answer = worker_->timeline({kKind, at(kNow), widgets::TimelineRequest::timeline, settings});
+    if (!answer.value()) return answer.failure()->reason;
+    views::Environment environment;
+    environment.family = bundle::TimelineWidgetBundle::widget(kKind)->supportedFamilies.front();
+    const auto shown = worker_->view({kKind, answer.value()->entryDates.front(), at(kNow), environment, settings});
+    return shown.value() ? *shown.value() : shown.failure()->reason;
+  }
+
+  static JournalFolders* folders_;
+  static WidgetWorker* worker_;
+};
+
+JournalFolders* WarmReuseTest::folders_ = nullptr;
+WidgetWorker* WarmReuseTest::worker_ = nullptr;
+
+TEST_F(WarmReuseTest, EachWayTheAppChangesTheJournalIsSeenByTheNextEvaluation) {
+  const auto first = view("first");
+  const auto later = view("later");
+  ASSERT_NE(first, later);
+  std::optional<fixtures::JournalAppender> app;  // the app's connection, kept open as the app keeps it
+  // A journal replaced or rewritten whole is one the app had closed: a -wal
+  // left beside it would be replayed onto the new file.
+  const struct {
+    const char* change;
+    bool appOpen;
+    std::function<void(const std::filesystem::path& journal, const std::filesystem::path& scratch)> apply;
+  } changes[] = {
+      {"committed through the WAL", true,
+       [&](const auto&, const auto&) {
+         for (const auto& row : kLater) app->addNote(row);
+       }},
+      {"replaced by rename", false,
+       [](const auto& journal, const auto& scratch) {
+         writeJournal(scratch, true);
+         std::filesystem::rename(scratch, journal);
+       }},
+      {"rewritten in place", false,
+       [](const auto& journal, const auto& scratch) {
+         writeJournal(scratch, true);
+         std::ofstream(journal, std::ios::binary | std::ios::trunc) << std::ifstream(scratch).rdbuf();
+       }},
+  };
+  for (const auto& change : changes) {
+    SCOPED_TRACE(change.change);
+    const std::string container = change.change;
+    const auto journal = folders_->makeContainer(container) / "Quillan.sqlite";
+    writeJournal(journal, false);
+    if (change.appOpen) app.emplace(journal);
+    EXPECT_EQ(view(container), first);
+    EXPECT_EQ(view(container), first) << "kept read";
+    change.apply(journal, journal.parent_path().parent_path() / "scratch.sqlite");
+    EXPECT_EQ(view(container), later);
+    app.reset();
+  }
+}
+
+}  // namespace
+}  // namespace quillan::worker
