@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-
 #include "StoreTestSupport.hpp"
 #include "store/NoteImage.hpp"
 
@@ -44,41 +41,40 @@ class BatchDelete : public ::testing::Test {
   std::vector<std::shared_ptr<Note>> notes_;
 };
 
-TEST_F(BatchDelete, DeletesTheMatchingRowsForgetsTheirObjectsAndNullifiesTheirImagesOwner) {
-  const auto matching = [](Predicate predicate) {
-    auto request = Note::fetchRequest();
-    request.predicate = std::move(predicate);
-    return BatchDeleteRequest(request);
-  };
+TEST_F(BatchDelete, DeletesMatchingRowsAndForgetsTheirObjects) {
+  auto request = Note::fetchRequest();
+  request.predicate = Predicate::dateRange("date", referenceDate(86400), referenceDate(3 * 86400));
+  EXPECT_FALSE(context_->executeAndMergeChanges(BatchDeleteRequest(request)));
+  EXPECT_EQ(context_->registeredObject(notes_[0]->objectID()), nullptr);
+  EXPECT_EQ(context_->registeredObject(notes_[1]->objectID()), nullptr);
+  EXPECT_TRUE(notes_[0]->isDeleted());
+  EXPECT_EQ(context_->registeredObject(notes_[2]->objectID()), notes_[2]);
+  EXPECT_FALSE(notes_[2]->isDeleted());
+  EXPECT_EQ(fetchNotes(*context_).size(), 1u);
+  const auto images = context_->fetch(NoteImage::fetchRequest()).value();
+  ASSERT_EQ(images.size(), 3u);
+  EXPECT_EQ(images[0]->owner(), nullptr) << "the inverse key is nullified";
+  EXPECT_EQ(images[2]->owner(), notes_[2]);
+}
+
+TEST_F(BatchDelete, ByObjectIDsOrMatchingNothing) {
+  auto nothing = Note::fetchRequest();
+  nothing.predicate = Predicate::compare("info", Predicate::Comparison::equal, "none");
   const struct {
     const char* name;
-    std::function<BatchDeleteRequest()> request;
+    BatchDeleteRequest request;
     std::vector<bool> deleted;
   } deletions[] = {
-      {"by date",
-       [&] { return matching(Predicate::dateRange("date", referenceDate(86400), referenceDate(3 * 86400))); },
-       {true, true, false}},
-      {"matching nothing",
-       [&] { return matching(Predicate::compare("info", Predicate::Comparison::equal, "none")); },
-       {false, false, false}},
-      {"by object id", [this] { return BatchDeleteRequest({notes_[1]->objectID()}); }, {false, true, false}},
+      {"matching nothing", BatchDeleteRequest(nothing), {false, false, false}},
+      {"by object id", BatchDeleteRequest({notes_[1]->objectID()}), {false, true, false}},
   };
   for (const auto& deletion : deletions) {
-    SCOPED_TRACE(deletion.name);
-    std::filesystem::remove(path());
-    SetUp();
-    EXPECT_FALSE(context_->executeAndMergeChanges(deletion.request()));
-    const auto images = context_->fetch(NoteImage::fetchRequest()).value();
-    ASSERT_EQ(images.size(), 3u);
-    for (std::size_t i = 0; i < notes_.size(); ++i) {
-      const bool deleted = deletion.deleted[i];
-      EXPECT_EQ(notes_[i]->isDeleted(), deleted) << i;
-      EXPECT_EQ(context_->registeredObject(notes_[i]->objectID()), deleted ? nullptr : notes_[i]) << i;
-      EXPECT_EQ(images[i]->owner(), deleted ? nullptr : notes_[i]) << i << ": the inverse key is nullified";
-    }
-    EXPECT_EQ(fetchNotes(*context_).size(),
-              static_cast<std::size_t>(std::count(deletion.deleted.begin(), deletion.deleted.end(), false)));
+    EXPECT_FALSE(context_->executeAndMergeChanges(deletion.request)) << deletion.name;
+    std::vector<bool> deleted;
+    for (const auto& note : notes_) deleted.push_back(note->isDeleted());
+    EXPECT_EQ(deleted, deletion.deleted) << deletion.name;
   }
+  EXPECT_EQ(fetchNotes(*context_).size(), 2u);
 }
 
 TEST_F(BatchDelete, ResultTypesOfThePlainExecute) {
