@@ -52,7 +52,7 @@ TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> runs = {
       {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T23:59:59+01:00", "--time-zone", "Europe/Berlin"},
        shape("2026-11-22T00:00:00+01:00", "2026-11-23T00:00:00+01:00")},
-      // The options may also come before the subcommand.
+      // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
       {{"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline", "--kind", "StreakWidget"},
        shape("2018-11-04T01:00:00-02:00", "2018-11-05T00:00:00-02:00")},
       {{"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now", "2026-11-22T08:30:00.250Z",
@@ -156,12 +156,11 @@ TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftL
   // Every area's centre of every kind is tapped through the gallery below; here, what lies outside
   // an area's centre and a right-to-left locale's mirrored geometry.
   const std::vector<Tap> taps = {
-      {"ComposeButtonWidget", 500, 5, ""},
+      {"ComposeButtonWidget", 500, 5, ""},                         // outside the widget
       {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},  // the widget's own link reaches its edge
       {"OTDComposeWidget", 280, 79, "widget-deeplink://OnThisDay", "ar_EG"},
       {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
   };
-
   for (const auto& tap : taps) {
     const auto result = runCommand(environment(
         {"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y", std::to_string(tap.y)}, tap.locale));
