@@ -6,7 +6,7 @@
 #include "audit/CaseAuditor.hpp"
 #include "audit/FindingJson.hpp"
 #include "audit/ProgressLine.hpp"
-#include "audit/WorkerPool.hpp"
+#include "hosting/WorkerPool.hpp"
 
 namespace quillan::audit {
 
@@ -53,8 +53,8 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
   ProgressLine progress(settings.progress ? *settings.progress : json, settings.progress != nullptr, cases);
   CaseAuditor auditor(drawing, settings.seed, settings.thresholds);
   std::size_t findings = 0;
-  WorkerPool::run(
-      settings.jobs, chunks, [&](std::size_t chunk) { return auditedChunk(auditor, settings.matrix, chunk); },
+  hosting::WorkerPool::run(
+      "audit", settings.jobs, chunks, [&](std::size_t chunk) { return auditedChunk(auditor, settings.matrix, chunk); },
       [&](std::size_t chunk, const std::string& output) {
         std::string_view rest = output;
         while (!rest.empty()) {
@@ -68,7 +68,7 @@ AuditOutcome runAudit(const AuditRunSettings& settings, const render::DrawingFun
         }
         progress.update(std::min(cases, (chunk + 1) * kCasesPerChunk), findings);
       },
-      kChunksPerWorker, kResidentBytesPerWorker);
+      {.chunksPerWorker = kChunksPerWorker, .residentBytesPerWorker = kResidentBytesPerWorker});
   progress.finish();
   writer.finish(cases);
   return {cases, writer.newCounts()};

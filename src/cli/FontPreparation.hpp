@@ -21,8 +21,10 @@ class FontPreparation {
  public:
   using Work = std::function<void()>;
   // `work` is what loads the module and the fonts (the command's
-  // prepareDrawingFonts); tests put their own, and their own patience.
-  explicit FontPreparation(Work work) : FontPreparation(std::chrono::milliseconds(5), std::move(work)) {}
+  // prepareDrawingFonts); tests put their own, and their own patience. A
+  // view that reads nothing is ready in a fraction of a millisecond, and a
+  // millisecond more of waiting is what every other picture pays.
+  explicit FontPreparation(Work work) : FontPreparation(std::chrono::milliseconds(1), std::move(work)) {}
   FontPreparation(std::chrono::milliseconds patience, Work work);
   ~FontPreparation();
   FontPreparation(const FontPreparation&) = delete;

@@ -1,11 +1,14 @@
 #include <iostream>
 #include <set>
+#include <thread>
 
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
 #include "cli/OptionChecks.hpp"
 #include "hosting/QuotedValue.hpp"
 #include "pages/SnapshotReport.hpp"
+#include "snapshot/CaseAnswer.hpp"
+#include "snapshot/CaseWorkers.hpp"
 #include "snapshot/SnapshotCase.hpp"
 #include "snapshot/SnapshotConfig.hpp"
 #include "snapshot/SnapshotFolder.hpp"
@@ -20,6 +23,7 @@ struct SnapshotOptions {
   std::optional<std::filesystem::path> config;
   std::vector<std::string> cases;
   bool all = false;
+  std::size_t jobs = std::max(1u, std::thread::hardware_concurrency());
   snapshot::SnapshotTolerance tolerance;
 };
 
@@ -77,12 +81,19 @@ int record(const SnapshotOptions& options, const HostOptions& host) {
   const auto chosen = casesToRecord(cases, options, folder);
   folder.makeFolder(folder.cases());
   const snapshot::SnapshotRenderer renderer(config);
-  for (const auto& snapshotCase : chosen) {
-    const auto picture = renderer.draw(snapshotCase, drawingModule());
-    folder.write(folder.recordedView(snapshotCase), picture.viewJson);
-    folder.write(folder.recordedPicture(snapshotCase),
-                 {reinterpret_cast<const char*>(picture.png.data()), picture.png.size()});
-  }
+  // Loaded before the workers fork, so that they share it (the fonts are not: see CaseWorkers).
+  if (!chosen.empty()) drawingModule();
+  snapshot::CaseWorkers::run(
+      options.jobs, chosen,
+      [&](const snapshot::SnapshotCase& snapshotCase) {
+        return snapshot::encodePicture(renderer.draw(snapshotCase, drawingModule()));
+      },
+      [&](const snapshot::SnapshotCase& snapshotCase, const std::string& result) {
+        const auto picture = snapshot::decodePicture(result);
+        folder.write(folder.recordedView(snapshotCase), picture.viewJson);
+        folder.write(folder.recordedPicture(snapshotCase),
+                     {reinterpret_cast<const char*>(picture.png.data()), picture.png.size()});
+      });
   std::cout << "recorded " << chosen.size() << " of " << cases.size() << " cases in "
             << std::filesystem::absolute(folder.cases()).string() << "\n";
   return 0;
@@ -132,15 +143,23 @@ int verify(const SnapshotOptions& options) {
   DifferenceWriter differences(folder);
   std::vector<snapshot::SnapshotVerdict> verdicts;
   std::size_t failed = 0;
-  for (const auto& snapshotCase : cases) {
-    const auto& drawing = drawingModule();
-    const auto picture = renderer.draw(snapshotCase, drawing);
-    verdicts.push_back(snapshot::judgeSnapshot(snapshotCase, picture, folder, options.tolerance, drawing));
-    if (verdicts.back().passed()) continue;
-    ++failed;
-    std::cout << "FAIL " << snapshotCase.name << ": " << hosting::singleLine(verdicts.back().problem) << "\n";
-    differences.write(snapshotCase, verdicts.back());
-  }
+  // Loaded before the workers fork, so that they share it (the fonts are not: see CaseWorkers).
+  drawingModule();
+  snapshot::CaseWorkers::run(
+      options.jobs, cases,
+      [&](const snapshot::SnapshotCase& snapshotCase) {
+        const auto& drawing = drawingModule();
+        const auto picture = renderer.draw(snapshotCase, drawing);
+        return snapshot::encodeVerdict(snapshot::judgeSnapshot(snapshotCase, picture, folder, options.tolerance,
+                                                               drawing));
+      },
+      [&](const snapshot::SnapshotCase& snapshotCase, const std::string& result) {
+        verdicts.push_back(snapshot::decodeVerdict(result));
+        if (verdicts.back().passed()) return;
+        ++failed;
+        std::cout << "FAIL " << snapshotCase.name << ": " << hosting::singleLine(verdicts.back().problem) << "\n";
+        differences.write(snapshotCase, verdicts.back());
+      });
   differences.removeStale(/*keepReport=*/failed > 0);
   std::cout << (verdicts.size() - failed) << " of " << verdicts.size() << " cases match";
   if (failed > 0) {
@@ -156,6 +175,9 @@ void addSharedOptions(CLI::App& command, SnapshotOptions& options) {
       ->required();
   command.add_option("--config", options.config,
                      "the suite's JSON config (default: DIR/snapshots.json; the first record writes one)");
+  command.add_option("--jobs", options.jobs, "worker processes drawing cases (default: one per core)")
+      ->transform(wholeNumber())
+      ->check(CLI::Range(std::size_t{1}, std::size_t{256}));
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
 
+#include "fixtures/JournalAppender.hpp"
 #include "render/PixelImage.hpp"
 #include "support/ExpectRefused.hpp"
 #include "support/FileContents.hpp"
@@ -105,6 +107,23 @@ TEST_F(Snapshot, OnePixelOffFailsAtFullPrecisionAndPassesAt0999) {
   EXPECT_EQ(snapshot({"verify", "--perceptual-precision", "0.98"}).exitStatus, 1);
 }
 
+TEST_F(Snapshot, AWidgetsFatalErrorEndsVerifyAsItWouldInProcess) {
+  ASSERT_EQ(recordDefaults().exitStatus, 0);
+  fixtures::JournalAppender(container() / "Quillan.sqlite").addNote({.date = std::nullopt, .info = std::string("x")});
+  const auto result = snapshot({"verify", "--jobs", "2"});
+  EXPECT_EQ(result.exitStatus, 128 + SIGABRT) << result.out << result.err;
+  // Said once, by the case that stopped, as a command drawing in process would.
+  const auto said = result.err.find("Fatal error");
+  EXPECT_NE(said, std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("Fatal error", said + 1), std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("worker"), std::string::npos) << result.err;
+  // What was printed before the drawing is lost with the abort, not printed by a worker.
+  const auto record = runCommand({"snapshot", "record", "--dir", (suiteParent() / "second").string(),
+                                  "--group-container", container().string(), "--jobs", "2"});
+  EXPECT_EQ(record.exitStatus, 128 + SIGABRT) << record.out << record.err;
+  EXPECT_EQ(record.out, "");
+}
+
 TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) {
   ASSERT_EQ(recordDefaults().exitStatus, 0);
   const auto streak = std::string("StreakWidget_dark_fullColor_17.0_393x852_en-US");
@@ -112,11 +131,16 @@ TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) 
   std::ofstream(recording(streak, ".json")) << "edited";
   fs::remove(recording("OnThisDayWidget_light_fullColor_17.0_393x852_en-US", ".png"));
 
-  const auto missing = snapshot({"verify"});
+  const auto missing = snapshot({"verify", "--jobs", "1"});
   EXPECT_EQ(missing.exitStatus, 1);
   EXPECT_NE(missing.out.find("FAIL OnThisDayWidget_light_fullColor_17.0_393x852_en-US: no recording"),
             std::string::npos)
       << missing.out;
+  // Workers that finish out of order print and report the cases in order all the same.
+  const auto report = readText(dir() / "report.html");
+  const auto inThree = snapshot({"verify", "--jobs", "3"});
+  EXPECT_EQ(inThree.out, missing.out);
+  EXPECT_EQ(readText(dir() / "report.html"), report);
 
   ASSERT_EQ(snapshot({"record", "--case", streak}).exitStatus, 0);
   EXPECT_EQ(readText(recording(kComposeCase, ".json")), "edited");
@@ -125,8 +149,8 @@ TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) 
   ASSERT_EQ(snapshot({"record"}).exitStatus, 0);
   EXPECT_TRUE(fs::exists(recording("OnThisDayWidget_light_fullColor_17.0_393x852_en-US", ".png")));
   EXPECT_EQ(readText(recording(kComposeCase, ".json")), "edited");
-  ASSERT_EQ(snapshot({"record", "--all"}).exitStatus, 0);
-  EXPECT_EQ(snapshot({"verify"}).exitStatus, 0);
+  ASSERT_EQ(snapshot({"record", "--all", "--jobs", "3"}).exitStatus, 0);
+  EXPECT_EQ(snapshot({"verify", "--jobs", "1"}).exitStatus, 0) << "a case drawn after others draws differently";
   expectRefused({"snapshot", "record", "--dir", dir().string(), "--case", "Nope"}, "--case: ");
 }
 

@@ -2,13 +2,13 @@
 
 #include "compose/ComposeButtonSmallView.hpp"
 #include "compose/ComposeButtonWidget.hpp"
+#include "compose/ComposeLockScreenWidget.hpp"
 #include "compose/TodayCheck.hpp"
 #include "platform/RandomSource.hpp"
+#include "support/GoldenQuestion.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
 
 namespace quillan::compose {
 namespace {
@@ -16,7 +16,6 @@ namespace {
 using testing::ProcessEnvironment;
 using testing::TestJournal;
 using views::Environment;
-using Json = nlohmann::ordered_json;
 
 class ComposeButton : public ::testing::Test {
  protected:
@@ -32,79 +31,45 @@ class ComposeButton : public ::testing::Test {
     environment.renderingMode = mode;
     return environment;
   }
-  static Json tree(bool sep, const Environment& environment) {
-    return views::toJson(ComposeButtonSmallView(environment, composeButtonWidgetPrompts(), sep).body(environment));
-  }
-  // The VStack inside the AnyView, with its modifiers.
-  static Json content(const Json& tree) { return tree["children"][0]; }
-  static const Json* modifier(const Json& node, const std::string& name) {
-    for (const auto& modifier : node["modifiers"]) {
-      if (modifier["modifier"] == name) return &modifier;
-    }
-    return nullptr;
-  }
-  static std::string gradientBase(const Json& node) {
-    const auto* background = modifier(node, "containerBackground");
-    return (*background)["content"]["stops"][0]["color"];
+  // The prompt is drawn afresh, from the same seed, for every tree.
+  static views::Node drawn(const Environment& environment, std::optional<std::ptrdiff_t> knownCount = std::nullopt) {
+    platform::RandomSource::seed(1);
+    return ComposeButtonSmallView(environment, composeButtonWidgetPrompts(), false, knownCount).body(environment);
   }
 };
 
-TEST_F(ComposeButton, TodayIsTheLocalCalendarDay) {
-  ProcessEnvironment environment("2026-11-22T00:30:00-08:00", "America/Los_Angeles");
-  auto& journal = TestJournal::shared();
-  journal.addNote("2026-11-21T23:59:59-08:00");  // yesterday locally
-  journal.addNote("2026-11-23T00:00:00-08:00");  // tomorrow
-  EXPECT_EQ(todayNoteCount(), 0);
-  journal.addNote("2026-11-22T23:59:00-08:00");  // later today counts too
-  journal.addNote("2026-11-22T00:00:00-08:00");
-  EXPECT_EQ(todayNoteCount(), 2);
-
-  // The same instants seen from Tokyo fall on other days.
-  environment.set("2026-11-22T17:30:00+09:00", "Asia/Tokyo", "en_US");
-  EXPECT_EQ(todayNoteCount(), 2);  // 23:59:59-08:00 and 00:00:00-08:00 are both 22 Nov in Tokyo
-}
-
 TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
   ProcessEnvironment environment("2026-11-22T12:00:00Z", "UTC");
-  const auto env = ComposeButton::environment(17);
-  const auto colored = [&](std::optional<std::ptrdiff_t> known) {
-    return gradientBase(content(views::toJson(
-        ComposeButtonSmallView(env, composeButtonWidgetPrompts(), /*isSeperateWidget=*/false, known).body(env))));
-  };
+  const auto env = this->environment(17);
+  const auto orange = drawn(env);
   // Nothing written today: only a given count makes it grey.
-  EXPECT_EQ(colored(2), "gray");
-  EXPECT_EQ(colored(std::nullopt), "orange");
+  const auto givenTwo = drawn(env, 2);
   TestJournal::shared().addNote("2026-11-22T08:00:00Z");
-  EXPECT_EQ(colored(std::nullopt), "gray");
+  const auto grey = drawn(env);
+  EXPECT_NE(grey, orange);
+  EXPECT_EQ(givenTwo, grey);
   // A given count is taken as it is; the journal is not read again.
-  EXPECT_EQ(colored(0), "orange");
+  EXPECT_EQ(drawn(env, 0), orange);
 }
 
-// The stand-alone widget on either side of platform 17 (which moved the
-// gradient into the container), orange and grey; the embedded variant is in
-// the golden trees of the on-this-day medium widget.
-TEST_F(ComposeButton, StandAloneWidgetMatchesTheGoldenTrees) {
+// The stand-alone widgets on either side of platform 17 (which moved the
+// gradient and the lock screen's background into the container): the button
+// orange and grey, its icon leading in vibrant rendering, and the lock screen's
+// symbol filling its circular slot. The embedded button is in the golden trees
+// of the on-this-day medium widget.
+TEST_F(ComposeButton, StandAloneWidgetsMatchTheGoldenTrees) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  for (const int major : {16, 17}) {
-    for (const bool writtenToday : {false, true}) {
-      TestJournal::shared().clear();
-      if (writtenToday) TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
-      platform::RandomSource::seed(1);
-      const auto whole = ComposeButtonWidgetEntryView({platform::Clock::now()}).body(this->environment(major));
-      views::testing::expectGoldenTree(whole, "compose_button_" + std::to_string(major) +
-                                                  (writtenToday ? "_grey.json" : "_orange.json"));
-    }
-  }
-}
-
-TEST_F(ComposeButton, IconSitsTrailingExceptInVibrantRendering) {
-  ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  const auto row = [&](views::WidgetRenderingMode mode) {
-    return content(tree(true, this->environment(17, mode)))["children"][2]["children"];
-  };
-  EXPECT_EQ(row(views::WidgetRenderingMode::vibrant)[0]["systemName"], "square.and.pencil");
-  EXPECT_EQ(row(views::WidgetRenderingMode::vibrant)[1]["type"], "Spacer");
-  EXPECT_EQ(row(views::WidgetRenderingMode::accented)[1]["systemName"], "square.and.pencil");
+  quillan::testing::forEachCase("compose_button_trees.txt", [this](const std::vector<std::string>& cells) {
+    TestJournal::shared().clear();
+    if (cells[3] == "written today") TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
+    platform::RandomSource::seed(1);
+    auto env = this->environment(std::stoi(cells[1]), views::parseRenderingMode(cells[2]));
+    if (cells.at(4) == "lock screen") env.family = views::WidgetFamily::accessoryCircular;
+    views::testing::expectGoldenTree(env.family == views::WidgetFamily::accessoryCircular
+                                         ? ComposeLockScreenWidgetEntryView({platform::Clock::now()}).body(env)
+                                         : ComposeButtonWidgetEntryView({platform::Clock::now()}).body(env),
+                                     cells[0]);
+  });
 }
 
 TEST(TodayCheckDeathTest, NoteWithoutDateStops) {

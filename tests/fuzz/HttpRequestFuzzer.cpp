@@ -16,51 +16,12 @@
 #include "server/QueryText.hpp"
 #include "server/RequestError.hpp"
 #include "server/RequestScreen.hpp"
+#include "support/IncomingRequestText.hpp"
 
 namespace {
 
 using namespace quillan::server;
-
-struct Parsed {
-  IncomingRequest request;
-  std::string_view query;
-  std::string_view body;
-};
-
-std::string_view nextLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const auto line = text.substr(0, end);
-  text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-  return line;
-}
-
-void takeHeader(IncomingRequest& request, std::string_view line) {
-  const auto colon = line.find(':');
-  if (colon == std::string_view::npos) return;
-  const std::string name(line.substr(0, colon));
-  auto value = line.substr(colon + 1);
-  while (!value.empty() && value.front() == ' ') value.remove_prefix(1);
-  if (name == "Host") request.hosts.emplace_back(value);
-  else if (name == "Origin") request.origin = value;
-  else if (name == "Sec-Fetch-Site") request.fetchSite = value;
-  else if (name == "Content-Type") request.contentType = value;
-  else if (name == "Content-Length") request.contentLength = value;
-  else if (name == "Transfer-Encoding") request.transferEncoded = true;
-}
-
-Parsed parse(std::string_view text) {
-  Parsed parsed;
-  const auto requestLine = nextLine(text);
-  const auto space = requestLine.find(' ');
-  parsed.request.method = std::string(requestLine.substr(0, space));
-  const auto target = space == std::string_view::npos ? std::string_view() : requestLine.substr(space + 1);
-  const auto mark = target.find('?');
-  parsed.request.path = std::string(target.substr(0, mark));
-  parsed.query = mark == std::string_view::npos ? std::string_view() : target.substr(mark + 1);
-  for (auto line = nextLine(text); !line.empty(); line = nextLine(text)) takeHeader(parsed.request, line);
-  parsed.body = text;
-  return parsed;
-}
+using Parsed = quillan::testing::IncomingRequestText;
 
 void checkRefusal(const Refusal& refusal) {
   for (const int known : {400, 403, 404, 405, 411, 413, 415, 421}) {
@@ -100,7 +61,7 @@ void route(const Parsed& parsed) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   (void)requestArrival(text);
-  const auto parsed = parse(text);
+  const auto parsed = quillan::testing::parseIncomingRequest(text);
   static const ServedHosts served("127.0.0.1", 8080);
   if (const auto refusal = screenRequest(parsed.request, served)) {
     checkRefusal(*refusal);

@@ -6,8 +6,6 @@
 // Input: one byte choosing the storage class, then its content (8 bytes for an
 // INTEGER or REAL, the rest for TEXT or BLOB).
 
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,6 +20,7 @@
 #include "platform/TimeZone.hpp"
 #include "store/ExternalStorage.hpp"
 #include "store/StoredValue.hpp"
+#include "support/TemporaryFolder.hpp"
 
 namespace {
 
@@ -29,31 +28,16 @@ using namespace quillan;
 namespace fs = std::filesystem;
 
 // A store beside its external-data folder, holding one external file; removed at exit.
-class ScratchStore {
- public:
-  ScratchStore()
-      : folder_(fs::temp_directory_path() / ("quillan-fuzz-store-" + std::to_string(::getpid()))),
-        store_(folder_ / "Quillan.sqlite") {
-    const auto external = store::externalDataDirectory(store_);
+const fs::path& storePath() {
+  static const quillan::testing::TemporaryFolder folder("quillan-fuzz-store");
+  static const fs::path store = [] {
+    const auto path = folder / "Quillan.sqlite";
+    const auto external = store::externalDataDirectory(path);
     fs::create_directories(external);
     std::ofstream(external / "0C2F1B9A-3D7E-4F10-9A55-6B1E2D3C4F50") << "image bytes";
-  }
-  ~ScratchStore() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-  ScratchStore(const ScratchStore&) = delete;
-  ScratchStore& operator=(const ScratchStore&) = delete;
-  const fs::path& path() const { return store_; }
-
- private:
-  fs::path folder_;
-  fs::path store_;
-};
-
-const fs::path& storePath() {
-  static const ScratchStore store;
-  return store.path();
+    return path;
+  }();
+  return store;
 }
 
 template <typename T>

@@ -61,13 +61,6 @@ struct EventLog {
     }
     return described;
   }
-  std::vector<std::string> linesOfType(EventType type) const {
-    std::vector<std::string> described;
-    for (const auto& event : events) {
-      if (event.type() == type) described.push_back(describe(event));
-    }
-    return described;
-  }
 };
 
 // A timeline source answering from a function, recording every ask.

@@ -4,13 +4,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string>
-#include <thread>
 
 #include "host/HostEnvironment.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/Eventually.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "worker/WorkerOptions.hpp"
 
@@ -54,16 +53,6 @@ inline worker::WorkerOptions hostWorkerOptions() {
   options.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
 #endif
   return options;
-}
-
-// Polls `ready` every 20 ms for at most `limit`.
-inline bool eventually(const std::function<bool()>& ready, std::chrono::milliseconds limit) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  while (std::chrono::steady_clock::now() < end) {
-    if (ready()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return ready();
 }
 
 }  // namespace quillan::testing

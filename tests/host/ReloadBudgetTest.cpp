@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "host/ReloadBudget.hpp"
+#include "support/GoldenFile.hpp"
 
 namespace quillan::host {
 namespace {
@@ -10,52 +11,53 @@ namespace {
 using platform::Date;
 
 constexpr double kHour = 3600;
-constexpr double kDay = 24 * kHour;
 
-Date seconds(double value) { return Date::fromReferenceSeconds(value); }
-
-TEST(RollingWindow, AnInstantCountsForExactlyTwentyFourHours) {
-  RollingWindow window;
-  window.record(seconds(0));
-  EXPECT_EQ(window.countAt(seconds(0)), 1u);
-  EXPECT_EQ(window.countAt(seconds(kDay - 0.001)), 1u);
-  EXPECT_EQ(window.countAt(seconds(kDay)), 0u);
-  EXPECT_EQ(window.countAt(seconds(-1)), 0u) << "not yet happened";
+// Instants as the tests write them: hours, "d+" for a day later.
+Date hours(std::string text) {
+  const double day = text.starts_with("d+") ? 24 : 0;
+  if (day > 0) text = text.substr(2);
+  return Date::fromReferenceSeconds((day + std::stod(text)) * kHour);
 }
 
-TEST(RollingWindow, TheFirstMomentBelowALimitIsWhenTheOldestSurplusLeaves) {
-  RollingWindow window;
-  for (const double hour : {1.0, 2.0, 3.0, 4.0}) window.record(seconds(hour * kHour));
-  const auto now = seconds(5 * kHour);
-  EXPECT_EQ(window.firstMomentBelow(5, now), now);
-  EXPECT_EQ(window.firstMomentBelow(4, now), seconds(kDay + 1 * kHour));
-  EXPECT_EQ(window.firstMomentBelow(2, now), seconds(kDay + 3 * kHour));
-  EXPECT_EQ(window.firstMomentBelow(1, now), seconds(kDay + 4 * kHour));
-  // Instants already out of the window do not count against the limit.
-  EXPECT_EQ(window.firstMomentBelow(3, seconds(kDay + 1.5 * kHour)), seconds(kDay + 2 * kHour));
-}
-
-TEST(ReloadBudget, OnlyPolicyReloadsAndRetriesAreCharged) {
-  ReloadBudget budget(2);
-  const auto now = seconds(10 * kHour);
-  for (const auto reason : {ReloadReason::placed, ReloadReason::app, ReloadReason::app, ReloadReason::environment,
-                            ReloadReason::timeChange, ReloadReason::budgetDeferred}) {
-    budget.record(reason, now);
+ReloadReason reasonNamed(const std::string& name) {
+  for (int reason = 0; reason <= static_cast<int>(ReloadReason::timeChange); ++reason) {
+    if (reloadReasonName(static_cast<ReloadReason>(reason)) == name) return static_cast<ReloadReason>(reason);
   }
-  EXPECT_EQ(budget.nextSlot(now), now);
-  budget.record(ReloadReason::policy, now);
-  budget.record(ReloadReason::retry, now);
-  EXPECT_EQ(budget.nextSlot(now), now.addingTimeInterval(kDay));
-  EXPECT_EQ(budget.countsAt(now), (ReloadCounts{.policy = 2, .app = 2, .system = 3, .budgetDeferred = 1}));
-  EXPECT_EQ(budget.countsAt(now.addingTimeInterval(kDay)), ReloadCounts{});
+  throw std::invalid_argument("no reload reason " + name);
+}
+
+// "STEP | STEP ..." on a window (record H, count H, below LIMIT H: the first
+// moment under LIMIT from H) or on a budget of 2 (charge REASON H, slot H,
+// counts H).
+std::string budgetAnswer(const std::string& steps) {
+  RollingWindow window;
+  ReloadBudget budget(2);
+  std::string answers;
+  quillan::testing::forEachStep(steps, [&](const std::vector<std::string>& step) {
+    const auto hoursText = [](Date date) { return std::to_string(date.timeIntervalSinceReferenceDate() / kHour); };
+    if (step[0] == "record") window.record(hours(step[1]));
+    else if (step[0] == "count") answers += " " + std::to_string(window.countAt(hours(step[1])));
+    else if (step[0] == "below")
+      answers += " " + hoursText(window.firstMomentBelow(std::stoul(step[1]), hours(step[2])));
+    else if (step[0] == "charge") budget.record(reasonNamed(step[1]), hours(step[2]));
+    else if (step[0] == "slot") answers += " " + hoursText(budget.nextSlot(hours(step[1])));
+    else if (step[0] == "counts") {
+      const auto counts = budget.countsAt(hours(step[1]));
+      answers += " " + std::to_string(counts.policy) + "/" + std::to_string(counts.app) + "/" +
+                 std::to_string(counts.system) + "/" + std::to_string(counts.budgetDeferred);
+    }
+  });
+  return answers.empty() ? "" : answers.substr(1);
+}
+
+TEST(ReloadBudget, ChargedReloadsCountForExactlyTwentyFourHours) {
+  quillan::testing::expectGoldenAnswers("reload_budget.txt", budgetAnswer);
 }
 
 TEST(ReloadBudget, LimitsOutsideOneToTenThousandAreRefused) {
-  EXPECT_EQ(ReloadBudget().limit(), 70);
   EXPECT_NO_THROW(ReloadBudget(1));
   EXPECT_NO_THROW(ReloadBudget(ReloadBudget::kMaxLimit));
   EXPECT_THROW(ReloadBudget(0), std::invalid_argument);
-  EXPECT_THROW(ReloadBudget(-5), std::invalid_argument);
   EXPECT_THROW(ReloadBudget(ReloadBudget::kMaxLimit + 1), std::invalid_argument);
 }
 

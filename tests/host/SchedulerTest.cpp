@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 #include <stdexcept>
+#include <utility>
 
 #include "EventLog.hpp"
 #include "host/Scheduler.hpp"
@@ -33,61 +34,11 @@ TimelineOutcome timeline(std::vector<Date> entries, std::optional<TimelineReload
 // the widget asks every minimum interval and meets its budget within a day.
 TimelineOutcome usedUpAtOnce(std::string_view, Date when) { return timeline({when}, TimelineReloadPolicy::atEnd()); }
 
-void expectGoldenLines(const Strings& lines, const std::string& name) {
-  std::string text;
-  for (const auto& line : lines) text += line + "\n";
-  quillan::testing::expectGoldenText(text, name);
-}
-
 class SchedulerTest : public ::testing::Test {
  protected:
   quillan::testing::ProcessEnvironment environment{"2026-05-04T00:00:00Z", "UTC"};
   EventLog log;
 };
-
-TEST_F(SchedulerTest, EntriesSwapAtTheirDatesWithoutAsking) {
-  FakeSource fake{[](std::string_view, Date) {
-    return timeline({utc("11:00:00"), utc("09:00:00"), utc("12:00:00"), utc("12:00:00")},
-                    TimelineReloadPolicy::never());
-  }};
-  Scheduler scheduler(utc("10:00:00"), fake.source(), log.listener());
-  scheduler.place("w");
-  EXPECT_EQ(scheduler.widget("w")->entry, utc("09:00:00"));
-  EXPECT_EQ(scheduler.nextEventTime(), utc("11:00:00"));
-
-  scheduler.advanceTo(utc("2026-05-05T00:00:00"));
-  expectGoldenLines(log.lines(), "scheduler_entries_swap.txt");
-  EXPECT_EQ(fake.asks.size(), 1u);
-  const auto state = *scheduler.widget("w");
-  EXPECT_EQ(state.entry, utc("12:00:00"));
-  EXPECT_EQ(state.entryDates, (std::vector{utc("09:00:00"), utc("11:00:00"), utc("12:00:00")}));
-  EXPECT_EQ(state.version, 3u);
-  EXPECT_FALSE(state.nextReload);
-  EXPECT_FALSE(scheduler.nextEventTime());
-  EXPECT_EQ(scheduler.now(), utc("2026-05-05T00:00:00"));
-}
-
-TEST_F(SchedulerTest, BeforeAnyEntryArrivesTheWidgetKeepsWhatItShowed) {
-  int asks = 0;
-  FakeSource fake{[&asks](std::string_view, Date) {
-    return ++asks == 1 ? timeline({utc("10:30:00")}, TimelineReloadPolicy::never())
-                       : timeline({utc("13:00:00")}, TimelineReloadPolicy::never());
-  }};
-  Scheduler scheduler(utc("10:00:00"), fake.source(), log.listener());
-  scheduler.place("w");
-  EXPECT_FALSE(scheduler.widget("w")->entry) << "nothing current yet: the placeholder";
-  EXPECT_EQ(scheduler.widget("w")->version, 0u);
-
-  scheduler.advanceTo(utc("10:30:00"));
-  EXPECT_EQ(scheduler.widget("w")->entry, utc("10:30:00"));
-
-  scheduler.reloadAll(utc("11:00:00"));
-  EXPECT_EQ(scheduler.widget("w")->entry, utc("10:30:00")) << "a timeline that lies ahead never blanks the widget";
-  EXPECT_EQ(log.linesOfType(EventType::entry).size(), 1u);
-
-  scheduler.advanceTo(utc("13:00:00"));
-  EXPECT_EQ(scheduler.widget("w")->entry, utc("13:00:00"));
-}
 
 // "ENTRIES ; POLICY", times of 2026-05-04 UTC: the timeline a widget placed at 10:00 is given.
 TimelineOutcome timelineOf(const std::string& question) {
@@ -115,106 +66,6 @@ TEST_F(SchedulerTest, EachPolicyComesDueWhereItSaysButNeverAtOnce) {
            (state.nextReload ? local(*state.nextReload) : "never") + ", asked at " + firstAsks + "(" +
            std::to_string(asks.size()) + " asks)";
   });
-}
-
-TEST_F(SchedulerTest, AtEndAsksWhenTheLastEntryIsShown) {
-  FakeSource fake{[](std::string_view, Date when) {
-    return timeline({when, when.addingTimeInterval(3600)}, TimelineReloadPolicy::atEnd());
-  }};
-  Scheduler scheduler(utc("10:00:00"), fake.source(), log.listener());
-  scheduler.place("w");
-  scheduler.advanceTo(utc("11:30:00"));
-  expectGoldenLines(log.lines(), "scheduler_at_end.txt");
-}
-
-TEST_F(SchedulerTest, OverBudgetAPolicyReloadWaitsUntilTheWindowFreesASlot) {
-  FakeSource fake{usedUpAtOnce};
-  Scheduler scheduler(utc("00:00:00"), fake.source(), log.listener());
-  scheduler.place("w");
-  scheduler.advanceTo(utc("2026-05-05T00:00:00"));
-
-  // Placed free at 00:00, then charged every 5 minutes: the 70th at 05:50,
-  // and the 71st, due at 05:55, waits for the first (00:05) to leave the window.
-  EXPECT_EQ(fake.asks.size(), 71u);
-  EXPECT_EQ(log.linesOfType(EventType::reload).back(),
-            "2026-05-04T05:55:00+00:00 w reload budget-deferred until 2026-05-05T00:05:00+00:00");
-  auto state = *scheduler.widget("w");
-  EXPECT_EQ(state.reloads, (ReloadCounts{.policy = 70, .app = 0, .system = 0, .budgetDeferred = 1}))
-      << "the placement at 00:00 left the window at 00:00 the next day";
-  EXPECT_EQ(state.staleUntil, utc("2026-05-05T00:05:00"));
-  EXPECT_EQ(state.nextReload, utc("2026-05-05T00:05:00"));
-  EXPECT_EQ(state.nextReloadReason, ReloadReason::policy);
-  EXPECT_TRUE(state.ok());
-
-  // From then on each reload replaces one that leaves the window.
-  scheduler.advanceTo(utc("2026-05-05T00:30:00"));
-  EXPECT_EQ(testing::local(fake.asks[71].second), "2026-05-05T00:05:00+00:00");
-  EXPECT_EQ(fake.asks.size(), 71u + 6u);
-  state = *scheduler.widget("w");
-  EXPECT_FALSE(state.staleUntil);
-  EXPECT_EQ(state.reloads.policy, 70);
-  EXPECT_EQ(log.linesOfType(EventType::reload).size(), 1u + 70u + 1u + 6u);
-}
-
-TEST_F(SchedulerTest, AppReloadsAreNeverChargedAndWorkOverBudget) {
-  FakeSource fake{usedUpAtOnce};
-  Scheduler scheduler(utc("00:00:00"), fake.source(), log.listener(), {.reloadBudget = 2});
-  scheduler.place("w");
-  scheduler.advanceTo(utc("01:00:00"));
-  ASSERT_EQ(scheduler.widget("w")->staleUntil, utc("2026-05-05T00:05:00")) << "over a budget of 2 from 00:15";
-
-  scheduler.reloadAll(utc("02:00:00"));
-  auto state = *scheduler.widget("w");
-  EXPECT_EQ(fake.asks.size(), 4u);
-  EXPECT_EQ(state.reloads, (ReloadCounts{.policy = 2, .app = 1, .system = 1, .budgetDeferred = 1}));
-  EXPECT_FALSE(state.staleUntil) << "the app's timeline is fresh";
-  EXPECT_EQ(state.nextReload, utc("02:05:00"));
-
-  // Its own policy reload is still charged, and waits for the same slot.
-  scheduler.advanceTo(utc("03:00:00"));
-  state = *scheduler.widget("w");
-  EXPECT_EQ(fake.asks.size(), 4u);
-  EXPECT_EQ(state.staleUntil, utc("2026-05-05T00:05:00"));
-  EXPECT_EQ(state.reloads.budgetDeferred, 2);
-
-  scheduler.reloadAll(utc("03:00:00"), ReloadReason::environment);
-  state = *scheduler.widget("w");
-  EXPECT_EQ(fake.asks.size(), 5u);
-  EXPECT_EQ(state.reloads, (ReloadCounts{.policy = 2, .app = 1, .system = 2, .budgetDeferred = 2}));
-}
-
-TEST_F(SchedulerTest, AFailedAskKeepsTheTimelineAndRetriesLaterAndLater) {
-  int asks = 0;
-  FakeSource fake{[&asks](std::string_view, Date when) -> TimelineOutcome {
-    ++asks;
-    if (asks == 1) return timeline({when, utc("12:00:00")}, TimelineReloadPolicy::never());
-    if (asks < 9) return TimelineFailure{"the journal could not be read"};
-    return timeline({when}, TimelineReloadPolicy::never());
-  }};
-  Scheduler scheduler(utc("10:00:00"), fake.source(), log.listener());
-  scheduler.place("w");
-  const auto versionBefore = scheduler.widget("w")->version;
-  scheduler.reloadAll(utc("10:30:00"));
-
-  auto state = *scheduler.widget("w");
-  EXPECT_EQ(state.failure, "the journal could not be read");
-  EXPECT_FALSE(state.ok());
-  EXPECT_EQ(state.version, versionBefore + 1);
-  EXPECT_EQ(state.nextReloadReason, ReloadReason::retry);
-  EXPECT_EQ(log.lines().back(), "2026-05-04T10:30:00+00:00 w failed the journal could not be read");
-
-  scheduler.advanceTo(utc("16:00:00"));
-  // Retries wait 5, 10, 20, 40 minutes, then at most an hour.
-  expectGoldenLines(fake.askTimes(), "scheduler_retries.txt");
-  // The timeline of the first ask went on while the asks failed.
-  const auto lines = log.lines();
-  EXPECT_NE(std::find(lines.begin(), lines.end(), "2026-05-04T12:00:00+00:00 w entry 2026-05-04T12:00:00+00:00"),
-            lines.end());
-  state = *scheduler.widget("w");
-  EXPECT_TRUE(state.ok());
-  EXPECT_EQ(state.entry, utc("14:45:00"));
-  EXPECT_EQ(state.reloads.policy, 7) << "retries are charged";
-  EXPECT_FALSE(state.nextReload);
 }
 
 TEST_F(SchedulerTest, ASourceThatThrowsOrAnswersUnusablyFailsTheAsk) {
@@ -294,32 +145,134 @@ TEST_F(SchedulerTest, JumpingAWeekAheadGivesTheEventsOfLivingThroughIt) {
   EXPECT_EQ(jumped.scheduler.widgets(), ticked.scheduler.widgets());
 }
 
-TEST_F(SchedulerTest, SettingTheClockBackReloadsEveryWidgetFree) {
-  MixedHost run;
-  run.scheduler.advanceTo(utc("14:00:00"));
-  const auto policyBefore = run.scheduler.widget("hungry")->reloads.policy;
-  ASSERT_EQ(policyBefore, 48);
-  run.log.events.clear();
-
-  run.scheduler.advanceTo(utc("12:00:00"));
-  EXPECT_EQ(run.scheduler.now(), utc("12:00:00"));
-  EXPECT_EQ(run.log.linesOfType(EventType::reload), (Strings{"2026-05-04T12:00:00+00:00 daily reload time-change",
-                                                             "2026-05-04T12:00:00+00:00 hungry reload time-change",
-                                                             "2026-05-04T12:00:00+00:00 flaky reload time-change",
-                                                             "2026-05-04T12:00:00+00:00 swapping reload time-change"}));
-  const auto hungry = *run.scheduler.widget("hungry");
-  EXPECT_EQ(hungry.reloads.policy, 24) << "the reloads after 12:00 have not happened";
-  EXPECT_EQ(hungry.reloads.system, 2);
-  EXPECT_EQ(hungry.entry, utc("12:00:00"));
+// A widget's state on one line.
+std::string stateText(const WidgetState& state) {
+  std::string text = state.kind + ": entry " + (state.entry ? local(*state.entry) : "none") + ", entries";
+  for (const auto date : state.entryDates) text += " " + local(date);
+  text += ", " + (state.policy ? testing::policyText(*state.policy) : "no policy") + ", next reload ";
+  text += state.nextReload ? local(*state.nextReload) + " " + std::string(reloadReasonName(*state.nextReloadReason))
+                           : "never";
+  if (state.staleUntil) text += ", stale until " + local(*state.staleUntil);
+  if (state.failure) text += ", failed: " + *state.failure;
+  const auto& counts = state.reloads;
+  return text + ", reloads " + std::to_string(counts.policy) + " charged " + std::to_string(counts.app) + " app " +
+         std::to_string(counts.system) + " system " + std::to_string(counts.budgetDeferred) + " deferred, version " +
+         std::to_string(state.version);
 }
 
-TEST_F(SchedulerTest, JumpToSkipsWhatWasDueInBetween) {
-  MixedHost run;
-  run.scheduler.jumpTo(utc("2026-05-08T09:00:00"));
-  for (const auto& event : run.log.events) {
-    EXPECT_TRUE(event.at == utc("10:00:00") || event.at == utc("2026-05-08T09:00:00")) << testing::describe(event);
+// The events since the last checkpoint (the first and last few of a long
+// run), then every widget's state, the clock and the asks so far.
+std::string checkpointText(const Scheduler& scheduler, EventLog& log, const FakeSource& fake) {
+  auto lines = log.lines();
+  log.events.clear();
+  if (lines.size() > 40) {
+    const auto hidden = lines.size() - 8;
+    lines.erase(lines.begin() + 4, lines.end() - 4);
+    lines.insert(lines.begin() + 4, "(" + std::to_string(hidden) + " more)");
   }
-  EXPECT_EQ(run.scheduler.widget("daily")->nextReload, utc("2026-05-09T09:00:00"));
+  std::string text;
+  for (const auto& line : lines) text += "  " + line + "\n";
+  for (const auto& state : scheduler.widgets()) text += "  = " + stateText(state) + "\n";
+  const auto next = scheduler.nextEventTime();
+  return text + "  = now " + local(scheduler.now()) + ", next event " + (next ? local(*next) : "none") + ", " +
+         std::to_string(fake.asks.size()) + " asks\n";
+}
+
+// Runs "STEP | STEP ...": place KIND, advance TIME, reload TIME (the app's),
+// environment TIME, jump TIME, check (a checkpoint); times as utc() reads them.
+void runSteps(Scheduler& scheduler, const std::string& steps, const std::function<void()>& check) {
+  quillan::testing::forEachStep(steps, [&](const std::vector<std::string>& step) {
+    if (step[0] == "check") check();
+    else if (step[0] == "place") scheduler.place(step[1]);
+    else if (step[0] == "advance") scheduler.advanceTo(utc(step[1]));
+    else if (step[0] == "reload") scheduler.reloadAll(utc(step[1]));
+    else if (step[0] == "environment") scheduler.reloadAll(utc(step[1]), ReloadReason::environment);
+    else if (step[0] == "jump") scheduler.jumpTo(utc(step[1]));
+  });
+}
+
+// Answers `first` to the first ask and `later` to every other.
+FakeSource::Answer firstThen(TimelineOutcome first, TimelineOutcome later) {
+  return [first, later, asked = false](std::string_view, Date) mutable {
+    return std::exchange(asked, true) ? later : first;
+  };
+}
+
+TimelineOutcome failingForAWhile(Date when, int& asks) {
+  if (++asks == 1) return timeline({when, utc("12:00:00")}, TimelineReloadPolicy::never());
+  if (asks < 9) return TimelineFailure{"the journal could not be read"};
+  return timeline({when}, TimelineReloadPolicy::never());
+}
+
+FakeSource::Answer mixed() {
+  return [asks = std::map<std::string, int>()](std::string_view kind, Date when) mutable {
+    return mixedAnswer(kind, when, asks[std::string(kind)]);
+  };
+}
+
+// Widgets placed and lived with; the golden file holds what the scheduler did
+// and held at each check.
+struct Scenario {
+  const char* name;
+  const char* start;  // as utc() reads it
+  FakeSource::Answer answer;
+  std::string steps;
+  SchedulerOptions options = {};
+};
+
+std::vector<Scenario> scenarios() {
+  const std::string mixedKinds = "place daily | place hungry | place flaky | place swapping";
+  return {
+      {"entries swap at their dates, in order and without repeats, without asking", "10:00:00",
+       [](std::string_view, Date) {
+         return timeline({utc("11:00:00"), utc("09:00:00"), utc("12:00:00"), utc("12:00:00")},
+                         TimelineReloadPolicy::never());
+       },
+       "place w | check | advance 2026-05-05T00:00:00 | check"},
+      {"before any entry arrives the widget keeps what it showed", "10:00:00",
+       firstThen(timeline({utc("10:30:00")}, TimelineReloadPolicy::never()),
+                 timeline({utc("13:00:00")}, TimelineReloadPolicy::never())),
+       "place w | check | advance 10:30:00 | reload 11:00:00 | check | advance 13:00:00 | check"},
+      {"atEnd asks when the last entry is shown", "10:00:00",
+       [](std::string_view, Date when) {
+         return timeline({when, when.addingTimeInterval(3600)}, TimelineReloadPolicy::atEnd());
+       },
+       "place w | advance 11:30:00 | check"},
+      // Placed free at 00:00, then charged every 5 minutes: the 70th at 05:50,
+      // and the 71st, due at 05:55, waits for the first (00:05) to leave the
+      // window; from then on each reload replaces one that leaves it.
+      {"over budget a policy reload waits until the window frees a slot", "00:00:00", usedUpAtOnce,
+       "place w | advance 2026-05-05T00:00:00 | check | advance 2026-05-05T00:30:00 | check"},
+      // Over a budget of 2 from 00:15; the app's reload is free and fresh, its
+      // own policy reload still charged and waiting for the same slot.
+      {"app reloads are never charged and work over budget",
+       "00:00:00",
+       usedUpAtOnce,
+       "place w | advance 01:00:00 | check | reload 02:00:00 | check | advance 03:00:00 | check | "
+       "environment 03:00:00 | check",
+       {.reloadBudget = 2}},
+      // Retries wait 5, 10, 20, 40 minutes, then at most an hour, and are
+      // charged; the timeline of the first ask goes on meanwhile.
+      {"a failed ask keeps the timeline and retries later and later", "10:00:00",
+       [asks = 0](std::string_view, Date when) mutable { return failingForAWhile(when, asks); },
+       "place w | reload 10:30:00 | check | advance 16:00:00 | check"},
+      {"setting the clock back reloads every widget free", "10:00:00", mixed(),
+       mixedKinds + " | advance 14:00:00 | check | advance 12:00:00 | check"},
+      {"jumpTo skips what was due in between", "10:00:00", mixed(),
+       mixedKinds + " | check | jump 2026-05-08T09:00:00 | check"},
+  };
+}
+
+TEST_F(SchedulerTest, WidgetsLivedWithDoWhatTheirTimelinesAndBudgetsSay) {
+  std::string transcript;
+  for (const auto& scenario : scenarios()) {
+    FakeSource fake{scenario.answer};
+    EventLog log;
+    Scheduler scheduler(utc(scenario.start), fake.source(), log.listener(), scenario.options);
+    transcript += std::string(scenario.name) + "\n";
+    runSteps(scheduler, scenario.steps, [&] { transcript += checkpointText(scheduler, log, fake); });
+  }
+  quillan::testing::expectGoldenText(transcript, "scheduler_scenarios.txt");
 }
 
 TEST_F(SchedulerTest, RejectsBadCallsWithOneLine) {

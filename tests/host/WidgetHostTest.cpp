@@ -43,47 +43,33 @@ class WidgetHostTest : public ::testing::Test {
   quillan::testing::ProcessEnvironment environment{"2026-05-04T00:00:00Z", "UTC"};
 };
 
-TEST_F(WidgetHostTest, SettingTheClockLivesThroughTwoDaysAheadAndJumpsOtherwise) {
-  const struct {
-    const char* name;
-    double secondsAhead;
-    Strings reloads;
-  } cases[] = {
-      {"just under 48 h ahead", 48 * kHour - 1, {"policy"}},
-      {"exactly 48 h ahead", 48 * kHour, {"policy", "policy"}},
-      {"just over 48 h ahead", 48 * kHour + 1, {"time-change"}},
-      {"a minute back", -60, {"time-change"}},
-  };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
-    auto source = daily();
-    EventLog log;
-    WidgetHost host(kStart, source.source(), log.listener());
-    host.place("w");
-    log.events.clear();
+Date after(double seconds) { return kStart.addingTimeInterval(seconds); }
 
-    const auto target = kStart.addingTimeInterval(test.secondsAhead);
-    host.setClock(target);
-    EXPECT_EQ(reloadReasons(log), test.reloads);
-    EXPECT_EQ(host.now(), target);
-  }
-}
-
-// Time that passes is always lived through, however far; only going back is a
-// time change.
-TEST_F(WidgetHostTest, TimePassingIsLivedThroughAndEveryOtherInputAsksEveryWidgetFree) {
+// Setting the clock lives through at most two days ahead and jumps otherwise;
+// time that passes is always lived through, however far, and only going back
+// is a time change. Every other input asks every widget free.
+TEST_F(WidgetHostTest, EachInputReloadsTwoWidgetsForItsReason) {
   const struct {
     const char* name;
     std::function<void(WidgetHost&)> input;
+    Date now;
     Strings reloads;
   } cases[] = {
-      {"a week passing", [](WidgetHost& host) { host.advanceTo(kStart.addingTimeInterval(7 * 24 * kHour)); },
+      {"the clock set just under 48 h ahead", [](WidgetHost& host) { host.setClock(after(48 * kHour - 1)); },
+       after(48 * kHour - 1), Strings(2, "policy")},
+      {"the clock set exactly 48 h ahead", [](WidgetHost& host) { host.setClock(after(48 * kHour)); },
+       after(48 * kHour), Strings(4, "policy")},
+      {"the clock set just over 48 h ahead", [](WidgetHost& host) { host.setClock(after(48 * kHour + 1)); },
+       after(48 * kHour + 1), Strings(2, "time-change")},
+      {"the clock set a minute back", [](WidgetHost& host) { host.setClock(after(-60)); }, after(-60),
+       Strings(2, "time-change")},
+      {"a week passing", [](WidgetHost& host) { host.advanceTo(after(7 * 24 * kHour)); }, after(7 * 24 * kHour),
        Strings(7 * 2, "policy")},
-      {"time going back",
-       [](WidgetHost& host) { host.advanceTo(kStart.addingTimeInterval(-kHour)); },
-       {"time-change", "time-change"}},
-      {"the environment changing", [](WidgetHost& host) { host.environmentChanged(); }, {"environment", "environment"}},
-      {"the app writing its journal", [](WidgetHost& host) { host.appWroteJournal(); }, {"app", "app"}},
+      {"time going back", [](WidgetHost& host) { host.advanceTo(after(-kHour)); }, after(-kHour),
+       Strings(2, "time-change")},
+      {"the environment changing", [](WidgetHost& host) { host.environmentChanged(); }, kStart,
+       Strings(2, "environment")},
+      {"the app writing its journal", [](WidgetHost& host) { host.appWroteJournal(); }, kStart, Strings(2, "app")},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
@@ -95,6 +81,7 @@ TEST_F(WidgetHostTest, TimePassingIsLivedThroughAndEveryOtherInputAsksEveryWidge
     log.events.clear();
     test.input(host);
     EXPECT_EQ(reloadReasons(log), test.reloads);
+    EXPECT_EQ(host.now(), test.now);
   }
 }
 

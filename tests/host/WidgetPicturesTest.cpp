@@ -7,6 +7,7 @@
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "host/WidgetPictures.hpp"
+#include "support/FileContents.hpp"
 
 namespace quillan::host {
 namespace {
@@ -21,11 +22,6 @@ PlacedWidgetView shownWidget(const std::string& kind, platform::Date entry) {
   state.entryDates = {entry};
   state.version = 1;
   return {state, bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front()};
-}
-
-std::string readAll(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // The journal cannot be read while a picture is built, then can again: the
@@ -51,7 +47,7 @@ TEST(WidgetPicturesTest, AFailedViewIsRetriedAndHealsOnceTheJournalReadsAgain) {
     fixtures::JournalWriter writer(folder.journal());
     writer.addNote({.date = platform::ISO8601::parse("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
   }
-  const auto journal = readAll(folder.journal());
+  const auto journal = readText(folder.journal());
   const auto now = *platform::ISO8601::parse(kHostNow);
   auto widget = shownWidget("OnThisDayWidget", now);
 

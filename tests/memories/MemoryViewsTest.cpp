@@ -13,6 +13,7 @@
 #include "platform/ExtensionLog.hpp"
 #include "platform/RandomSource.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/GoldenQuestion.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
@@ -72,44 +73,43 @@ platform::TextRun run(std::string text, bool bold = false) {
   return {std::move(text), bold, false, false, false, std::nullopt};
 }
 
-TEST_F(MemoryViews, TextThatIsNotUtf8IsLoggedAndDrawnPlain) {
+// A note's text is read as Markdown only at its start and kept whole; one that
+// cannot be read is logged and drawn plain, an absent one drawn empty.
+TEST_F(MemoryViews, NoteTextIsStyledWhereItCanBeAndKeptWhole) {
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
   std::vector<std::string> log;
   platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
   const std::string broken = "caf\xE9 **menu**";
-  journal.addNote("2025-11-16T09:00:00Z", broken);
-
-  const auto panel = smallPanel(drawSmall());
-  const auto& note = textOf(noteTextNode(panel));
-  EXPECT_EQ(note.text, broken);
-  EXPECT_EQ(note.runs, std::vector<platform::TextRun>{run(broken)});
-  ASSERT_FALSE(log.empty());
-  EXPECT_EQ(log.front(), "Couldn't parse:  " + std::string(platform::kMarkdownParseErrorDescription));
-}
-
-TEST_F(MemoryViews, AHugeNoteIsStyledOnlyAtItsStartAndKeptWhole) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  // Whole, these stars would make the "x" bold; read only at the start they
-  // stay as typed, and nothing of the note is lost.
+  // Whole, these stars would make the "x" bold.
   const std::string stars(500'000, '*');
   const std::string tail = " day " + stars + "x" + stars;
-  journal.addNote("2025-11-16T09:00:00Z", "**Long**" + tail);
-
-  const auto panel = smallPanel(drawSmall());
-  const auto& note = textOf(noteTextNode(panel));
-  EXPECT_EQ(note.runs, (std::vector<platform::TextRun>{run("Long", true), run(tail)}));
-}
-
-TEST_F(MemoryViews, AbsentTextDrawsEmptyAndAbsentDateIsNotReached) {
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  std::vector<std::string> log;
-  platform::ExtensionLog::setSink([&](std::string_view line) { log.emplace_back(line); });
+  struct Case {
+    const char* name;
+    std::optional<std::string> note;
+    std::vector<platform::TextRun> runs;
+    std::vector<std::string> log;
+  };
+  const Case cases[] = {
+      {"not UTF-8",
+       broken,
+       {run(broken)},
+       {"Couldn't parse:  " + std::string(platform::kMarkdownParseErrorDescription)}},
+      {"huge", "**Long**" + tail, {run("Long", true), run(tail)}, {}},
+      {"absent", std::nullopt, {}, {}},
+  };
+  for (const auto& c : cases) {
+    journal.clear();
+    log.clear();
+    journal.addNote(std::string("2025-11-16T09:00:00Z"), c.note);
+    const auto panel = smallPanel(drawSmall());
+    std::string shown;
+    for (const auto& expected : c.runs) shown += expected.text;
+    EXPECT_EQ(textOf(noteTextNode(panel)).text, shown) << c.name;
+    EXPECT_EQ(textOf(noteTextNode(panel)).runs, c.runs) << c.name;
+    EXPECT_EQ(textOf(yearText(panel)).text, "2025") << c.name;
+    EXPECT_EQ(log, c.log) << c.name;
+  }
   EXPECT_EQ(noteText(std::nullopt).plainText(), "");
-  journal.addNote(std::string("2025-11-16T09:00:00Z"), std::nullopt);
-  const auto panel = smallPanel(drawSmall());
-  EXPECT_EQ(textOf(noteTextNode(panel)).text, "");
-  EXPECT_EQ(textOf(yearText(panel)).text, "2025");
-  EXPECT_TRUE(log.empty());
 }
 
 // Date labels use the locale's own month names and the calendar's own year.
@@ -122,76 +122,22 @@ TEST_F(MemoryViews, DateLabelsFollowLocaleAndCalendar) {
   });
 }
 
-struct GoldenCase {
-  const char* file;
-  WidgetFamily family;
-  ColorScheme scheme;
-  PlatformVersion version;
-  std::vector<std::pair<const char*, const char*>> notes;
-};
-
 // Each family in both schemes, on and before platform 17 (which moved the
 // background and margins into the container), with one, several and no
 // memories; a note of today is no memory but greys the compose button.
-const GoldenCase kGoldenTrees[] = {
-    {"otd_small_light_17.json",
-     WidgetFamily::systemSmall,
-     ColorScheme::light,
-     {17, 0},
-     {{"2024-11-16T20:15:00+01:00", "Lantern walk with **everyone**,\n_cold_ but lovely\nthird line"},
-      {"2025-11-16T07:45:00+01:00", "First snow. ~~Stayed in~~ went sledging"},
-      {"2025-11-16T21:00:00+01:00", "Soup and `tea`"}}},
-    {"otd_small_dark_16.json",
-     WidgetFamily::systemSmall,
-     ColorScheme::dark,
-     {16, 4},
-     {{"2024-11-16T20:15:00+01:00", "Lantern walk"}, {"2025-11-16T07:45:00+01:00", "First snow"}}},
-    {"otd_medium_dark_16.json",
-     WidgetFamily::systemMedium,
-     ColorScheme::dark,
-     {16, 0},
-     {{"2023-11-16T12:00:00+01:00", "# Market day\nbought apples"},
-      {"2026-11-16T08:00:00+01:00", "today: written, so the button is grey"}}},
-    {"otd_small_light_16.json",
-     WidgetFamily::systemSmall,
-     ColorScheme::light,
-     {16, 0},
-     {{"2021-11-16T10:00:00+01:00", "A _quiet_ Sunday"}}},
-    {"otd_small_dark_17.json",
-     WidgetFamily::systemSmall,
-     ColorScheme::dark,
-     {17, 0},
-     {{"2026-11-16T08:00:00+01:00", "today is no memory"}}},
-    {"otd_medium_light_17.json",
-     WidgetFamily::systemMedium,
-     ColorScheme::light,
-     {17, 0},
-     {{"2026-11-16T08:00:00+01:00", "today is no memory"}}},
-    {"otd_medium_light_16.json",
-     WidgetFamily::systemMedium,
-     ColorScheme::light,
-     {16, 0},
-     {{"2022-11-16T09:00:00+01:00", "Rain"}, {"2025-11-16T09:00:00+01:00", "Sun"}}},
-    {"otd_medium_dark_17.json",
-     WidgetFamily::systemMedium,
-     ColorScheme::dark,
-     {17, 0},
-     {{"2020-11-16T09:00:00+01:00", "Moved in"},
-      {"2024-11-16T09:00:00+01:00", "**Five** years"},
-      {"2024-11-16T19:00:00+01:00", "Cake"}}},
-};
-
 TEST_F(MemoryViews, MatchTheGoldenTrees) {
   ProcessEnvironment environment("2026-11-16T18:00:00+01:00", "Europe/Berlin");
-  for (const auto& c : kGoldenTrees) {
-    SCOPED_TRACE(c.file);
+  quillan::testing::forEachCase("otd_trees.txt", [this](const std::vector<std::string>& cells) {
     journal.clear();
     platform::RandomSource::seed(7);
-    for (const auto& [date, info] : c.notes) journal.addNote(date, info);
-    expectGoldenTree(c.family == WidgetFamily::systemSmall ? drawSmall(c.scheme, c.version)
-                                                           : drawMedium(c.scheme, c.version),
-                     c.file);
-  }
+    for (std::size_t note = 4; note < cells.size(); ++note) {
+      const auto space = cells[note].find(' ');
+      journal.addNote(cells[note].substr(0, space), quillan::testing::unescaped(cells[note].substr(space + 1)));
+    }
+    const auto scheme = parseColorScheme(cells[2]);
+    const auto version = parsePlatformVersion(cells[3]);
+    expectGoldenTree(cells[1] == "small" ? drawSmall(scheme, version) : drawMedium(scheme, version), cells[0]);
+  });
 }
 
 }  // namespace

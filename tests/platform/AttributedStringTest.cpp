@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "platform/AttributedString.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/GoldenQuestion.hpp"
 #include "support/SmallStack.hpp"
 
 namespace quillan::platform {
@@ -32,28 +31,6 @@ TextRun link(std::string text, std::string url) {
 
 std::vector<TextRun> runsOf(std::string_view markdown) { return AttributedString::fromInlineMarkdown(markdown).runs(); }
 
-// "\n", "\r", "\t" and "\\" in a data file's line stand for themselves.
-std::string unescaped(const std::string& line) {
-  std::string text;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const char next = i + 1 < line.size() ? line[i + 1] : '\0';
-    const char* known = std::strchr("nrt\\", next);
-    if (line[i] != '\\' || next == '\0' || known == nullptr) {
-      text += line[i];
-      continue;
-    }
-    text += next == 'n' ? '\n' : next == 'r' ? '\r' : next == 't' ? '\t' : '\\';
-    ++i;
-  }
-  return text;
-}
-
-std::string escaped(const std::string& text) {
-  std::string line;
-  for (const char c : text) line += c == '\n' ? "\\n" : c == '\r' ? "\\r" : c == '\t' ? "\\t" : std::string(1, c);
-  return line;
-}
-
 // Each run as [flags]"text", flags b(old) i(talic) s(trikethrough) c(ode) and
 // the link's target.
 std::string describe(const std::vector<TextRun>& runs) {
@@ -62,7 +39,7 @@ std::string describe(const std::vector<TextRun>& runs) {
     text += text.empty() ? "[" : " [";
     text += std::string(run.bold ? "b" : "") + (run.italic ? "i" : "") + (run.strikethrough ? "s" : "") +
             (run.code ? "c" : "") + (run.link ? " " + *run.link : "");
-    text += "]\"" + escaped(run.text) + "\"";
+    text += "]\"" + quillan::testing::escaped(run.text) + "\"";
   }
   return text;
 }
@@ -71,20 +48,9 @@ std::string describe(const std::vector<TextRun>& runs) {
 // block syntax (on the first line or on a line that would start a block inside
 // a paragraph) and whitespace stay as typed, and a blank line ends emphasis.
 TEST(InlineMarkdown, ParsesAsTheGoldenFileSays) {
-  quillan::testing::expectGoldenAnswers("markdown_inline.txt",
-                                        [](const std::string& line) { return describe(runsOf(unescaped(line))); });
-}
-
-TEST(InlineMarkdown, TextThatIsNotUtf8IsAParseError) {
-  for (const std::string& text : {std::string("abc\xff"), std::string("\xc3"), std::string("\xc0\xaf"),
-                                  std::string("\xed\xa0\x80"), std::string("**\xf5\x80\x80\x80**")}) {
-    try {
-      AttributedString::fromInlineMarkdown(text);
-      ADD_FAILURE() << "no error for invalid UTF-8";
-    } catch (const MarkdownParseError& error) {
-      EXPECT_EQ(std::string(error.what()), kMarkdownParseErrorDescription);
-    }
-  }
+  quillan::testing::expectGoldenAnswers("markdown_inline.txt", [](const std::string& line) {
+    return describe(runsOf(quillan::testing::unescaped(line)));
+  });
 }
 
 std::string repeated(std::string_view unit, std::size_t count) {
@@ -125,15 +91,20 @@ TEST(InlineMarkdown, DeeplyNestedSyntaxIsWalkedOnASmallStack) {
   }
 }
 
-TEST(InlineMarkdown, MarkdownIsReadOnlyWithinTheGivenBytesAndTheRestKeptAsTyped) {
-  EXPECT_EQ(AttributedString::fromInlineMarkdown("**a** *b* **c**", 9).runs(),
-            (std::vector<TextRun>{styled("a", true, false), plain(" "), styled("b", false, true), plain(" **c**")}));
-  // Emphasis that closes past the bound stays literal.
-  EXPECT_EQ(AttributedString::fromInlineMarkdown("*ab*", 3).runs(), std::vector<TextRun>{plain("*ab*")});
-  // A bound inside a character moves back before it.
-  EXPECT_EQ(AttributedString::fromInlineMarkdown("*é*", 2).runs(), std::vector<TextRun>{plain("*é*")});
-  EXPECT_EQ(AttributedString::fromInlineMarkdown("a\n**b**", 0).runs(), std::vector<TextRun>{plain("a\n**b**")});
-  EXPECT_THROW(AttributedString::fromInlineMarkdown("**a** \xff", 5), MarkdownParseError);
+// Markdown is read only within a bound of bytes (moved back to a character's
+// start) and the rest kept as typed; text that is not UTF-8 is refused whole.
+TEST(InlineMarkdown, ReadsWithinTheGivenBytesAndRefusesTextThatIsNotUtf8) {
+  quillan::testing::expectGoldenAnswers("markdown_bounded.txt", [](const std::string& question) {
+    const auto split = quillan::testing::cells(question);
+    const auto markdown = quillan::testing::unescaped(split[1]);
+    try {
+      return describe(split[0] == "whole"
+                          ? runsOf(markdown)
+                          : AttributedString::fromInlineMarkdown(markdown, std::stoul(split[0])).runs());
+    } catch (const MarkdownParseError& error) {
+      return "refused: " + std::string(error.what());
+    }
+  });
 }
 
 TEST(AttributedString, PlainTextIsOneUnstyledRun) {

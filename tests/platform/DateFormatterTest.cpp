@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <map>
 #include <thread>
 #include <vector>
 
@@ -26,22 +27,18 @@ std::string withPattern(const char* pattern, const char* locale, const char* zon
   return f.string(date);
 }
 
-std::string withStyle(DateFormatterStyle style, const char* locale, const char* zone, Date date) {
-  auto f = formatter(locale, zone);
-  f.setDateStyle(style);
-  return f.string(date);
-}
-
 std::string formatted(const std::string& question) {
   const auto args = quillan::testing::words(question);
   std::size_t start = 0;
   for (int word = 0; word < 3; ++word) start = question.find(' ', start) + 1;
   const auto format = question.substr(start);
-  const auto date = at(args[2].c_str());
-  if (format == "style:medium") return withStyle(DateFormatterStyle::medium, args[0].c_str(), args[1].c_str(), date);
-  if (format == "style:short") return withStyle(DateFormatterStyle::short_, args[0].c_str(), args[1].c_str(), date);
-  if (format == "style:full") return withStyle(DateFormatterStyle::full, args[0].c_str(), args[1].c_str(), date);
-  return withPattern(format.c_str(), args[0].c_str(), args[1].c_str(), date);
+  const std::map<std::string, DateFormatterStyle> styles = {{"style:medium", DateFormatterStyle::medium},
+                                                            {"style:short", DateFormatterStyle::short_},
+                                                            {"style:full", DateFormatterStyle::full}};
+  auto f = formatter(args[0].c_str(), args[1].c_str());
+  if (const auto style = styles.find(format); style != styles.end()) f.setDateStyle(style->second);
+  else f.setDateFormat(format);
+  return f.string(at(args[2].c_str()));
 }
 
 TEST(DateFormatter, PatternsAndStylesFollowTheLocaleAndTheZoneDecidesTheDay) {

@@ -1,44 +1,32 @@
 #include <gtest/gtest.h>
 
+#include "platform/GraphemeBoundary.hpp"
 #include "platform/Utf8.hpp"
+#include "support/GoldenFile.hpp"
+#include "support/GoldenQuestion.hpp"
 
 namespace quillan::platform {
 namespace {
 
-TEST(Utf8, MalformedSequencesBecomeOneReplacementCharacterPerMaximalSubpart) {
-  struct Case {
-    std::string text;
-    std::string replaced;
-  };
-  const Case cases[] = {
-      {"plain", "plain"},
-      {"Grüße 日本 🎉", "Grüße 日本 🎉"},
-      // The Unicode standard's own example: a truncated four- and three-byte
-      // sequence, a lead without its tail, stray continuation bytes.
-      {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64", "a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd"},
-      {"\xC0\xAF", "\uFFFD\uFFFD"},                      // overlong
-      {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},            // surrogate
-      {"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
-      {"end\xE2\x82", "end\uFFFD"},                      // cut short at the end
-      {"\xFF", "\uFFFD"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(withReplacementCharacters(c.text), c.replaced) << c.text;
-    EXPECT_EQ(isValidUtf8(c.text), c.text == c.replaced) << c.text;
-    EXPECT_TRUE(isValidUtf8(withReplacementCharacters(c.text))) << c.text;
-  }
-}
+using quillan::testing::cells;
+using quillan::testing::unescaped;
 
-TEST(Utf8, BoundaryAtOrBeforeNeverSplitsASequence) {
-  const std::string text = "a\u00e9\u65e5\U0001F389";  // 1, 2, 3 and 4 bytes
-  const std::size_t expected[] = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10, 10, 10};
-  for (std::size_t offset = 0; offset < std::size(expected); ++offset) {
-    EXPECT_EQ(codePointBoundaryAtOrBefore(text, offset), expected[offset]) << offset;
-  }
-  EXPECT_EQ(codePointBoundaryAtOrBefore(text, std::string::npos), text.size());
-  // Malformed bytes are boundaries of their own: nothing well-formed spans them.
-  EXPECT_EQ(codePointBoundaryAtOrBefore("\x80\x80\x80\x80", 2), 2u);
-  EXPECT_EQ(codePointBoundaryAtOrBefore("\xE2\x82x", 2), 2u);
+// Malformed sequences become one replacement character per maximal subpart;
+// a cut moves back to a code point's or a grapheme cluster's start.
+TEST(Utf8, RepairsAndCutsAsTheGoldenFileSays) {
+  quillan::testing::expectGoldenAnswers("utf8_text.txt", [](const std::string& question) {
+    const auto split = cells(question);
+    const auto text = unescaped(split[1]);
+    if (split[0] == "replace") {
+      const auto replaced = withReplacementCharacters(text);
+      EXPECT_TRUE(isValidUtf8(replaced)) << question;
+      return replaced + (isValidUtf8(text) == (text == replaced) ? "" : " (validity disagrees)");
+    }
+    const auto offset = split[2] == "npos" ? std::string::npos : std::stoul(split[2]);
+    const auto boundary = split[0] == "code point" ? codePointBoundaryAtOrBefore(text, offset)
+                                                   : graphemeBoundaryAtOrBefore(text, offset);
+    return std::to_string(boundary);
+  });
 }
 
 }  // namespace

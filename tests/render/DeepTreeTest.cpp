@@ -28,17 +28,14 @@ std::string nestedRows(std::size_t levels) {
   return json;
 }
 
-RenderContext mediumContext() {
-  RenderContext context;
-  context.env.family = views::WidgetFamily::systemMedium;
-  return context;
-}
-
-TEST(DeepTree, TheDeepestTreeTheDecoderAcceptsIsDrawnOnASmallStack) {
+// Finding a row's baseline places its subtree; done again at every level
+// above, the work would double with each row.
+TEST(DeepTree, TheDeepestTreeTheDecoderAcceptsIsDrawnOnASmallStackInLinearWork) {
   const std::size_t levels = views::limits::kMaxDepth / 2;
   const views::Node tree = views::decodeViewTree(nestedRows(levels));
   ASSERT_THROW(views::decodeViewTree(nestedRows(levels + 1)), views::ViewTreeJsonError);
-  const RenderContext context = mediumContext();
+  RenderContext context;
+  context.env.family = views::WidgetFamily::systemMedium;
   std::size_t pngBytes = 0;
   std::vector<HitRegion> regions;
   std::string layout, encoded;
@@ -53,15 +50,9 @@ TEST(DeepTree, TheDeepestTreeTheDecoderAcceptsIsDrawnOnASmallStack) {
   EXPECT_EQ(regions.front().url, "widget-deeplink://Deep");
   EXPECT_NE(layout.find("widget-deeplink://Deep"), std::string::npos);
   EXPECT_EQ(views::decodeViewTree(encoded), tree);
-}
-
-TEST(DeepTree, RowsAlignedOnBaselinesInsideEachOtherCostLinearWork) {
-  // Finding a row's baseline places its subtree; done again at every level
-  // above, the work would double with each row.
-  const views::Node tree = views::decodeViewTree(nestedRows(views::limits::kMaxDepth / 2));
   const FakeTextMeasurer fake;
   testing::CountingMeasurer counting(fake);
-  layoutWidget(tree, mediumContext(), counting);
+  layoutWidget(tree, context, counting);
   EXPECT_LT(counting.bytesMeasured(), 100'000u);
 }
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "render/PangoTextMeasurer.hpp"
-#include "render/ViewAdapter.hpp"
 #include "render/WidgetLayout.hpp"
 #include "views/Builders.hpp"
 #include "views/DynamicType.hpp"
@@ -22,27 +21,6 @@ TEST(DynamicType, EveryStyleGrowsWithTheSizeAndLargeIsTheDefault) {
     }
     EXPECT_EQ(pointSize(style, DynamicTypeSize::large), pointSize(style)) << name;
     EXPECT_GT(pointSize(style, DynamicTypeSize::accessibility5), 1.5 * pointSize(style)) << name;
-  }
-}
-
-TEST(DynamicType, ScalesTextStylesAndTheSymbolsSizedByThemButNotFixedSizes) {
-  const Node tree = vstack({text("styled").font(Font::body()), text("fixed").font(Font::system(12)),
-                            image("checkmark").font(Font::title3()), text("default")});
-  struct Case {
-    DynamicTypeSize size;
-    double body, title3;
-  };
-  for (const Case c : {Case{DynamicTypeSize::xSmall, 14, 17}, Case{DynamicTypeSize::large, 17, 20},
-                       Case{DynamicTypeSize::accessibility5, 53, 55}}) {
-    Environment env;
-    env.dynamicTypeSize = c.size;
-    const AdaptedWidget adapted = adaptViewTree(tree, env);
-    const auto& children = adapted.content.children;
-    ASSERT_EQ(children.size(), 4u);
-    EXPECT_EQ(children[0].text.front().font.size, c.body);
-    EXPECT_EQ(children[1].text.front().font.size, 12);
-    EXPECT_EQ(children[2].symbolFont.size, c.title3);
-    EXPECT_EQ(children[3].text.front().font.size, c.body);
   }
 }
 

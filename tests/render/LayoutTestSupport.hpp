@@ -8,8 +8,17 @@
 #include "render/FakeTextMeasurer.hpp"
 #include "render/Layout.hpp"
 #include "render/LayoutNode.hpp"
+#include "render/TextLayout.hpp"
 
 namespace quillan::render::testing {
+
+inline StyledText plain(std::string s) { return {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}}; }
+
+inline std::vector<std::string> lineTexts(const TextLayout& layout) {
+  std::vector<std::string> out;
+  for (const auto& line : layout.lines) out.push_back(plainText(line.runs));
+  return out;
+}
 
 inline LayoutNode color() {
   LayoutNode n;
@@ -20,7 +29,7 @@ inline LayoutNode color() {
 inline LayoutNode text(std::string s, std::optional<int> lineLimit = std::nullopt) {
   LayoutNode n;
   n.kind = LayoutKind::text;
-  n.text = {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}};
+  n.text = plain(std::move(s));
   n.lineLimit = lineLimit;
   return n;
 }
@@ -75,9 +84,6 @@ inline LayoutNode padding(LayoutNode child, EdgeInsets insets) {
 class FakeMetricsLayout : public ::testing::Test {
  protected:
   FakeTextMeasurer measurer{10.0, 20.0};
-  LayoutEngine engine{measurer, 1.0};
-
-  LayoutBox run(const LayoutNode& node, Size proposal) { return engine.layout(node, ProposedSize::of(proposal)); }
 };
 
 }  // namespace quillan::render::testing

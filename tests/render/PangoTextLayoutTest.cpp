@@ -3,19 +3,15 @@
 #include <string>
 #include <vector>
 
+#include "LayoutTestSupport.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/TextLayout.hpp"
 
 namespace quillan::render {
 namespace {
 
-StyledText plain(std::string s) { return {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}}; }
-
-std::vector<std::string> lineTexts(const TextLayout& layout) {
-  std::vector<std::string> out;
-  for (const auto& line : layout.lines) out.push_back(plainText(line.runs));
-  return out;
-}
+using testing::lineTexts;
+using testing::plain;
 
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;

@@ -2,7 +2,6 @@
 
 #include "SampleTrees.hpp"
 #include "render/FakeTextMeasurer.hpp"
-#include "render/HitTest.hpp"
 #include "render/PangoLineDrawing.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/WidgetLayout.hpp"
@@ -43,25 +42,6 @@ TEST(RightToLeft, MirrorsEveryFrameAcrossTheWidget) {
     ASSERT_TRUE(ltr->background && rtl->background);
     expectMirrored(*ltr->background, *rtl->background, ltr->size.width);
   }
-}
-
-TEST(RightToLeft, TodaysStreakCircleSitsAtTheLeftAndTapsFollowIt) {
-  const auto tree = testing::streakMedium();
-  const auto ltr = hitRegions(tree, contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::leftToRight));
-  const auto rtl = hitRegions(tree, contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft));
-  ASSERT_EQ(ltr.size(), rtl.size());
-  const auto today = [](const std::vector<HitRegion>& regions) {
-    for (const auto& region : regions)
-      if (region.url == "widget-deeplink://AddRecord") return region.rect;
-    return Rect{};
-  };
-  EXPECT_GT(today(ltr).x, 338.0 / 2);
-  EXPECT_LT(today(rtl).maxX(), 338.0 / 2);
-  const Point tapped = today(rtl).center();
-  auto context = contextFor(views::WidgetFamily::systemMedium, views::LayoutDirection::rightToLeft);
-  EXPECT_EQ(hitTest(tree, context, tapped), "widget-deeplink://AddRecord");
-  context.env.layoutDirection = views::LayoutDirection::leftToRight;
-  EXPECT_NE(hitTest(tree, context, tapped), "widget-deeplink://AddRecord");
 }
 
 TEST(RightToLeft, LinesStartAtTheLeadingEdgeWhateverTheirScript) {

@@ -1,72 +1,42 @@
 #include <gtest/gtest.h>
 
 #include "CountingMeasurer.hpp"
+#include "LayoutTestSupport.hpp"
 #include "render/FakeTextMeasurer.hpp"
 #include "render/TextLayout.hpp"
+#include "support/GoldenFile.hpp"
+#include "support/GoldenQuestion.hpp"
 
 namespace quillan::render {
 namespace {
 
-StyledText plain(std::string s) { return {StyledRun{std::move(s), FontDescription{}, false, std::nullopt}}; }
-
-std::vector<std::string> lineTexts(const TextLayout& layout) {
-  std::vector<std::string> out;
-  for (const auto& line : layout.lines) out.push_back(plainText(line.runs));
-  return out;
-}
+using testing::lineTexts;
+using testing::plain;
 
 const FakeTextMeasurer kMeasurer{10.0, 20.0};
 
-TEST(TextLayout, WrapsExactlyAtTheProposedWidth) {
-  struct Case {
-    const char* text;
-    std::optional<double> width;
-    std::vector<std::string> lines;
-  };
-  const Case cases[] = {
-      {"Hello", 50.01, {"Hello"}},
-      {"Hello", 50.0, {"Hello"}},
-      {"Hello", 49.99, {"Hell", "o"}},
-      {"Hello world", 110, {"Hello world"}},
-      {"Hello world", 109.99, {"Hello", "world"}},
-      {"Hello world", std::nullopt, {"Hello world"}},
-      {"a\nb c", std::nullopt, {"a", "b c"}},
-      {"# Title\n\nbody", std::nullopt, {"# Title", "", "body"}},
-      {"Hello   world", 60, {"Hello", "world"}},
-      {"", 100, {""}},
-      {"\u00e9t\u00e9", 30, {"\u00e9t\u00e9"}},  // code points, not bytes
-  };
-  for (const auto& c : cases) {
-    const TextLayout layout = layoutText(plain(c.text), kMeasurer, {c.width, std::nullopt, std::nullopt});
-    EXPECT_EQ(lineTexts(layout), c.lines) << c.text << " at " << c.width.value_or(-1);
-    EXPECT_EQ(layout.size.height, 20.0 * static_cast<double>(c.lines.size()));
-  }
+std::optional<double> limit(const std::string& cell) {
+  return cell == "-" ? std::nullopt : std::optional<double>(std::stod(cell));
 }
 
-TEST(TextLayout, TruncatesTheLastVisibleLineWithAnEllipsis) {
-  struct Case {
-    const char* text;
-    std::optional<double> width;
-    std::optional<double> height;
-    std::optional<int> lineLimit;
-    std::vector<std::string> lines;
-  };
-  const Case cases[] = {
-      {"one two three four", 80, std::nullopt, 2, {"one two", "three f\u2026"}},
-      {"one two three four", 80, 45, std::nullopt, {"one two", "three f\u2026"}},
-      {"one two three four", 80, 10, std::nullopt, {"one two\u2026"}},  // at least one line
-      {"Hello world", 60, std::nullopt, 1, {"Hello\u2026"}},
-      {"line1\nline2\nline3", std::nullopt, std::nullopt, 2, {"line1", "line2\u2026"}},
-      {"short", 100, std::nullopt, 1, {"short"}},
-  };
-  for (const auto& c : cases) {
-    const TextLayout layout = layoutText(plain(c.text), kMeasurer, {c.width, c.height, c.lineLimit});
-    EXPECT_EQ(lineTexts(layout), c.lines) << c.text;
-    EXPECT_EQ(layout.truncated, c.lines.back().ends_with("\u2026")) << c.text;
-    if (c.width) {
-      EXPECT_LE(layout.size.width, *c.width) << c.text;
-    }
-  }
+// WIDTH | HEIGHT | LINE LIMIT | TEXT => the lines, and whether the last visible
+// one was cut with an ellipsis.
+std::string laidOut(const std::string& question) {
+  const auto cells = quillan::testing::cells(question);
+  const auto lineLimit = limit(cells[2]);
+  const TextLimits limits{limit(cells[0]), limit(cells[1]),
+                          lineLimit ? std::optional<int>(static_cast<int>(*lineLimit)) : std::nullopt};
+  const TextLayout layout = layoutText(plain(quillan::testing::unescaped(cells[3])), kMeasurer, limits);
+  EXPECT_EQ(layout.size.height, 20.0 * static_cast<double>(layout.lines.size())) << question;
+  EXPECT_LE(layout.size.width, limits.width.value_or(layout.size.width)) << question;
+  std::string answer;
+  for (const auto& line : lineTexts(layout)) answer += "\"" + quillan::testing::escaped(line) + "\" ";
+  EXPECT_EQ(layout.truncated, answer.ends_with("\u2026\" ")) << question;
+  return answer + (layout.truncated ? "truncated" : "whole");
+}
+
+TEST(TextLayout, WrapsAtTheProposedWidthAndTruncatesTheLastVisibleLine) {
+  quillan::testing::expectGoldenAnswers("text_layout.txt", laidOut);
 }
 
 TEST(TextLayout, KeepsRunStylesAcrossLineBreaks) {

@@ -10,12 +10,15 @@
 #include "fixtures/JournalWriter.hpp"
 #include "server/PortInUse.hpp"
 #include "server/Server.hpp"
+#include "support/FileContents.hpp"
+#include "support/GoldenFile.hpp"
+#include "support/IncomingRequestText.hpp"
+#include "support/RunCommand.hpp"
 
 namespace quillan::server {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 using ::testing::StartsWith;
 using namespace quillan::testing;
 
@@ -69,8 +72,7 @@ TEST_F(ServerTest, ServesThePageFilesAsWritten) {
                                        {"/page.css", "page.css", "text/css; charset=utf-8"}};
   for (const auto& [path, file, type] : files) {
     SCOPED_TRACE(path);
-    std::ifstream written(pageFolder / file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+    const auto bytes = readText(pageFolder / file);
     const auto served = client_->Get(path);
     ASSERT_TRUE(served);
     EXPECT_EQ(served->status, 200);
@@ -122,77 +124,52 @@ TEST_F(ServerTest, TapOnTheStreaksTodayCircleOpensAddRecord) {
   EXPECT_TRUE(outside.contains("url") && outside["url"].is_null()) << outside.dump();
 }
 
-// A request as raw text: the Host the server is reached by unless `headers`
-// name one, and the body's length unless they announce it another way.
-std::string rawRequest(int port, const std::string& line, const std::string& headers = "",
-                       const std::string& body = "") {
-  std::string head = line + " HTTP/1.1\r\nConnection: close\r\n" + headers;
-  if (headers.find("Host:") == std::string::npos) head += "Host: 127.0.0.1:" + std::to_string(port) + "\r\n";
-  if (!body.empty() && headers.find("Content-Length") == std::string::npos) {
-    head += "Content-Length: " + std::to_string(body.size()) + "\r\n";
+// "LINE | HEADER | ... [|| BODY]" (see IncomingRequestText.hpp) as raw text
+// to the server on `port`: PORT stands for it, Host is the server's unless
+// named, and the body's length is given unless a header announces it.
+std::string rawRequest(int port, std::string written) {
+  for (auto at = written.find("PORT"); at != std::string::npos; at = written.find("PORT")) {
+    written.replace(at, 4, std::to_string(port));
   }
-  return head + "\r\n" + body;
+  const auto bodyAt = written.find(" || ");
+  const auto body = bodyAt == std::string::npos ? "" : written.substr(bodyAt + 4);
+  auto head = written.substr(0, bodyAt);
+  head.insert(std::min(head.find(" | "), head.size()), " HTTP/1.1 | Connection: close");
+  if (head.find("Host:") == std::string::npos) head += " | Host: 127.0.0.1:" + std::to_string(port);
+  if (!body.empty() && head.find("Content-Length") == std::string::npos) {
+    head += " | Content-Length: " + std::to_string(body.size());
+  }
+  return requestFromOneLine(head + " || " + body, "\r\n");
+}
+
+// The status and one-line error of a raw answer, with its Allow header and
+// anything no refusal may carry; the port written PORT.
+std::string refusalSeen(const std::string& answer, int port) {
+  const auto head = answer.substr(0, answer.find("\r\n\r\n"));
+  const auto body = answer.substr(std::min(head.size() + 4, answer.size()));
+  const auto allow = head.find("Allow: ");
+  std::string seen = std::to_string(statusOf(answer)) + " " +
+                     nlohmann::json::parse(body, nullptr, false).value("error", "(no error)");
+  if (allow != std::string::npos) seen += " [" + head.substr(allow, head.find("\r\n", allow) - allow) + "]";
+  if (head.find("Access-Control-Allow-Origin") != std::string::npos) seen += " [ANOTHER SITE MAY ASK]";
+  if (body.find('\n') != std::string::npos) seen += " [SEVERAL LINES]";
+  for (auto at = seen.find(std::to_string(port)); at != std::string::npos; at = seen.find(std::to_string(port))) {
+    seen.replace(at, std::to_string(port).size(), "PORT");
+  }
+  return seen;
 }
 
 // Each parser's and the screen's own cases are in ApiRequestsTest; here, that
 // every route refuses them with its status and one line, changes nothing, and
 // tells no other site it may ask, while the page itself may.
 TEST_F(ServerTest, RefusedRequestsAreOneLineWithTheirOwnStatusAndChangeNothing) {
-  const std::string json = "Content-Type: application/json\r\n", evil = "Origin: http://evil.example\r\n";
   const auto port = std::to_string(port_);
-  struct Case {
-    std::string request;
-    int status;
-    std::string message;
-  };
-  const std::vector<Case> cases = {
-      {rawRequest(port_, "GET /api/render?format=png"), 400, "kind: required"},
-      {rawRequest(port_, "GET /api/render?kind=StreakWidget&colour=red"), 400, "unknown parameter \"colour\""},
-      {rawRequest(port_, "GET /api/render?kind=StreakWidget&timeZone=Mars%2FOlympus"), 400, "timeZone: unknown"},
-      {rawRequest(port_, "GET /api/render?kind=Streak=Widget"), 400, "a second '='"},
-      {rawRequest(port_, "GET /api/tap?kind=StreakWidget&x=1e3&y=2"), 400, "x: expected a decimal number"},
-      {rawRequest(port_, "GET /api/nothing"), 404, "/api/nothing"},
-      {rawRequest(port_, "POST /api/clock", json, R"({"rate": 0})"), 400, "rate:"},
-      {rawRequest(port_, "POST /api/clock", json, std::string(64 * 1024, ' ')), 413, "16 KiB"},
-      {rawRequest(port_, "POST /api/environment", json, "{colorScheme"), 400, "not JSON"},
-      {rawRequest(port_, "POST /api/environment", json, R"({"locale": "en_US@calendar=martian"})"), 400,
-       "unknown calendar keyword"},
-      {rawRequest(port_, "PUT /api/clock", "", "{}"), 405, "not allowed on /api/clock"},
-      {rawRequest(port_, "DELETE /api/widgets"), 405, "not allowed on /api/widgets"},
-      {rawRequest(port_, "OPTIONS /api/clock", evil), 405, "\"OPTIONS\""},
-      {rawRequest(port_, "POST /api/clock", json + "Content-Length: -1\r\n", "{}"), 400, "not a byte count"},
-      {rawRequest(port_, "POST /api/clock", json + "Transfer-Encoding: chunked\r\n"), 411, "Content-Length"},
-      {rawRequest(port_, "POST /api/clock", evil + "Content-Type: text/plain\r\n", R"({"rate": 1000})"), 403,
-       "Origin:"},
-      {rawRequest(port_, "POST /api/clock", evil + json, R"({"rate": 1000})"), 403, "Origin:"},
-      {rawRequest(port_, "POST /api/environment", "Sec-Fetch-Site: cross-site\r\nContent-Type: text/plain\r\n",
-                  R"({"colorScheme": "dark"})"),
-       403, "Sec-Fetch-Site"},
-      {rawRequest(port_, "POST /api/clock", "Content-Type: text/plain\r\n", R"({"rate": 1000})"), 415, "Content-Type"},
-      {rawRequest(port_, "POST /api/environment", "Content-Type: application/x-www-form-urlencoded\r\n",
-                  R"({"colorScheme": "dark"})"),
-       415, "Content-Type"},
-      {rawRequest(port_, "GET /api/widgets", "Host: evil.example:" + port + "\r\n"), 421, "Host:"},
-      {rawRequest(port_, "GET /api/widgets", "Host: 127.0.0.1:1\r\n"), 421, "Host:"},
-      {rawRequest(port_, "GET /api/widgets", "Host: 127.0.0.1\r\n"), 421, "Host:"},
-  };
   const auto clockBefore = jsonOf(client_->Get("/api/clock"));
-  for (const auto& [request, status, message] : cases) {
-    SCOPED_TRACE(request.substr(0, 80));
+  expectGoldenAnswers("served_refusals.txt", [&](const std::string& request) {
     RawClient raw(port_);
-    ASSERT_TRUE(raw.send(request));
-    const auto answer = raw.receive(std::chrono::seconds(10));
-    EXPECT_EQ(statusOf(answer), status) << answer.substr(0, 300);
-    const auto head = answer.substr(0, answer.find("\r\n\r\n"));
-    const auto body = answer.substr(std::min(head.size() + 4, answer.size()));
-    EXPECT_EQ(body.find('\n'), std::string::npos) << body;
-    EXPECT_THAT(nlohmann::json::parse(body, nullptr, false)["error"].get<std::string>(), HasSubstr(message));
-    EXPECT_THAT(head, Not(HasSubstr("Access-Control-Allow-Origin")));
-    if (status == 405) {
-      const bool changesTheHost = request.find(" /api/clock ") != std::string::npos;
-      EXPECT_THAT(head, HasSubstr(changesTheHost ? "Allow: GET, HEAD, POST\r\n" : "Allow: GET, HEAD\r\n"));
-    }
-  }
+    return raw.send(rawRequest(port_, request)) ? refusalSeen(raw.receive(std::chrono::seconds(10)), port_)
+                                                : "not sent";
+  });
   EXPECT_EQ(jsonOf(client_->Get("/api/clock")), clockBefore);
   EXPECT_EQ(jsonOf(client_->Get("/api/environment"))["colorScheme"], nullptr);
   for (const auto& host : {"127.0.0.1:" + port, "localhost:" + port, "LocalHost:" + port}) {
@@ -275,17 +252,12 @@ TEST_F(ServerTest, AClosedEventStreamFreesItsSlot) {
 }
 
 TEST_F(ServerTest, ASecondServerOnTheSamePortIsRefusedInOneLine) {
-  const auto command = "timeout 30 " + std::string(QUILLAN_CLI_PATH) + " serve --group-container " +
-                       folder_.journal().parent_path().string() + " --port " + std::to_string(port_) + " 2>&1";
-  FILE* output = popen(command.c_str(), "r");
-  ASSERT_NE(output, nullptr);
-  std::string text;
-  char chunk[256];
-  while (const auto read = fread(chunk, 1, sizeof chunk, output)) text.append(chunk, read);
-  const int status = pclose(output);
-  EXPECT_EQ(WEXITSTATUS(status), 2) << text;
-  EXPECT_EQ(text, "quillan-widgets: port " + std::to_string(port_) +
-                      " is in use; choose another with --port, or 0 for a free one\n");
+  const auto second = runProgram("/usr/bin/timeout",
+                                 {"30", QUILLAN_CLI_PATH, "serve", "--group-container",
+                                  folder_.journal().parent_path().string(), "--port", std::to_string(port_)});
+  EXPECT_EQ(second.exitStatus, 2) << second.err;
+  EXPECT_EQ(second.out + second.err, "quillan-widgets: port " + std::to_string(port_) +
+                                         " is in use; choose another with --port, or 0 for a free one\n");
 }
 
 TEST_F(ServerTest, ChangingTheEnvironmentRedrawsEveryWidget) {

@@ -30,15 +30,6 @@ TEST_F(NotePresence, ANoteMarksTheLocalCalendarDayItWasWrittenOn) {
   });
 }
 
-TEST_F(NotePresence, TheSameNoteMovesDayWithTheCurrentZone) {
-  journal.addNote("2026-11-22T06:00:00+00:00");
-  ProcessEnvironment environment("2026-11-23T12:00:00+00:00", "Europe/London");
-  EXPECT_TRUE(hasNotes(dayMoment(-1)));
-  environment.set("2026-11-23T12:00:00+00:00", "America/Los_Angeles", "en_US");
-  EXPECT_FALSE(hasNotes(dayMoment(-1)));
-  EXPECT_TRUE(hasNotes(dayMoment(-2)));
-}
-
 using NotePresenceDeathTest = NotePresence;
 
 TEST_F(NotePresenceDeathTest, ANoteWithoutADateStopsTheProcessWhereverItIs) {

@@ -6,6 +6,7 @@
 #include "streak/StreakMediumView.hpp"
 #include "streak/StreakWidget.hpp"
 #include "streak/StreakWidgetWidgetEntryView.hpp"
+#include "support/GoldenQuestion.hpp"
 #include "support/ProcessEnvironment.hpp"
 #include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
@@ -44,33 +45,17 @@ class StreakMediumViewTest : public ::testing::Test {
   TestJournal& journal = TestJournal::shared();
 };
 
-struct TickCase {
-  const char* now;
-  std::vector<const char*> notes;
-  std::vector<bool> ticks;
-};
-
-const TickCase kTicks[] = {
-    {"2026-03-06T12:00:00+01:00", {}, std::vector<bool>(5, false)},
-    {"2026-03-06T12:00:00+01:00",
-     {"2026-03-02T07:00:00+01:00", "2026-03-03T07:00:00+01:00", "2026-03-04T07:00:00+01:00",
-      "2026-03-05T07:00:00+01:00", "2026-03-06T07:00:00+01:00"},
-     std::vector<bool>(5, true)},
-    // Yesterday two minutes ago, two notes on one day, five days ago (never
-    // shown) and tomorrow (marks nothing).
-    {"2026-03-06T00:01:00+01:00",
-     {"2026-03-05T23:59:00+01:00", "2026-03-03T08:00:00+01:00", "2026-03-03T20:00:00+01:00",
-      "2026-03-01T12:00:00+01:00", "2026-03-07T09:00:00+01:00"},
-     {false, true, false, true, false}},
-};
-
+// NOW | NOTES => the five circles, oldest first, x where ticked.
 TEST_F(StreakMediumViewTest, TicksTheDaysWithNotesOnly) {
-  for (const auto& c : kTicks) {
+  quillan::testing::expectGoldenAnswers("streak_ticks.txt", [this](const std::string& question) {
+    const auto cells = quillan::testing::cells(question);
     journal.clear();
-    for (const char* note : c.notes) journal.addNote(note);
-    ProcessEnvironment environment(c.now, "Europe/Berlin");
-    EXPECT_EQ(ticks(readRow(drawEntryView())), c.ticks) << c.now << " " << c.notes.size() << " notes";
-  }
+    for (const auto& note : quillan::testing::words(cells.at(1))) journal.addNote(note);
+    ProcessEnvironment environment(cells[0], "Europe/Berlin");
+    std::string marks;
+    for (const bool ticked : ticks(readRow(drawEntryView()))) marks += ticked ? 'x' : '-';
+    return marks;
+  });
 }
 
 TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
@@ -88,34 +73,17 @@ TEST_F(StreakMediumViewTest, TicksAreThoseOfAFetchPerDay) {
   }
 }
 
-struct GoldenCase {
-  const char* file;
-  ColorScheme scheme;
-  PlatformVersion version;
-  std::vector<const char*> notes;
-};
-
 // The whole face in both schemes, on and before platform 17 (which moved the
 // background and margins into the container), with written and unwritten
 // past days and today both ways.
-const GoldenCase kGoldenTrees[] = {
-    {"streak_medium_dark_16.json",
-     ColorScheme::dark,
-     {16, 4},
-     {"2026-03-05T21:00:00+01:00", "2026-03-06T07:30:00+01:00"}},
-    {"streak_medium_light_16.json", ColorScheme::light, {16, 0}, {"2026-03-02T08:00:00+01:00"}},
-    {"streak_medium_light_17.json", ColorScheme::light, {17, 0}, {"2026-03-04T21:00:00+01:00"}},
-    {"streak_medium_dark_17.json", ColorScheme::dark, {17, 0}, {"2026-03-03T12:00:00+01:00"}},
-};
-
 TEST_F(StreakMediumViewTest, MatchesTheGoldenTrees) {
   ProcessEnvironment environment("2026-03-06T18:00:00+01:00", "Europe/Berlin");
-  for (const auto& c : kGoldenTrees) {
-    SCOPED_TRACE(c.file);
+  quillan::testing::forEachCase("streak_trees.txt", [this](const std::vector<std::string>& cells) {
     journal.clear();
-    for (const char* note : c.notes) journal.addNote(note);
-    views::testing::expectGoldenTree(drawEntryView(c.scheme, c.version), c.file);
-  }
+    for (const auto& note : quillan::testing::words(cells[3])) journal.addNote(note);
+    views::testing::expectGoldenTree(drawEntryView(parseColorScheme(cells[1]), parsePlatformVersion(cells[2])),
+                                     cells[0]);
+  });
 }
 
 TEST_F(StreakMediumViewTest, TheWidgetDrawsFromTheMomentOfDrawingNotTheEntry) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -65,6 +66,15 @@ inline std::vector<std::string> words(const std::string& question) {
   std::vector<std::string> split;
   for (std::string word; in >> word;) split.push_back(word);
   return split;
+}
+
+// Each step of "STEP | STEP ...", as its words, in turn.
+inline void forEachStep(const std::string& steps, const std::function<void(const std::vector<std::string>&)>& take) {
+  for (std::size_t start = 0; start < steps.size();) {
+    const auto end = std::min(steps.find(" | ", start), steps.size());
+    take(words(steps.substr(start, end - start)));
+    start = end + 3;
+  }
 }
 
 }  // namespace quillan::testing

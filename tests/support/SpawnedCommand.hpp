@@ -6,12 +6,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "support/Eventually.hpp"
 #include "support/RunCommand.hpp"
 
 namespace quillan::testing {
@@ -73,16 +71,5 @@ class SpawnedCommand {
   int out_ = -1;
   bool finished_ = false;
 };
-
-// Polls `condition` until it holds or `limit` passes; whether it held.
-inline bool eventually(const std::function<bool()>& condition,
-                       std::chrono::milliseconds limit = std::chrono::seconds(60)) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  while (std::chrono::steady_clock::now() < end) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return condition();
-}
 
 }  // namespace quillan::testing

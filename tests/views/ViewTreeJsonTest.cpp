@@ -165,12 +165,6 @@ TEST(ViewTreeJson, RefusesMalformedTreesSayingWhereAndWhat) {
   });
 }
 
-}  // namespace
-}  // namespace quillan::views
-
-namespace quillan::views {
-namespace {
-
 // Only real nesting counts: brackets in strings, escaped quotes and closing
 // brackets of malformed text must neither hide depth nor invent it.
 TEST(JsonNesting, CountsArraysAndObjectsOutsideStrings) {

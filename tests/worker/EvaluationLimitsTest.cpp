@@ -23,12 +23,6 @@ using ::testing::MatchesRegex;
 
 constexpr std::int64_t kMebibyte = 1024 * 1024;
 
-// Touches every page of a fresh block of `bytes`, so it counts as resident.
-void allocateResident(std::size_t bytes) {
-  auto* block = static_cast<volatile char*>(std::malloc(bytes));
-  for (std::size_t offset = 0; offset < bytes; offset += 4096) block[offset] = 1;
-}
-
 // Widgets that misbehave, served beside the bundle's by the workers of this
 // test only.
 widgets::WidgetConfiguration misbehaving(std::string kind, std::function<void()> behaviour) {
@@ -52,7 +46,7 @@ std::vector<widgets::WidgetConfiguration> testWidgets(std::size_t hungryBytes) {
     volatile std::uint64_t spins = 0;
     while (true) spins = spins + 1;
   }));
-  widgets.push_back(misbehaving("Hungry", [hungryBytes] { allocateResident(hungryBytes); }));
+  widgets.push_back(misbehaving("Hungry", [hungryBytes] { testing::residentBlock(hungryBytes).release(); }));
   widgets.push_back(misbehaving("Terminated", [] { raise(SIGTERM); }));
   widgets.push_back(misbehaving("Silent", [] { platform::silentStop(); }));
   widgets.push_back(misbehaving("Fatal", [] { platform::fatalError("Test/Fatal", "the reason, on one line"); }));

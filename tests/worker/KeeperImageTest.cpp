@@ -22,12 +22,6 @@ constexpr std::size_t kHostGrowth = 96 * kMebibyte;
 // An evaluation's peak varies by a few pages from run to run.
 constexpr std::int64_t kPeakSlackKilobytes = 8 * 1024;
 
-std::unique_ptr<char[]> residentBlock(std::size_t bytes) {
-  auto block = std::make_unique<char[]>(bytes);
-  for (std::size_t offset = 0; offset < bytes; offset += 4096) block[offset] = 1;
-  return block;
-}
-
 class KeeperImageTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -60,7 +54,7 @@ TEST_F(KeeperImageTest, ReplacementsAfterTheHostGrewStartAsSmallAsTheFirst) {
   WidgetWorker worker(imageOptions());
   const auto first = ask(worker);
   ASSERT_TRUE(first.value()) << first.failure()->reason;
-  const auto grown = residentBlock(kHostGrowth);
+  const auto grown = testing::residentBlock(kHostGrowth);
 
   for (const auto& killed : cases) {
     SCOPED_TRACE(killed.name);

@@ -11,13 +11,11 @@
 #include "fixtures/SampleJournal.hpp"
 #include "host/Scheduler.hpp"
 #include "host/WorkerTimelineSource.hpp"
-#include "platform/Clock.hpp"
-#include "platform/FileManager.hpp"
+#include "hosting/TimelineJson.hpp"
 #include "platform/Locale.hpp"
-#include "platform/RandomSource.hpp"
 #include "platform/TimeZone.hpp"
-#include "views/ViewTreeJson.hpp"
-#include "views/ViewTreeJsonValue.hpp"
+#include "support/ProcessEnvironment.hpp"
+#include "support/RunCommand.hpp"
 #include "worker/EvaluationJson.hpp"
 #include "worker/WidgetWorker.hpp"
 
@@ -42,11 +40,6 @@ class WidgetWorkerTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     folders_ = new JournalFolders();
-    {
-      fixtures::JournalWriter writer(folders_->makeContainer("undated") / "Quillan.sqlite");
-      writer.addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
-      writer.addNote({.date = std::nullopt, .info = std::string("no date")});
-    }
     {
       fixtures::JournalWriter writer(folders_->makeContainer("dated") / "Quillan.sqlite");
       writer.addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("caf\xE9 au lait")});
@@ -80,19 +73,6 @@ class WidgetWorkerTest : public ::testing::Test {
 
 JournalFolders* WidgetWorkerTest::folders_ = nullptr;
 WidgetWorker* WidgetWorkerTest::worker_ = nullptr;
-
-TEST_F(WidgetWorkerTest, ANoteWithoutADateFailsTheJournalsWidgetsWithTheFatalReport) {
-  for (const auto& kind : bundleKinds()) {
-    const auto view = firstView(kind, "undated");
-    if (kind == "ComposeButtonLockScreen") {
-      EXPECT_TRUE(view.value()) << view.failure()->reason;
-      continue;
-    }
-    ASSERT_TRUE(view.failure()) << kind << " answered";
-    EXPECT_THAT(view.failure()->reason, HasSubstr(": Fatal error: Unexpectedly found nil")) << kind;
-    EXPECT_EQ(view.failure()->reason.find('\n'), std::string::npos);
-  }
-}
 
 TEST_F(WidgetWorkerTest, AMissingGroupContainerStopsWithoutAMessage) {
   const auto view = firstView("OnThisDayWidget", "nowhere");
@@ -129,62 +109,34 @@ TEST_F(WidgetWorkerTest, BadRequestsAreRefusedBeforeEvaluating) {
   EXPECT_THROW(worker_->view({"OTDComposeWidget", at(kNow), at(kNow), small, settings}), std::invalid_argument);
 }
 
-// Runs `evaluate` in a forked copy of this process, so that this process never
-// opens a journal itself (its worker's keeper was forked from it), and
-// returns what it printed.
-std::string inForkedProcess(const std::function<std::string()>& evaluate) {
-  int pipeFds[2];
-  if (pipe(pipeFds) != 0) return "no pipe";
-  const pid_t child = fork();
-  if (child == 0) {
-    close(pipeFds[0]);
-    const auto text = evaluate();
-    for (std::size_t done = 0; done < text.size();) {
-      const auto written = write(pipeFds[1], text.data() + done, text.size() - done);
-      if (written <= 0) break;
-      done += static_cast<std::size_t>(written);
-    }
-    _exit(0);
-  }
-  close(pipeFds[1]);
-  std::string text;
-  char buffer[4096];
-  ssize_t got;
-  while ((got = read(pipeFds[0], buffer, sizeof buffer)) > 0) text.append(buffer, static_cast<std::size_t>(got));
-  close(pipeFds[0]);
-  waitpid(child, nullptr, 0);
-  return text;
+// What the command, running the extension in its own process, answers and
+// draws from the same journal and settings.
+std::string inCommand(std::vector<std::string> words, const ProcessSettings& settings) {
+  words.insert(words.end(),
+               {"--group-container", settings.groupContainer->string(), "--now", kNow, "--time-zone",
+                *settings.timeZone, "--locale", *settings.locale, "--seed", std::to_string(*settings.seed)});
+  return quillan::testing::runCommand(words).out;
 }
 
-// The settings applied the way the command applies its options.
-void applyInProcess(const ProcessSettings& settings, platform::Date now) {
-  platform::FileManager::setGroupContainerDirectory(*settings.groupContainer);
-  platform::FileManager::setApplicationSupportDirectory(*settings.appSupport);
-  platform::TimeZone::setCurrent(*platform::TimeZone::named(*settings.timeZone));
-  platform::Locale::setCurrent(*platform::Locale::named(*settings.locale));
-  platform::RandomSource::seed(*settings.seed);
-  platform::Clock::pin(now);
-}
-
-TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInProcess) {
+TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInTheCommand) {
   const auto settings = folders_->settings("sample");
-  const auto now = at(kNow);
+  quillan::testing::ProcessEnvironment berlin(kNow, *settings.timeZone);
   for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
+    SCOPED_TRACE(widget.kind);
     views::Environment environment;
     environment.family = widget.supportedFamilies.front();
     environment.colorScheme = views::ColorScheme::dark;
-    const auto expected = inForkedProcess([&] {
-      applyInProcess(settings, now);
-      const auto answer = widget.provider(widgets::TimelineRequest::timeline, {});
-      const auto tree = widget.content(answer.entryDates.front(), environment);
-      return toJson(answer).dump() + "\n" +
-             views::toJson(tree).dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-    });
-    const auto timeline = worker_->timeline({widget.kind, now, widgets::TimelineRequest::timeline, settings});
-    ASSERT_TRUE(timeline.value()) << widget.kind << ": " << timeline.failure()->reason;
-    const auto view = worker_->view({widget.kind, timeline.value()->entryDates.front(), now, environment, settings});
-    ASSERT_TRUE(view.value()) << widget.kind << ": " << view.failure()->reason;
-    EXPECT_EQ(toJson(*timeline.value()).dump() + "\n" + *view.value(), expected) << widget.kind;
+    const auto timeline = worker_->timeline({widget.kind, at(kNow), widgets::TimelineRequest::timeline, settings});
+    ASSERT_TRUE(timeline.value()) << timeline.failure()->reason;
+    const auto view = worker_->view({widget.kind, timeline.value()->entryDates.front(), at(kNow), environment,
+                                     settings});
+    ASSERT_TRUE(view.value()) << view.failure()->reason;
+    EXPECT_EQ(hosting::timelineJson(*timeline.value()) + "\n",
+              inCommand({"timeline", "--kind", widget.kind}, settings));
+    const auto drawn = nlohmann::json::parse(
+        inCommand({"render", "--kind", widget.kind, "--format", "json", "--color-scheme", "dark"}, settings), nullptr,
+        false);
+    EXPECT_EQ(nlohmann::json::parse(*view.value()), drawn["view"]);
   }
 }
 

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -54,6 +55,14 @@ inline worker::WorkerOptions answeringOptions() {
 }
 
 inline platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
+
+// Touches every page of a fresh block of `bytes`, so it counts as resident.
+inline std::unique_ptr<char[]> residentBlock(std::size_t bytes) {
+  auto block = std::make_unique_for_overwrite<char[]>(bytes);
+  auto* pages = static_cast<volatile char*>(block.get());
+  for (std::size_t offset = 0; offset < bytes; offset += 4096) pages[offset] = 1;
+  return block;
+}
 
 // Waits (at most 10 s) until the process `pid` no longer exists.
 inline bool waitUntilGone(pid_t pid) {

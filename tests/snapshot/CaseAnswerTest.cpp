@@ -1,0 +1,49 @@
+#include <gtest/gtest.h>
+
+#include "hosting/UsageError.hpp"
+#include "snapshot/CaseAnswer.hpp"
+
+namespace quillan::snapshot {
+namespace {
+
+TEST(CaseAnswerTest, ResultsComeBackWholeAndErrorsAsTheKindTheyWere) {
+  SnapshotPicture picture{R"({"type":"Text"})", {0x89, 'P', 0, 'N', 'G', 0}};
+  const auto drawn = decodePicture(resultOf(answerOf([&] { return encodePicture(picture); })));
+  EXPECT_EQ(drawn.viewJson, picture.viewJson);
+  EXPECT_EQ(drawn.png, picture.png);
+
+  render::PixelImage difference(3, 2, {1, 2, 3, 4});
+  difference.at(2, 1) = {250, 0, 9, 255};
+  for (const auto& verdict : {SnapshotVerdict{"Tea_light", "", std::nullopt, std::nullopt},
+                              SnapshotVerdict{"Tea_dark", "view tree differs", difference, std::nullopt}}) {
+    const auto back = decodeVerdict(resultOf(answerOf([&] { return encodeVerdict(verdict); })));
+    EXPECT_EQ(back.caseName, verdict.caseName);
+    EXPECT_EQ(back.problem, verdict.problem);
+    ASSERT_EQ(back.difference.has_value(), verdict.difference.has_value());
+    if (back.difference) {
+      EXPECT_EQ(back.difference->width, 3);
+      EXPECT_EQ(back.difference->height, 2);
+      EXPECT_EQ(back.difference->pixels, difference.pixels);
+    }
+  }
+
+  const auto usage = answerOf([]() -> std::string { throw hosting::UsageError("--config: bad"); });
+  try {
+    resultOf(usage);
+    FAIL() << "no error";
+  } catch (const hosting::UsageError& error) {
+    EXPECT_STREQ(error.what(), "--config: bad");
+  }
+  const auto failure = answerOf([]() -> std::string { throw std::runtime_error("no module"); });
+  try {
+    resultOf(failure);
+    FAIL() << "no error";
+  } catch (const hosting::UsageError&) {
+    FAIL() << "an error became a usage error";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "no module");
+  }
+}
+
+}  // namespace
+}  // namespace quillan::snapshot
