@@ -22,18 +22,11 @@ class CommandModules : public ::testing::Test {
   }
   fs::path container() const { return folder_.path() / "group"; }
   Words render(const std::string& format) const {
-    return {"--group-container",
-            container().string(),
-            "--now",
-            "2026-11-22T09:00:00Z",
-            "render",
-            "--kind",
-            "StreakWidget",
-            "--format",
-            format,
-            "--output",
-            (folder_.path() / ("streak." + format)).string()};
+    Words arguments = {"--group-container", container().string(), "--now", "2026-11-22T09:00:00Z", "render"};
+    arguments.insert(arguments.end(), {"--kind", "StreakWidget", "--format", format, "--output", output(format)});
+    return arguments;
   }
+  std::string output(const std::string& format) const { return (folder_.path() / ("streak." + format)).string(); }
   testing::TemporaryFolder folder_;
 };
 
@@ -55,7 +48,7 @@ TEST_F(CommandModules, OnlyCommandsThatDrawLoadTheDrawingStackAndNoneTheServer) 
           << ::testing::PrintToString(arguments) << " " << library;
     for (const auto& library : serving) EXPECT_EQ(result.err.find(library), std::string::npos) << library;
   }
-  EXPECT_TRUE(fs::exists(folder_.path() / "streak.png"));
+  EXPECT_TRUE(fs::exists(output("png")));
 }
 
 TEST_F(CommandModules, ACommandWithoutItsModulesSaysWhatIsMissingInOneLine) {

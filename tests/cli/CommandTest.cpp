@@ -21,9 +21,6 @@ using testing::runCommand;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
 
-const std::vector<std::string> kKinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
-                                         "ComposeButtonLockScreen"};
-
 using testing::TemporaryFolder;
 
 // A group container holding a sample journal written for `now` in Berlin.
@@ -46,25 +43,27 @@ class SampleJournalCommand : public ::testing::Test {
   static inline TemporaryFolder* folder_ = nullptr;
 };
 
+// The answer's JSON as printed; which dates it holds is the providers' (tests/widgets).
 TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
-  for (const auto& kind : kKinds) {
-    const auto result = runCommand({"timeline", "--kind", kind, "--now", "2026-11-22T23:59:59+01:00", "--time-zone",
-                                    "Europe/Berlin"});
+  const auto shape = [](const std::string& entry, const std::string& after) {
+    return R"({"entries":[{"date":")" + entry + R"("}])" +
+           (after.empty() ? "" : R"(,"policy":{"type":"after","date":")" + after + R"("})") + "}\n";
+  };
+  const std::vector<std::pair<std::vector<std::string>, std::string>> runs = {
+      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T23:59:59+01:00", "--time-zone", "Europe/Berlin"},
+       shape("2026-11-22T00:00:00+01:00", "2026-11-23T00:00:00+01:00")},
+      // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
+      {{"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline", "--kind", "StreakWidget"},
+       shape("2018-11-04T01:00:00-02:00", "2018-11-05T00:00:00-02:00")},
+      {{"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now", "2026-11-22T08:30:00.250Z",
+        "--time-zone", "UTC"},
+       shape("2026-11-22T08:30:00.250+00:00", "")},
+  };
+  for (const auto& [arguments, out] : runs) {
+    const auto result = runCommand(arguments);
     EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out,
-              "{\"entries\":[{\"date\":\"2026-11-22T00:00:00+01:00\"}],\"policy\":{\"type\":\"after\",\"date\":"
-              "\"2026-11-23T00:00:00+01:00\"}}\n")
-        << kind;
+    EXPECT_EQ(result.out, out);
   }
-  // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
-  const auto saoPaulo = runCommand({"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline",
-                                    "--kind", "StreakWidget"});
-  EXPECT_EQ(saoPaulo.out,
-            "{\"entries\":[{\"date\":\"2018-11-04T01:00:00-02:00\"}],\"policy\":{\"type\":\"after\",\"date\":"
-            "\"2018-11-05T00:00:00-02:00\"}}\n");
-  const auto snapshot = runCommand({"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now",
-                                    "2026-11-22T08:30:00.250Z", "--time-zone", "UTC"});
-  EXPECT_EQ(snapshot.out, "{\"entries\":[{\"date\":\"2026-11-22T08:30:00.250+00:00\"}]}\n");
 }
 
 TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
@@ -137,10 +136,6 @@ TEST_F(SampleJournalCommand, ATreeWrittenAsJsonDrawsAgainFromTheFile) {
   const auto drawn = runCommand({"render", "--tree", tree.string(), "--format", "png", "--output", png.string()});
   EXPECT_EQ(drawn.exitStatus, 0) << drawn.err;
   EXPECT_GT(fs::file_size(png), 1000u);
-  std::ofstream(folder.path() / "bad.json") << R"({"type": "Blob"})";
-  const auto bad = runCommand({"render", "--tree", (folder.path() / "bad.json").string(), "--format", "png"});
-  EXPECT_EQ(bad.exitStatus, 2);
-  EXPECT_NE(bad.err.find("unknown view type \"Blob\""), std::string::npos) << bad.err;
 }
 
 TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
@@ -158,15 +153,11 @@ TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftL
     std::string url;  // empty: nothing opens
     std::string locale = "en_US";
   };
+  // Every area's centre of every kind is tapped through the gallery below; here, what lies outside
+  // an area's centre and a right-to-left locale's mirrored geometry.
   const std::vector<Tap> taps = {
-      {"OnThisDayWidget", 79, 79, "widget-deeplink://OnThisDay"},
-      {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},
-      {"OTDComposeWidget", 60, 79, "widget-deeplink://OnThisDay"},
-      {"OTDComposeWidget", 280, 79, "widget-deeplink://AddRecord"},
-      {"ComposeButtonWidget", 10, 10, "widget-deeplink://AddRecord"},
-      {"ComposeButtonLockScreen", 36, 36, "widget-deeplink://AddRecord"},
-      {"ComposeButtonWidget", 500, 5, ""},  // outside the widget
-      // Taps follow the mirrored geometry of a right-to-left locale.
+      {"ComposeButtonWidget", 500, 5, ""},                         // outside the widget
+      {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},  // the widget's own link reaches its edge
       {"OTDComposeWidget", 280, 79, "widget-deeplink://OnThisDay", "ar_EG"},
       {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
   };
@@ -195,44 +186,27 @@ TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsUnlessADirectionI
   }
 }
 
-TEST_F(SampleJournalCommand, DynamicTypeScalesTextStylesAndLayoutReportsFonts) {
-  // The largest text size and symbol height the widget's layout shows.
-  struct Largest {
-    double text = 0, symbol = 0;
-  };
-  const auto largestOf = [](const std::string& kind, const std::string& size) {
+// How each text style scales, and that texts still fit, is the layout's and the audit's; here, that
+// the option reaches the layout: the streak's symbols are sized by a text style.
+TEST_F(SampleJournalCommand, TheDynamicTypeSizeReachesTheLayout) {
+  const auto largestSymbol = [](const std::string& size) {
     const auto result =
-        runCommand(environment({"render", "--kind", kind, "--format", "layout", "--dynamic-type", size}));
+        runCommand(environment({"render", "--kind", "StreakWidget", "--format", "layout", "--dynamic-type", size}));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
-    const Json layout = Json::parse(result.out);
-    const double width = layout["size"][0];
-    Largest largest;
-    std::vector<const Json*> pending{&layout["content"]};
+    double largest = 0;
+    std::vector<Json> pending{Json::parse(result.out)["content"]};
     while (!pending.empty()) {
-      const Json& box = *pending.back();
+      const Json box = pending.back();
       pending.pop_back();
-      if (box.contains("fonts")) {
-        EXPECT_EQ(box["missingGlyphs"], 0);
-        // Texts fit the widget, wrapping or ending in an ellipsis as they must.
-        EXPECT_LE(box["frame"][0].get<double>() + box["frame"][2].get<double>(), width + 1e-9) << kind << " " << size;
-        for (const auto& font : box["fonts"]) largest.text = std::max(largest.text, font["size"].get<double>());
-      }
-      if (box["type"] == "Image") largest.symbol = std::max(largest.symbol, box["frame"][3].get<double>());
-      if (box.contains("children"))
-        for (const auto& child : box["children"]) pending.push_back(&child);
+      if (box["type"] == "Image") largest = std::max(largest, box["frame"][3].get<double>());
+      for (const auto& child : box.value("children", Json::array())) pending.push_back(child);
     }
     return largest;
   };
-  for (const std::string kind : {"StreakWidget", "ComposeButtonWidget"}) {
-    const Largest xSmall = largestOf(kind, "xSmall"), large = largestOf(kind, "large"),
-                  huge = largestOf(kind, "accessibility5");
-    // Symbols sized by text styles scale; these widgets' texts have fixed sizes, which do not.
-    EXPECT_GT(large.symbol, 0) << kind;
-    EXPECT_LT(xSmall.symbol, large.symbol) << kind;
-    EXPECT_GT(huge.symbol, large.symbol) << kind;
-    EXPECT_EQ(xSmall.text, large.text) << kind;
-    EXPECT_EQ(huge.text, large.text) << kind;
-  }
+  const double xSmall = largestSymbol("xSmall"), large = largestSymbol("large");
+  EXPECT_GT(xSmall, 0);
+  EXPECT_LT(xSmall, large);
+  EXPECT_LT(large, largestSymbol("accessibility5"));
 }
 
 TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
@@ -281,8 +255,6 @@ TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
       {"not a database",
        [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
        "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "},
-      {"undated note", withNote({.date = std::nullopt, .info = std::string("undated")}), true,
-       "Fatal error: Unexpectedly found nil while unwrapping an Optional value"},
       {"note text that is not Markdown",
        withNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")}),
        false, "Couldn't parse:  "},

@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -89,25 +90,21 @@ std::string servedView(const fs::path& container) {
   return view;
 }
 
-// What each reading command shows of the memory; empty output when it failed.
+// What each reading command shows of the memory, or "failed: " and why.
 std::string viewBy(const std::string& command, const fs::path& container, const fs::path& scratch) {
-  const std::vector<std::string> place = {"--group-container", container.string(), "--now", kNow};
-  const auto run = [&place](std::vector<std::string> arguments) {
-    arguments.insert(arguments.end(), place.begin(), place.end());
-    const auto result = runCommand(arguments);
-    return result.exitStatus == 0 ? result.out : "failed: " + result.err;
-  };
-  if (command == "timeline") return run({"timeline", "--kind", "OnThisDayWidget"});
-  if (command == "render") return run({"render", "--kind", "OnThisDayWidget"});
-  if (command == "render png") {
-    return run({"render", "--kind", "OnThisDayWidget", "--format", "png", "--output", (scratch / "a.png").string()});
-  }
-  if (command == "tap") return run({"tap", "--kind", "OnThisDayWidget", "--x", "80", "--y", "80"});
-  if (command == "simulate") {
-    return run({"simulate", "--kind", "OnThisDayWidget", "--from", "2026-11-22T08:00:00Z", "--to",
-                "2026-11-22T10:00:00Z", "--output", (scratch / "simulation").string()});
-  }
-  return servedView(container);
+  if (command == "serve") return servedView(container);
+  const std::map<std::string, std::vector<std::string>> arguments = {
+      {"timeline", {"timeline", "--kind", "OnThisDayWidget"}},
+      {"render", {"render", "--kind", "OnThisDayWidget"}},
+      {"render png", {"render", "--kind", "OnThisDayWidget", "--format", "png", "--output", scratch / "a.png"}},
+      {"tap", {"tap", "--kind", "OnThisDayWidget", "--x", "80", "--y", "80"}},
+      {"simulate",
+       {"simulate", "--kind", "OnThisDayWidget", "--from", "2026-11-22T08:00:00Z", "--to", "2026-11-22T10:00:00Z",
+        "--output", scratch / "simulation"}}};
+  auto run = arguments.at(command);
+  run.insert(run.end(), {"--group-container", container.string(), "--now", kNow});
+  const auto result = runCommand(run);
+  return result.exitStatus == 0 ? result.out : "failed: " + result.err;
 }
 
 TEST(JournalFootprint, ReadingCommandsAddNoFileBesideTheJournalAndSeeItsWal) {

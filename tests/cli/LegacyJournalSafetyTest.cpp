@@ -33,34 +33,33 @@ class LegacyJournalSafety : public ::testing::Test {
   const fs::path& root_ = folder_.path();
 };
 
-TEST_F(LegacyJournalSafety, TheDemoNeverTouchesTheUsersLegacyJournal) {
+// Each command runs where the one before left the files; the last moves the journal.
+TEST_F(LegacyJournalSafety, OnlyAWidgetReadOfTheDefaultGroupContainerMovesIt) {
+  const auto elsewhere = (root_ / "elsewhere" / "group").string();
+  ASSERT_EQ(runCommand({"sample-journal", "--group-container", elsewhere}, userEnvironment()).exitStatus, 0);
+  const auto defaultGroup = dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan";
+  fs::create_directories(defaultGroup);
   const auto before = testing::readText(legacy());
-  const auto result = runCommand({"demo", "--output", (root_ / "gallery").string(), "--now", "2026-11-22T09:00:00Z"},
-                                 userEnvironment());
-  ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "no move was tried: " << result.err;
-  ASSERT_TRUE(fs::exists(legacy()));
-  EXPECT_EQ(testing::readText(legacy()), before);
-}
-
-TEST_F(LegacyJournalSafety, AJournalNamedByItsGroupContainerIsPairedWithItsOwnLegacyFolder) {
-  const auto elsewhere = root_ / "elsewhere" / "group";
-  ASSERT_EQ(runCommand({"sample-journal", "--group-container", elsewhere.string()}, userEnvironment()).exitStatus, 0);
-  const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container", elsewhere.string()},
-                                 userEnvironment());
-  ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << result.err;
-  EXPECT_TRUE(fs::exists(legacy())) << "the default legacy folder belongs to the default group container";
-}
-
-TEST_F(LegacyJournalSafety, TheDefaultGroupContainerStillTakesInItsLegacyJournal) {
-  fs::create_directories(dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan");
-  const auto result = runCommand(
-      {"render", "--kind", "ComposeButtonWidget", "--seed", "1", "--now", "2026-11-22T09:00:00Z"}, userEnvironment());
-  ASSERT_EQ(result.exitStatus, 0) << result.err;
-  EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << "the move worked: " << result.err;
-  EXPECT_FALSE(fs::exists(legacy()));
-  EXPECT_TRUE(fs::exists(dataHome() / "quillan-widgets" / "group.com.tarvelo.Quillan" / "Quillan.sqlite"));
+  const struct {
+    const char* name;
+    std::vector<std::string> arguments;
+    bool moves;
+  } runs[] = {
+      {"the demo", {"demo", "--output", (root_ / "gallery").string(), "--now", "2026-11-22T09:00:00Z"}, false},
+      // The default legacy folder belongs to the default group container.
+      {"another group container", {"render", "--kind", "OnThisDayWidget", "--group-container", elsewhere}, false},
+      {"the default group container",
+       {"render", "--kind", "ComposeButtonWidget", "--seed", "1", "--now", "2026-11-22T09:00:00Z"},
+       true},
+  };
+  for (const auto& run : runs) {
+    const auto result = runCommand(run.arguments, userEnvironment());
+    ASSERT_EQ(result.exitStatus, 0) << run.name << ": " << result.err;
+    EXPECT_EQ(result.err.find("Quillan.sqlite"), std::string::npos) << run.name << ": no move, or one that failed";
+    EXPECT_EQ(fs::exists(legacy()), !run.moves) << run.name;
+    EXPECT_EQ(fs::exists(defaultGroup / "Quillan.sqlite"), run.moves) << run.name;
+    EXPECT_TRUE(run.moves || testing::readText(legacy()) == before) << run.name << " changed the legacy journal";
+  }
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "support/ExpectRefused.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -17,9 +17,7 @@ using testing::runCommand;
 using Words = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-// An invocation the command must refuse: exit status 2, nothing on standard
-// output, one line on standard error starting with "quillan-widgets: " and
-// `start`, quoting `quoted` (escaped as the line shows it) when that is given.
+// An invocation the command must refuse, as testing::expectRefused() checks it.
 struct Refusal {
   Words arguments;
   std::string start;
@@ -62,16 +60,7 @@ class RefusedInput : public ::testing::Test {
   static inline testing::TemporaryFolder* folder_ = nullptr;
 };
 
-void expectRefusal(const Refusal& refusal) {
-  std::string shown;
-  for (const auto& argument : refusal.arguments) shown += argument.substr(0, 60) + " ";
-  const auto result = runCommand(refusal.arguments);
-  EXPECT_EQ(result.exitStatus, 2) << shown << result.err;
-  EXPECT_TRUE(result.out.empty()) << shown << result.out;
-  EXPECT_EQ(result.err.rfind("quillan-widgets: " + refusal.start, 0), 0u) << shown << result.err;
-  EXPECT_NE(result.err.find(refusal.quoted), std::string::npos) << shown << result.err;
-  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << shown << result.err;
-}
+void expectRefusal(const Refusal& refusal) { testing::expectRefused(refusal.arguments, refusal.start, refusal.quoted); }
 
 TEST_F(RefusedInput, BadValuesAreOneLineNamingTheOptionAndQuotingTheValue) {
   const auto with = [](Words arguments, const Words& more) {

@@ -38,19 +38,10 @@ class ScratchFolders : public ::testing::Test {
 
   // A replay long enough to be running when a signal comes, or a short one.
   std::vector<std::string> simulate(const std::string& to, const std::string& output) const {
-    return {"simulate",
-            "--group-container",
-            container().string(),
-            "--kind",
-            "StreakWidget",
-            "--from",
-            "2026-11-22T09:00:00Z",
-            "--to",
-            to,
-            "--events",
-            events().string(),
-            "--output",
-            (folder_.path() / output).string()};
+    std::vector<std::string> arguments = {"simulate", "--group-container", container().string(), "--kind"};
+    arguments.insert(arguments.end(), {"StreakWidget", "--from", "2026-11-22T09:00:00Z", "--to", to, "--events"});
+    arguments.insert(arguments.end(), {events().string(), "--output", (folder_.path() / output).string()});
+    return arguments;
   }
   std::vector<std::string> demo(const std::string& output) const {
     return {"demo", "--now", kNow, "--output", (folder_.path() / output).string()};

@@ -9,6 +9,7 @@
 #include "platform/ISO8601.hpp"
 #include "replay/PrivateJournal.hpp"
 #include "store/StoreTestSupport.hpp"
+#include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::replay {
@@ -24,7 +25,7 @@ std::map<std::string, std::string> contentsOf(const fs::path& folder) {
   std::map<std::string, std::string> contents;
   for (const auto& entry : fs::directory_iterator(folder)) {
     const auto name = entry.path().filename().string();
-    contents[name] = name.ends_with("-shm") ? "" : store::testing::fileContents(entry.path());
+    contents[name] = name.ends_with("-shm") ? "" : testing::readText(entry.path());
   }
   return contents;
 }

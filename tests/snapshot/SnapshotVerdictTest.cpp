@@ -16,27 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A PNG of 0x0 pixels, well formed but for that.
-std::string emptyPng() {
-  const auto crc = [](const std::string& bytes) {
-    std::uint32_t value = 0xFFFFFFFF;
-    for (const unsigned char byte : bytes) {
-      value ^= byte;
-      for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ (0xEDB88320 & (0 - (value & 1)));
-    }
-    return ~value;
-  };
-  const auto bigEndian = [](std::uint32_t value) {
-    return std::string{static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8),
-                       static_cast<char>(value)};
-  };
-  const auto chunk = [&](const std::string& type, const std::string& data) {
-    return bigEndian(static_cast<std::uint32_t>(data.size())) + type + data + bigEndian(crc(type + data));
-  };
-  const std::string header = bigEndian(0) + bigEndian(0) + std::string{8, 6, 0, 0, 0};
-  return std::string("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IEND", "");
-}
-
 // 1,000 pixels of a gradient, so that one changed pixel is 0.1 % of them.
 render::PixelImage gradient(int height = 25) {
   render::PixelImage image(40, height);
@@ -133,7 +112,9 @@ TEST_F(RecordedCase, AMissingOrUnreadableRecordingFailsItsCaseNamingTheFile) {
       {".png", bytes(picture.substr(0, picture.size() / 2)),
        "unreadable recording (Tea_light.png: not a readable PNG)"},
       {".png", bytes("no picture at all"), "unreadable recording (Tea_light.png: not a readable PNG)"},
-      {".png", bytes(emptyPng()), "unreadable recording (Tea_light.png: not a readable PNG)"},
+      // A PNG of 0x0 pixels, well formed but for that.
+      {".png", bytes(testing::readText(QUILLAN_TEST_DATA_DIR "/snapshot/empty.png")),
+       "unreadable recording (Tea_light.png: not a readable PNG)"},
   };
   for (const auto& damage : damages) {
     SetUp();

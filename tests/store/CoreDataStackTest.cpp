@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
 
 #include <functional>
 #include <thread>
@@ -150,35 +148,6 @@ TEST_F(CoreDataStackTest, MissingGroupContainerStopsSilently) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   platform::FileManager::setGroupContainerDirectory(directory_ / "absent");
   EXPECT_DEATH(CoreDataStack::makeForTesting()->persistentContainer(), "^$");
-}
-
-// Kills a child in the middle of copies of a large journal: whatever the
-// moment, the destination is the old journal or the whole new one.
-TEST_F(CoreDataStackTest, ACrashMidMoveLeavesNoHalfJournal) {
-  {
-    fixtures::JournalWriter writer(legacyStore());
-    writer.begin();
-    for (int i = 0; i < 20000; ++i) writer.addNote({.info = std::string(200, 'n')});
-    writer.commit();
-  }
-  for (int delayMicroseconds : {0, 2000, 8000, 30000}) {
-    std::filesystem::remove(sharedStore());
-    const pid_t child = ::fork();
-    if (child == 0) {
-      try {
-        copyStoreFile(legacyStore(), sharedStore());
-      } catch (...) {
-        ::_exit(1);
-      }
-      ::_exit(0);
-    }
-    ::usleep(static_cast<useconds_t>(delayMicroseconds));
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
-    // Whatever the moment, there is no journal yet or the whole copy.
-    if (!std::filesystem::exists(sharedStore())) continue;
-    EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), 20000u) << "after " << delayMicroseconds;
-  }
 }
 
 TEST_F(CoreDataStackTest, ACopyNeverReplacesAStoreThatAppearedAtItsDestination) {

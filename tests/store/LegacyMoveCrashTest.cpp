@@ -78,6 +78,9 @@ TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) 
     EXPECT_EQ(fetchNotes(*next->persistentContainer().viewContext()).size(), static_cast<std::size_t>(kNotes))
         << "killed after " << delay << " us";
     EXPECT_FALSE(std::filesystem::exists(legacyStore()));
+    // The run that gave up the move deleted the legacy file: what is left must be the whole journal.
+    EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), static_cast<std::size_t>(kNotes))
+        << "the journal left, killed after " << delay << " us";
     for (const auto& name : groupEntries()) {
       EXPECT_EQ(name.rfind("Quillan.sqlite", 0), 0u) << name << " left behind, killed after " << delay << " us";
     }
