@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,8 +23,8 @@ constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGABRT};
 
 // The handler wakes the remover through one pipe and waits on the other until
 // the folders are gone: write() and poll() are async-signal-safe, and the
-// interrupted thread (the main one, which the kernel prefers) creates nothing
-// in a folder meanwhile.
+// interrupted thread (the main one, see passedToMainThread) creates nothing in
+// a folder meanwhile.
 int wakePipe[2] = {-1, -1};
 int donePipe[2] = {-1, -1};
 pid_t owner = 0;
@@ -74,10 +75,25 @@ void removeFolder(const std::filesystem::path& folder) {
 // thread holds must not keep the process from ending.
 constexpr int kRemovalWaitMilliseconds = 10'000;
 
+// The main thread is the one that makes folders and files in them: a signal
+// the kernel gave another thread is passed to it, so that it is held in this
+// handler while its folders are removed instead of making them again. An
+// abort() is the calling thread's own and ends the process once its handler
+// returns, so that thread waits for the removal itself.
+bool passedToMainThread(int signal) {
+  const pid_t process = ::getpid();
+  if (signal == SIGABRT || static_cast<pid_t>(::syscall(SYS_gettid)) == process) return false;
+  return ::syscall(SYS_tgkill, process, process, signal) == 0;
+}
+
 void onSignal(int signal) {
   const int savedErrno = errno;
   // A forked child has its parent's handlers but not the remover: it ends as
   // it would have without them.
+  if (::getpid() == owner && passedToMainThread(signal)) {
+    errno = savedErrno;
+    return;
+  }
   if (::getpid() == owner) {
     const auto byte = static_cast<unsigned char>(signal);
     if (::write(wakePipe[1], &byte, 1) == 1) {
