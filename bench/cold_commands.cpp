@@ -18,16 +18,12 @@
 #include <vector>
 
 #include "BenchJournal.hpp"
+#include "BinaryComparison.hpp"
 #include "ChildProcess.hpp"
 
 namespace {
 
 using namespace quillan::bench;
-
-struct Binary {
-  std::string label;
-  std::string path;
-};
 
 struct Row {
   std::string name;
@@ -39,33 +35,6 @@ struct Samples {
   std::vector<double> cpuMilliseconds;
   std::vector<double> peakMegabytes;
 };
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.empty() ? 0.0 : values[values.size() / 2];
-}
-
-int runsPerRow() {
-  const char* text = std::getenv("QUILLAN_BENCH_RUNS");
-  const int runs = text ? std::atoi(text) : 5;
-  return runs > 0 ? runs : 5;
-}
-
-std::vector<Binary> binariesFrom(int argc, char** argv) {
-  std::vector<Binary> binaries;
-  for (int i = 1; i < argc; ++i) {
-    const std::string argument = argv[i];
-    const auto equals = argument.find('=');
-    if (equals == std::string::npos) binaries.push_back({argument, argument});
-    else binaries.push_back({argument.substr(0, equals), argument.substr(equals + 1)});
-  }
-  if (binaries.empty()) {
-    // bench/bench_cold_commands beside src/quillan-widgets in one build tree.
-    const auto build = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-    binaries.push_back({"this build", (build / "src" / "quillan-widgets").string()});
-  }
-  return binaries;
-}
 
 std::vector<Row> rowsFor(int notes) {
   const std::vector<std::string> host = {"--group-container",
@@ -110,7 +79,7 @@ void record(Samples& samples, const ChildRun& run, const std::string& what) {
 void measure(int notes, const std::vector<Binary>& binaries) {
   ensureJournal(notes);
   std::printf("\n%d notes, medians of %d cold runs; floor: one sqlite3 scan of the note dates, same rounds\n\n", notes,
-              runsPerRow());
+              roundsToRun());
   std::printf("| command | floor ms (CPU) |");
   for (const auto& binary : binaries) {
     std::printf(" %s ms | x floor | CPU ms | x floor CPU | peak RSS MB |", binary.label.c_str());
@@ -123,7 +92,7 @@ void measure(int notes, const std::vector<Binary>& binaries) {
     std::vector<Samples> commands(binaries.size());
     // Floor and commands alternate, so that a busy moment of the machine
     // weighs on all of them alike.
-    for (int round = 0; round < runsPerRow(); ++round) {
+    for (int round = 0; round < roundsToRun(); ++round) {
       record(floor, runQuietly(floorCommand(notes)), "the floor's sqlite3");
       for (std::size_t i = 0; i < binaries.size(); ++i) {
         auto arguments = row.arguments;

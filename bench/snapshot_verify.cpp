@@ -20,16 +20,12 @@
 #include <vector>
 
 #include "BenchJournal.hpp"
+#include "BinaryComparison.hpp"
 #include "ChildProcess.hpp"
 
 namespace {
 
 using namespace quillan::bench;
-
-struct Binary {
-  std::string label;
-  std::string path;
-};
 
 struct Samples {
   std::vector<double> milliseconds;
@@ -40,32 +36,6 @@ struct Samples {
 constexpr const char* kLocales[] = {
     "en_US", "de_DE", "fr_FR", "es_ES", "it_IT", "pt_BR", "nl_NL", "sv_SE", "pl_PL", "ru_RU",
     "tr_TR", "ar_EG", "he_IL", "hi_IN", "th_TH", "ja_JP", "ko_KR", "zh_CN", "zh_TW", "ja_JP@calendar=japanese"};
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.empty() ? 0.0 : values[values.size() / 2];
-}
-
-int rounds() {
-  const char* text = std::getenv("QUILLAN_BENCH_RUNS");
-  const int runs = text ? std::atoi(text) : 5;
-  return runs > 0 ? runs : 5;
-}
-
-std::vector<Binary> binariesFrom(int argc, char** argv) {
-  std::vector<Binary> binaries;
-  for (int i = 1; i < argc; ++i) {
-    const std::string argument = argv[i];
-    const auto equals = argument.find('=');
-    if (equals == std::string::npos) binaries.push_back({argument, argument});
-    else binaries.push_back({argument.substr(0, equals), argument.substr(equals + 1)});
-  }
-  if (binaries.empty()) {
-    const auto build = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-    binaries.push_back({"this build", (build / "src" / "quillan-widgets").string()});
-  }
-  return binaries;
-}
 
 std::filesystem::path suiteFolder() { return benchRoot() / "snapshot-suite-200"; }
 
@@ -126,7 +96,7 @@ void measure(const std::vector<Binary>& binaries) {
   std::vector<Samples> verifies(binaries.size());
   // Floor and commands alternate, so that a busy moment of the machine weighs
   // on all of them alike.
-  for (int round = 0; round < rounds(); ++round) {
+  for (int round = 0; round < roundsToRun(); ++round) {
     record(floor, runQuietly(floorCommand()), "the floor's sqlite3");
     for (std::size_t i = 0; i < binaries.size(); ++i) {
       record(verifies[i], runQuietly(snapshotCommand(binaries[i], "verify")), binaries[i].label + " verify");
@@ -136,7 +106,7 @@ void measure(const std::vector<Binary>& binaries) {
   std::printf(
       "\n200 cases, 100,000 notes, medians of %d cold runs; floor: one sqlite3 scan of the note dates, %.1f ms "
       "(CPU %.1f ms), same rounds\n\n",
-      rounds(), floorMs, median(floor.cpuMilliseconds));
+      roundsToRun(), floorMs, median(floor.cpuMilliseconds));
   std::printf("| binary | verify ms | x floor | CPU ms | cores busy (CPU / wall) | cases per second | peak RSS MB |\n");
   std::printf("|---|---|---|---|---|---|---|\n");
   for (std::size_t i = 0; i < binaries.size(); ++i) {
