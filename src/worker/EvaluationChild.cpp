@@ -15,6 +15,7 @@
 #include "views/ViewTreeJson.hpp"
 #include "views/ViewTreeJsonValue.hpp"
 #include "worker/EvaluationJson.hpp"
+#include "worker/WholeWrite.hpp"
 
 namespace quillan::worker {
 namespace {
@@ -68,15 +69,6 @@ Json evaluateView(const Json& request, const std::vector<widgets::WidgetConfigur
   return {{"view", text}};
 }
 
-void writeAll(int fd, const std::string& text) {
-  std::size_t done = 0;
-  while (done < text.size()) {
-    const ssize_t written = write(fd, text.data() + done, text.size() - done);
-    if (written <= 0) return;
-    done += static_cast<std::size_t>(written);
-  }
-}
-
 }  // namespace
 
 Json evaluateRequest(const Json& request, const std::vector<widgets::WidgetConfiguration>& widgets,
@@ -106,7 +98,7 @@ void runEvaluationChild(const Json& request, const std::vector<widgets::WidgetCo
   dup2(stderrFd, STDERR_FILENO);
   close(stderrFd);
   const auto writeLine = [answerFd](const Json& object) {
-    writeAll(answerFd, object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+    writeWhole(answerFd, object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
   };
   writeLine(evaluateRequest(request, widgets, [&](std::string_view line) { writeLine({{"log", std::string(line)}}); }));
   close(answerFd);

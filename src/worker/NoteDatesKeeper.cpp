@@ -13,20 +13,12 @@
 #include "store/DateColumnRead.hpp"
 #include "store/Note.hpp"
 #include "worker/EvaluationJson.hpp"
+#include "worker/WholeWrite.hpp"
 
 namespace quillan::worker {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-void writeAll(int fd, const std::string& bytes) {
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    const ssize_t written = write(fd, bytes.data() + done, bytes.size() - done);
-    if (written <= 0) return;
-    done += static_cast<std::size_t>(written);
-  }
-}
 
 [[noreturn]] void runReadingChild(const std::filesystem::path& journal, int out, int closeInChild) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -34,7 +26,7 @@ void writeAll(int fd, const std::string& bytes) {
   try {
     // The attribute the widgets judge notes by (store/NoteDateFilter.hpp).
     if (const auto read = store::DateColumnRead::read(journal, store::Note::entityDescription().name, "date")) {
-      writeAll(out, read->encode());
+      writeWhole(out, read->encode());
     }
   } catch (...) {
     // No read: the evaluations scan the table, and report what fails there.
