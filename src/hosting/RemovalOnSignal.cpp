@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <condition_variable>
 #include <cstring>
 #include <mutex>
 #include <stdexcept>
@@ -118,7 +119,20 @@ void removeAll() {
   [[maybe_unused]] const auto written = ::write(donePipe[1], &done, 1);
 }
 
+// Set by the remover once it runs. Its start is waited for: a thread still
+// starting may hold the sanitizers' allocator lock, and a process forked
+// then (the command's workers are forked right after their scratch folder is
+// made) would wait on that lock for good.
+std::mutex startMutex;
+std::condition_variable started;
+bool running = false;
+
 void waitForSignals() {
+  {
+    const std::lock_guard lock(startMutex);
+    running = true;
+  }
+  started.notify_one();
   for (;;) {
     unsigned char byte = 0;
     const auto count = ::read(wakePipe[0], &byte, 1);
@@ -140,6 +154,10 @@ void installOnce() {
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, &previous);
     std::thread(waitForSignals).detach();
+    {
+      std::unique_lock lock(startMutex);
+      started.wait(lock, [] { return running; });
+    }
     pthread_sigmask(SIG_SETMASK, &previous, nullptr);
     struct sigaction action {};
     action.sa_handler = onSignal;
