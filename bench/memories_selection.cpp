@@ -9,6 +9,7 @@
 #include <string>
 
 #include "fixtures/JournalWriter.hpp"
+#include "memories/MatchingDays.hpp"
 #include "memories/MemorySelection.hpp"
 #include "memories/MemorySnapshot.hpp"
 #include "memories/OTDComposeMediumView.hpp"
@@ -81,6 +82,16 @@ void MemorySnapshotTake(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(memories::MemorySnapshot::take());
 }
 BENCHMARK(MemorySnapshotTake)->Unit(benchmark::kMillisecond);
+
+// What the views' read works out before it scans: the dates it can keep.
+void MatchingDays(benchmark::State& state) {
+  prepareJournal();
+  for (auto _ : state) {
+    memories::MonthAndDayTexts texts;
+    benchmark::DoNotOptimize(memories::matchingDays(platform::Clock::now(), texts));
+  }
+}
+BENCHMARK(MatchingDays)->Unit(benchmark::kMicrosecond);
 
 void IsOnThisDayPerNote(benchmark::State& state) {
   prepareJournal();

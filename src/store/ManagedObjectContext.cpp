@@ -71,15 +71,16 @@ std::size_t attributeIndex(const EntityDescription& entity, std::string_view att
 // proved current for this journal, the dates are judged from it instead.
 JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path, const FetchSpecification& request,
                      const EntityDescription& entity, const EntityTable& table, std::size_t judged,
-                     const ManagedObjectContext::ValueFilter& keep) {
+                     const ManagedObjectContext::ValueFilter& keep, const KeepRanges* ranges) {
   const auto& attribute = entity.attributes[judged];
   const auto& known = knownDateColumn();
   if (attribute.kind == AttributeKind::date && known &&
       known->isCurrentFor(path, table.tableName, StoreModel::storeName(attribute.name))) {
     if (auto keys = judgeKnownDates(*known, request, attribute.name, keep)) return std::move(*keys);
   }
-  SqliteRowTest test(snapshot.database(), "quillan_keeps_row",
-                     [&](const SqliteArgument& value) { return keep(storedValue(value, attribute.kind)); });
+  SqliteRowTest test(
+      snapshot.database(), "quillan_keeps_row",
+      [&](const SqliteArgument& value) { return keep(storedValue(value, attribute.kind)); }, ranges);
   const FetchQuery query(request, entity, table, judged, test.name());
   auto scan = snapshot.database().prepare(query.sql());
   query.bind(scan);
@@ -131,7 +132,7 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       while (statement.step()) readRow(statement);
     } else {
       const auto judged = attributeIndex(entity, filter->attribute);
-      const auto keys = judgeKeys(*snapshot, path, request, entity, *table, judged, filter->keep);
+      const auto keys = judgeKeys(*snapshot, path, request, entity, *table, judged, filter->keep, filter->ranges);
       const auto& kept = keys.kept;
       if (kept.size() * kLookupsPerScan <= keys.scanned) {
         auto row = snapshot->database().prepare(FetchQuery::rowSql(entity, *table));

@@ -15,6 +15,7 @@
 #include "store/BatchDeleteRequest.hpp"
 #include "store/EntityDescription.hpp"
 #include "store/FetchRequest.hpp"
+#include "store/KeepRanges.hpp"
 #include "store/ManagedObject.hpp"
 #include "store/PersistentStoreCoordinator.hpp"
 #include "store/PersistentStoreRequestExecutor.hpp"
@@ -47,9 +48,11 @@ class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectCo
   // Exactly fetch(request) followed by a filter on one attribute's value (the
   // same objects in the same order), but only the rows `keep` accepts become
   // objects. `keep` sees the value of every row the request matches, in order.
+  // With `ranges`, numbers they rule out are passed over without asking
+  // `keep` (see KeepRanges): the caller vouches it would answer no to them.
   template <typename T>
   Result<std::vector<std::shared_ptr<T>>> fetch(const FetchRequest<T>& request, std::string_view attribute,
-                                                const ValueFilter& keep);
+                                                const ValueFilter& keep, const KeepRanges* ranges = nullptr);
 
   // The live object registered for `id`, if any; never reads the store.
   std::shared_ptr<ManagedObject> registeredObject(const ObjectID& id) const;
@@ -89,6 +92,7 @@ class ManagedObjectContext : public std::enable_shared_from_this<ManagedObjectCo
   struct RowFilter {
     std::string_view attribute;
     const ValueFilter& keep;
+    const KeepRanges* ranges;
   };
   // Streams the request's rows into live objects handed to `sink`; the error
   // that stopped the read, if any.
@@ -115,9 +119,9 @@ Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetch(const FetchR
 
 template <typename T>
 Result<std::vector<std::shared_ptr<T>>> ManagedObjectContext::fetch(const FetchRequest<T>& request,
-                                                                    std::string_view attribute,
-                                                                    const ValueFilter& keep) {
-  const RowFilter filter{attribute, keep};
+                                                                    std::string_view attribute, const ValueFilter& keep,
+                                                                    const KeepRanges* ranges) {
+  const RowFilter filter{attribute, keep, ranges};
   return fetchObjects(request, &filter);
 }
 

@@ -29,4 +29,9 @@ Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectCont
   return context.fetch(request, "date", byDate(keep));
 }
 
+Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, const KeepRanges& ranges,
+                                                               const NoteDateTest& keep) {
+  return context.fetch(Note::fetchRequest(), "date", byDate(keep), &ranges);
+}
+
 }  // namespace quillan::store

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Date.hpp"
+#include "store/KeepRanges.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
 #include "store/Result.hpp"
@@ -42,6 +43,13 @@ Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectCont
 // still handed to `keep` wherever they are (decoded as a full fetch decodes
 // them), so the process stops at an absent date as the literal filter would.
 Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, NoteDateWindow window,
+                                                               const NoteDateTest& keep);
+
+// The same, with dates `ranges` rule out (in seconds since the reference
+// date, as stored) passed over in the store without asking `keep`, which the
+// caller vouches answers false to them, with no other effect. Every other
+// note's date is handed to `keep` as the first form hands it.
+Result<std::vector<std::shared_ptr<Note>>> fetchNotesWhereDate(ManagedObjectContext& context, const KeepRanges& ranges,
                                                                const NoteDateTest& keep);
 
 }  // namespace quillan::store

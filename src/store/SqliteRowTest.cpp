@@ -21,8 +21,8 @@ Bytes SqliteArgument::blob() const {
   return data ? Bytes(data, data + size) : Bytes();
 }
 
-SqliteRowTest::SqliteRowTest(SqliteDatabase& database, std::string name, Test test)
-    : database_(database), name_(std::move(name)), test_(std::move(test)) {
+SqliteRowTest::SqliteRowTest(SqliteDatabase& database, std::string name, Test test, const KeepRanges* ranges)
+    : database_(database), name_(std::move(name)), test_(std::move(test)), ranges_(ranges) {
   // Not deterministic: SQLite must ask about every row, once, in scan order.
   const int code = sqlite3_create_function_v2(database_.handle(), name_.c_str(), 1, SQLITE_UTF8 | SQLITE_DIRECTONLY,
                                               this, &SqliteRowTest::call, nullptr, nullptr, nullptr);
@@ -38,9 +38,20 @@ void SqliteRowTest::rethrowFailure() const {
   if (failure_) std::rethrow_exception(failure_);
 }
 
+bool SqliteRowTest::ruledOut(sqlite3_value* value) {
+  if (!ranges_) return false;
+  const int type = sqlite3_value_type(value);
+  // The number the test would see: SqliteArgument::real() reads it alike.
+  return (type == SQLITE_INTEGER || type == SQLITE_FLOAT) && !ranges_->mayKeep(sqlite3_value_double(value), rangeHint_);
+}
+
 void SqliteRowTest::call(sqlite3_context* context, int /*count*/, sqlite3_value** values) {
   auto* self = static_cast<SqliteRowTest*>(sqlite3_user_data(context));
   ++self->calls_;
+  if (self->ruledOut(values[0])) {
+    sqlite3_result_int(context, 0);
+    return;
+  }
   // Nothing may unwind through SQLite's frames.
   try {
     sqlite3_result_int(context, self->test_(SqliteArgument(values[0])) ? 1 : 0);

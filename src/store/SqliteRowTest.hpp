@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "store/KeepRanges.hpp"
 #include "store/SqliteDatabase.hpp"
 
 struct sqlite3_value;
@@ -36,11 +37,15 @@ class SqliteArgument {
 // It can be called only from statements this process prepares, never from a
 // view or trigger in the journal's schema. What the test throws ends the
 // statement; `rethrowFailure()` raises it again in place of SQLite's error.
+//
+// With `ranges`, a number they rule out (read as a double, as a date is) is
+// answered no without calling `test`, though it still counts as asked: the
+// few rows they leave cost the test's own price, the rest next to nothing.
 class SqliteRowTest {
  public:
   using Test = std::function<bool(const SqliteArgument&)>;
 
-  SqliteRowTest(SqliteDatabase& database, std::string name, Test test);
+  SqliteRowTest(SqliteDatabase& database, std::string name, Test test, const KeepRanges* ranges = nullptr);
   ~SqliteRowTest();
   SqliteRowTest(const SqliteRowTest&) = delete;
   SqliteRowTest& operator=(const SqliteRowTest&) = delete;
@@ -52,10 +57,13 @@ class SqliteRowTest {
 
  private:
   static void call(sqlite3_context* context, int count, sqlite3_value** values);
+  bool ruledOut(sqlite3_value* value);
 
   SqliteDatabase& database_;
   std::string name_;
   Test test_;
+  const KeepRanges* ranges_;
+  std::size_t rangeHint_ = 0;
   std::size_t calls_ = 0;
   std::exception_ptr failure_;
 };

@@ -26,4 +26,8 @@ Notes fetchNotesWhere(store::NoteDateWindow window, const store::NoteDateTest& k
   return valueOrEmpty(store::fetchNotesWhereDate(viewContext(), window, keep));
 }
 
+Notes fetchNotesWhere(const store::KeepRanges& ranges, const store::NoteDateTest& keep) {
+  return valueOrEmpty(store::fetchNotesWhereDate(viewContext(), ranges, keep));
+}
+
 }  // namespace quillan::widgets

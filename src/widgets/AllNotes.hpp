@@ -27,4 +27,8 @@ Notes fetchNotesWhere(const store::NoteDateTest& keep);
 // false for every date outside it (absent dates are still handed to `keep`).
 Notes fetchNotesWhere(store::NoteDateWindow window, const store::NoteDateTest& keep);
 
+// The same, with the dates `ranges` rule out passed over without asking
+// `keep`: the caller vouches that it answers false to them, with no other effect.
+Notes fetchNotesWhere(const store::KeepRanges& ranges, const store::NoteDateTest& keep);
+
 }  // namespace quillan::widgets

@@ -3,6 +3,7 @@
 // own schema.
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -33,15 +34,51 @@ struct Numbers {
 };
 
 TEST(SqliteRowTest, IsAskedAboutEveryRowOnceInOrderAndOnlyKeptRowsComeBack) {
-  Numbers numbers;
-  std::vector<std::string> seen;
-  SqliteRowTest test(numbers.database, "keeps", [&](const SqliteArgument& value) {
-    seen.push_back(value.isNull() ? "null" : value.text());
-    return !value.isNull() && value.real() > 20;
-  });
-  EXPECT_EQ(numbers.keysWhere("keeps(X)"), (std::vector<std::int64_t>{4}));
-  EXPECT_EQ(seen, (std::vector<std::string>{"10", "null", "text", "40.5", "\x01"}));
-  EXPECT_EQ(test.calls(), 5u);
+  // With ranges, numbers in their span but outside them are answered no
+  // unasked; NULL, text and blobs always reach the test.
+  const KeepRanges ranges({0, 100}, {{35, 45}});
+  const struct {
+    const KeepRanges* ranges;
+    std::vector<std::string> seen;
+    std::vector<std::int64_t> kept;
+  } cases[] = {
+      {nullptr, {"10", "null", "text", "40.5", "\x01"}, {1, 4}},
+      {&ranges, {"null", "text", "40.5", "\x01"}, {4}},
+  };
+  for (const auto& c : cases) {
+    Numbers numbers;
+    std::vector<std::string> seen;
+    SqliteRowTest test(
+        numbers.database, "keeps",
+        [&](const SqliteArgument& value) {
+          seen.push_back(value.isNull() ? "null" : value.text());
+          return !value.isNull() && value.real() > 5;
+        },
+        c.ranges);
+    EXPECT_EQ(numbers.keysWhere("keeps(X)"), c.kept);
+    EXPECT_EQ(seen, c.seen);
+    EXPECT_EQ(test.calls(), 5u);
+  }
+}
+
+TEST(KeepRanges, RuleOutNumbersInTheSpanOutsideEveryRangeAndNothingElse) {
+  const KeepRanges ranges({0, 100}, {{50, 60}, {15, 30}, {10, 20}, {60, 61}, {70, 70}, {90, 80}});
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double infinity = std::numeric_limits<double>::infinity();
+  const struct {
+    double number;
+    bool mayKeep;
+  } numbers[] = {
+      {-1, true},     {0, false},  {9.999, false}, {10, true},    {17, true},  {29.999, true},   {30, false},
+      {49, false},    {50, true},  {60, true},     {60.5, true},  {61, false}, {70, false},      {85, false},
+      {99.99, false}, {100, true}, {1e300, true},  {-0.0, false}, {nan, true}, {infinity, true}, {-infinity, true},
+  };
+  std::size_t hint = 0;
+  for (const auto& n : numbers) {
+    EXPECT_EQ(ranges.mayKeep(n.number), n.mayKeep) << n.number;
+    // Asked in this order, the hint jumps about; it must not change an answer.
+    EXPECT_EQ(ranges.mayKeep(n.number, hint), n.mayKeep) << n.number;
+  }
 }
 
 TEST(SqliteRowTest, WhatTheTestThrowsEndsTheStatementAndIsRaisedAsItself) {
