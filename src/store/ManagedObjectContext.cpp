@@ -1,13 +1,16 @@
 #include "store/ManagedObjectContext.hpp"
 
+#include "store/ColumnValue.hpp"
 #include "store/DateColumnRead.hpp"
 #include "store/ExternalStorage.hpp"
 #include "store/FetchQuery.hpp"
+#include "store/JournalFileState.hpp"
 #include "store/KnownDatesScan.hpp"
 #include "store/SqliteBatchDeleteExecutor.hpp"
 #include "store/SqliteRowTest.hpp"
 #include "store/StoreErrors.hpp"
 #include "store/StoreSnapshot.hpp"
+#include "store/UpperHalfScan.hpp"
 
 namespace quillan::store {
 namespace {
@@ -16,35 +19,9 @@ constexpr const char* kTypeMismatchSource = "OnThisDayWidgetExtension/ManagedObj
 
 // A lookup by primary key costs about as much as scanning this many rows.
 constexpr std::size_t kLookupsPerScan = 16;
-
-// One column of a statement's current row, read as a SqliteArgument is.
-struct SqliteColumn {
-  const SqliteStatement& statement;
-  int column;
-  bool isNull() const { return statement.isNull(column); }
-  std::int64_t integer() const { return statement.integer(column); }
-  double real() const { return statement.real(column); }
-  std::string text() const { return statement.text(column); }
-  Bytes blob() const { return statement.blob(column); }
-};
-
-// A stored value as the attribute's kind reads it, from a column or from the
-// argument of the scan's SQL test: both must decode alike, or the test would
-// judge a value the fetched object does not have.
-template <typename Value>
-StoredValue storedValue(const Value& value, AttributeKind kind) {
-  if (value.isNull()) return std::monostate{};
-  switch (kind) {
-    case AttributeKind::date: return value.real();
-    case AttributeKind::string: return value.text();
-    case AttributeKind::uuid:
-    case AttributeKind::binary: return value.blob();
-    case AttributeKind::integer:
-    case AttributeKind::boolean:
-    case AttributeKind::toOne: return value.integer();
-  }
-  return std::monostate{};
-}
+// Below this many rows a second connection and thread cost about what
+// halving the scan saves.
+constexpr std::int64_t kRowsWorthTwoCores = 200000;
 
 const EntityTable* requireTable(const StoreModel& model, const EntityDescription& entity,
                                 const std::filesystem::path& path) {
@@ -66,24 +43,8 @@ std::size_t attributeIndex(const EntityDescription& entity, std::string_view att
   throw InvalidFetchRequest("keypath " + std::string(attribute) + " not found in entity " + entity.name);
 }
 
-// The judged scan: the one column judged inside SQLite, which returns the
-// kept keys alone. When the process was handed a read of that date column
-// proved current for this journal, the dates are judged from it instead.
-JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path, const FetchSpecification& request,
-                     const EntityDescription& entity, const EntityTable& table, std::size_t judged,
-                     const ManagedObjectContext::ValueFilter& keep, const KeepRanges* ranges) {
-  const auto& attribute = entity.attributes[judged];
-  const auto& known = knownDateColumn();
-  if (attribute.kind == AttributeKind::date && known &&
-      known->isCurrentFor(path, table.tableName, StoreModel::storeName(attribute.name))) {
-    if (auto keys = judgeKnownDates(*known, request, attribute.name, keep)) return std::move(*keys);
-  }
-  SqliteRowTest test(
-      snapshot.database(), "quillan_keeps_row",
-      [&](const SqliteArgument& value) { return keep(storedValue(value, attribute.kind)); }, ranges);
-  const FetchQuery query(request, entity, table, judged, test.name());
-  auto scan = snapshot.database().prepare(query.sql());
-  query.bind(scan);
+// Rows of `scan` whose judged column `test` keeps, and how many it was asked about.
+JudgedKeys keptKeys(SqliteStatement& scan, const SqliteRowTest& test) {
   JudgedKeys keys;
   try {
     while (scan.step()) keys.kept.push_back(scan.integer(0));
@@ -93,6 +54,71 @@ JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path,
   }
   keys.scanned = test.calls();
   return keys;
+}
+
+std::optional<std::int64_t> largestPrimaryKey(SqliteDatabase& database, const EntityTable& table) {
+  auto statement = database.prepare("SELECT max(Z_PK) FROM " + table.tableName);
+  if (!statement.step() || statement.isNull(0)) return std::nullopt;
+  return statement.integer(0);
+}
+
+// A judged scan of every row by a date, in two halves on two cores: the lower
+// judged here, the upper read by an UpperHalfScan, whose rows `keep` is then
+// asked about in their order. `keep` sees what one scan would have shown it,
+// in the same order, provided both connections read one state of the
+// journal: the file state `before` the snapshot began, read again once the
+// second read has begun, proves it. Nullopt when it cannot be proved or the
+// table is too small to gain; the caller scans it whole.
+std::optional<JudgedKeys> judgeInHalves(StoreSnapshot& snapshot, const std::filesystem::path& path,
+                                        const EntityTable& table, const std::string& column,
+                                        const ManagedObjectContext::ValueFilter& keep, const KeepRanges& ranges,
+                                        const JournalFileState& before) {
+  const auto largest = largestPrimaryKey(snapshot.database(), table);
+  if (!largest || *largest < kRowsWorthTwoCores) return std::nullopt;
+  const std::int64_t middle = *largest / 2;
+  UpperHalfScan upper(path, table.tableName, column, middle, ranges);
+  if (!upper.begun() || journalFileState(path) != before) return std::nullopt;
+  SqliteRowTest test(
+      snapshot.database(), "quillan_keeps_row",
+      [&](const SqliteArgument& value) { return keep(storedValue(value, AttributeKind::date)); }, &ranges);
+  auto scan = snapshot.database().prepare("SELECT Z_PK FROM " + table.tableName + " WHERE Z_PK <= ?1 AND " +
+                                          test.name() + "(" + column + ") ORDER BY Z_PK");
+  scan.bind(1, middle);
+  auto keys = keptKeys(scan, test);
+  for (const auto& row : upper.rows()) {
+    if (keep(row.date)) keys.kept.push_back(row.primaryKey);
+  }
+  keys.scanned += upper.scanned();
+  return keys;
+}
+
+// The judged scan: the one column judged inside SQLite, which returns the
+// kept keys alone. When the process was handed a read of that date column
+// proved current for this journal, the dates are judged from it instead.
+// `before`, the journal's file state before the snapshot began, lets a large
+// journal's scan by a date with ranges run in halves.
+JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path, const FetchSpecification& request,
+                     const EntityDescription& entity, const EntityTable& table, std::size_t judged,
+                     const ManagedObjectContext::ValueFilter& keep, const KeepRanges* ranges,
+                     const std::optional<JournalFileState>& before) {
+  const auto& attribute = entity.attributes[judged];
+  const auto& known = knownDateColumn();
+  if (attribute.kind == AttributeKind::date && known &&
+      known->isCurrentFor(path, table.tableName, StoreModel::storeName(attribute.name))) {
+    if (auto keys = judgeKnownDates(*known, request, attribute.name, keep)) return std::move(*keys);
+  }
+  const bool wholeTable = !request.predicate && request.sortDescriptors.empty() && !request.fetchLimit;
+  const auto column = StoreModel::storeName(attribute.name);
+  if (ranges && before && wholeTable && attribute.kind == AttributeKind::date && table.hasColumn(column)) {
+    if (auto keys = judgeInHalves(snapshot, path, table, column, keep, *ranges, *before)) return std::move(*keys);
+  }
+  SqliteRowTest test(
+      snapshot.database(), "quillan_keeps_row",
+      [&](const SqliteArgument& value) { return keep(storedValue(value, attribute.kind)); }, ranges);
+  const FetchQuery query(request, entity, table, judged, test.name());
+  auto scan = snapshot.database().prepare(query.sql());
+  query.bind(scan);
+  return keptKeys(scan, test);
 }
 
 }  // namespace
@@ -114,6 +140,9 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
   try {
     // A store file that is not there yet reads as an empty journal; the app
     // creates it on its first save. The extension never creates the app's file.
+    // A scan that may run in halves proves by this that both read one state.
+    const bool mayHalve = filter && filter->ranges && store.readsByName();
+    const auto before = mayHalve ? journalFileState(path) : std::nullopt;
     auto snapshot = store.snapshot();
     if (!snapshot) return std::nullopt;
     const auto* table = requireTable(snapshot->model(), entity, path);
@@ -132,7 +161,8 @@ std::optional<platform::Error> ManagedObjectContext::readObjects(const FetchSpec
       while (statement.step()) readRow(statement);
     } else {
       const auto judged = attributeIndex(entity, filter->attribute);
-      const auto keys = judgeKeys(*snapshot, path, request, entity, *table, judged, filter->keep, filter->ranges);
+      const auto keys = judgeKeys(*snapshot, path, request, entity, *table, judged, filter->keep, filter->ranges,
+                                  before);
       const auto& kept = keys.kept;
       if (kept.size() * kLookupsPerScan <= keys.scanned) {
         auto row = snapshot->database().prepare(FetchQuery::rowSql(entity, *table));

@@ -32,6 +32,9 @@ class PersistentStore {
   // readable for this process after its file is removed (an open file outlives
   // its name), as a store loaded on the phone does.
   void keepOpen();
+  // Whether reads open the file by its name: a second connection opened by
+  // name then reads the same file.
+  bool readsByName() const { return !openConnection_; }
 
  private:
   platform::URL url_;
