@@ -43,6 +43,14 @@ void toStraightRgba(const std::uint8_t* source, std::uint8_t* target, int width)
       std::memset(target, 0, 4);
       continue;
     }
+    // Most of a widget is opaque, where the rounding below gives c back.
+    if (alpha == 255) {
+      target[0] = static_cast<std::uint8_t>(word >> 16);
+      target[1] = static_cast<std::uint8_t>(word >> 8);
+      target[2] = static_cast<std::uint8_t>(word);
+      target[3] = 255;
+      continue;
+    }
     target[0] = static_cast<std::uint8_t>(((word >> 16 & 0xFF) * 255 + alpha / 2) / alpha);
     target[1] = static_cast<std::uint8_t>(((word >> 8 & 0xFF) * 255 + alpha / 2) / alpha);
     target[2] = static_cast<std::uint8_t>(((word & 0xFF) * 255 + alpha / 2) / alpha);

@@ -18,7 +18,7 @@ cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned in
 }
 
 // Every colour at every opacity Cairo can hold, in a gradient: what soft edges
-// and tinted symbols leave in a widget's picture.
+// and tinted symbols leave in a widget's picture; above it, opaque colours.
 cairo_surface_t* translucentGradient() {
   cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 256, 64);
   cairo_t* cr = cairo_create(surface);
@@ -29,6 +29,13 @@ cairo_surface_t* translucentGradient() {
   cairo_set_source(cr, colours);
   cairo_arc(cr, 128, 32, 60, 0, 6.3);
   cairo_fill(cr);
+  cairo_pattern_t* opaque = cairo_pattern_create_linear(0, 0, 256, 0);
+  cairo_pattern_add_color_stop_rgb(opaque, 0, 1, 0.58, 0);
+  cairo_pattern_add_color_stop_rgb(opaque, 1, 0.2, 0.4, 0.9);
+  cairo_set_source(cr, opaque);
+  cairo_rectangle(cr, 0, 0, 256, 4);
+  cairo_fill(cr);
+  cairo_pattern_destroy(opaque);
   cairo_pattern_destroy(colours);
   cairo_destroy(cr);
   cairo_surface_flush(surface);
