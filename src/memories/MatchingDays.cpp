@@ -49,6 +49,15 @@ Range widenedDay(std::int64_t day) {
           referenceSeconds(static_cast<double>(day + 1) * kSecondsPerDay + kZoneReachSeconds)};
 }
 
+// The dates whose local day, in any zone, lies in the years from `firstYear`
+// to `lastYear`.
+Range listedSpan(std::int64_t firstYear, std::int64_t lastYear) {
+  const auto firstDay = platform::daysFromCivil(firstYear, 1, 1);
+  const auto endDay = platform::daysFromCivil(lastYear + 1, 1, 1);
+  return {referenceSeconds(static_cast<double>(firstDay) * kSecondsPerDay + kZoneReachSeconds),
+          referenceSeconds(static_cast<double>(endDay) * kSecondsPerDay - kZoneReachSeconds)};
+}
+
 }  // namespace
 
 std::optional<store::KeepRanges> matchingDays(platform::Date now, MonthAndDayTexts& texts) {
@@ -69,12 +78,7 @@ std::optional<store::KeepRanges> matchingDays(platform::Date now, MonthAndDayTex
       }
     }
   }
-  // Within the span every local day lies in the listed years.
-  const Range span{referenceSeconds(static_cast<double>(platform::daysFromCivil(firstYear, 1, 1)) * kSecondsPerDay +
-                                    kZoneReachSeconds),
-                   referenceSeconds(static_cast<double>(platform::daysFromCivil(lastYear + 1, 1, 1)) * kSecondsPerDay -
-                                    kZoneReachSeconds)};
-  return store::KeepRanges(span, std::move(ranges));
+  return store::KeepRanges(listedSpan(firstYear, lastYear), std::move(ranges));
 }
 
 }  // namespace quillan::memories

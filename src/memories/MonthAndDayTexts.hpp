@@ -12,8 +12,9 @@
 namespace quillan::memories {
 
 // The "MMMM dd" text of a date, formatted once per local day (or once per
-// month and day where that is the same, below), in the locale, zone and
-// calendar current when it is made. Every calendar derives its fields from the
+// month and day where that is the same, below) in the current locale, zone and
+// calendar; the zone's offsets are taken when it is made, so it lives for one
+// read of the journal. Every calendar derives its fields from the
 // local wall-clock day (UTC plus the zone's offset at that instant, cut at
 // midnight), so two instants of one local day share month, day and year, and
 // with them the text. The offsets come from a table of the zone's

@@ -88,6 +88,8 @@ std::optional<JudgedKeys> judgeInHalves(StoreSnapshot& snapshot, const std::file
   for (const auto& row : upper.rows()) {
     if (keep(row.date)) keys.kept.push_back(row.primaryKey);
   }
+  // As one scan would have: the rows before a failure were asked about.
+  upper.rethrowFailure();
   keys.scanned += upper.scanned();
   return keys;
 }

@@ -20,8 +20,11 @@ bool UpperHalfScan::begun() { return begun_.get(); }
 
 std::vector<UpperHalfScan::Row> UpperHalfScan::rows() {
   if (thread_.joinable()) thread_.join();
-  if (failure_) std::rethrow_exception(failure_);
   return std::move(rows_);
+}
+
+void UpperHalfScan::rethrowFailure() const {
+  if (failure_) std::rethrow_exception(failure_);
 }
 
 void UpperHalfScan::scan(const std::filesystem::path& journal, const std::string& table, const std::string& column,

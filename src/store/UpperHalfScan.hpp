@@ -40,8 +40,11 @@ class UpperHalfScan {
 
   // Waits until the thread's read has begun; false when it could not begin.
   bool begun();
-  // Waits for the rows, in primary-key order; raises what the scan raised.
+  // Waits for the rows, in primary-key order: those read before a failure,
+  // if the scan failed, so that the test can be asked about them first.
   std::vector<Row> rows();
+  // Once rows() has returned: raises what stopped the scan, if anything did.
+  void rethrowFailure() const;
   // How many rows the scan looked at, once rows() has returned.
   std::size_t scanned() const { return scanned_; }
 

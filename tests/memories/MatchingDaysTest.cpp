@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "memories/MatchingDays.hpp"
@@ -78,7 +77,7 @@ TEST(MatchingDays, KeepEveryDateOfTodaysMonthAndDayOrNearNowAndPassOverTheRest) 
   }
 }
 
-TEST(MatchingDays, LeaveDatesFarOutsideTheCenturiesAroundNowAndOddNumbersToTheTest) {
+TEST(MatchingDays, LeaveDatesFarOutsideTheCenturiesAroundNowToTheTest) {
   ProcessEnvironment environment("2026-05-09T16:53:20Z", "Europe/Berlin");
   MonthAndDayTexts texts;
   const auto ranges = matchingDays(platform::Clock::now(), texts);
@@ -86,10 +85,6 @@ TEST(MatchingDays, LeaveDatesFarOutsideTheCenturiesAroundNowAndOddNumbersToTheTe
   for (const char* far :
        {"0001-05-20T00:00:00Z", "1582-10-10T00:00:00Z", "1700-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
     EXPECT_TRUE(ranges->mayKeep(platform::ISO8601::parse(far)->timeIntervalSinceReferenceDate())) << far;
-  }
-  for (const double odd : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-                           -std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
-    EXPECT_TRUE(ranges->mayKeep(odd)) << odd;
   }
 }
 
