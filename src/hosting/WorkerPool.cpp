@@ -1,6 +1,7 @@
 #include "hosting/WorkerPool.hpp"
 
 #include <poll.h>
+#include <signal.h>
 #include <stdio_ext.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -279,10 +280,30 @@ class PoolParent {
   std::optional<Stopped> stopped_;
 };
 
+// A worker gone between two chunks leaves the parent writing into a pipe
+// nobody reads: that EPIPE is the worker's stop to report, not a signal that
+// ends the command.
+class BrokenPipesIgnored {
+ public:
+  BrokenPipesIgnored() {
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigemptyset(&ignore.sa_mask);
+    sigaction(SIGPIPE, &ignore, &previous_);
+  }
+  ~BrokenPipesIgnored() { sigaction(SIGPIPE, &previous_, nullptr); }
+  BrokenPipesIgnored(const BrokenPipesIgnored&) = delete;
+  BrokenPipesIgnored& operator=(const BrokenPipesIgnored&) = delete;
+
+ private:
+  struct sigaction previous_ {};
+};
+
 }  // namespace
 
 void WorkerPool::run(const std::string& name, std::size_t jobs, std::size_t chunks, const Work& work,
                      const Deliver& deliver, const Settings& settings) {
+  const BrokenPipesIgnored brokenPipesIgnored;
   PoolParent parent(name, chunks, work, deliver, settings);
   try {
     parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -74,6 +75,24 @@ TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreD
     }
     EXPECT_EQ(delivered, (std::vector<std::size_t>{0, 1, 2}));
   }
+}
+
+TEST(WorkerPoolTest, AWorkerThatStopsReadingItsTasksIsAnErrorNotABrokenPipeThatEndsTheCommand) {
+  const auto stopsReading = [](std::size_t) -> std::string {
+    // Closes the task pipe's read end: the parent's next chunk meets no reader.
+    for (int fd = 3; fd < 1024; ++fd)
+      if (const int flags = fcntl(fd, F_GETFL); flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) close(fd);
+    return "ok";
+  };
+  std::vector<std::size_t> delivered;
+  try {
+    WorkerPool::run("test", 1, 3, stopsReading,
+                    [&](std::size_t chunk, const std::string&) { delivered.push_back(chunk); });
+    FAIL() << "no error";
+  } catch (const WorkerStopped& error) {
+    EXPECT_EQ(error.chunk, 1u);
+  }
+  EXPECT_EQ(delivered, (std::vector<std::size_t>{0}));
 }
 
 }  // namespace
