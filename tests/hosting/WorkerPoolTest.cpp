@@ -52,6 +52,27 @@ TEST(WorkerPoolTest, EachWorkerDrawsItsOwnShareFirst) {
   EXPECT_NE(drawnBy[0], drawnBy[3]);
 }
 
+TEST(WorkerPoolTest, OutputsHeldPastTheirLimitTurnEveryWorkerToTheEarliestChunks) {
+  char startedPath[] = "/tmp/worker-pool-started-XXXXXX";
+  const int started = mkstemp(startedPath);
+  ASSERT_GE(started, 0);
+  // Chunk 0 keeps the first worker busy while the second runs through its own
+  // share, whose outputs must wait: past 1,500 bytes it turns to chunk 1.
+  const auto work = [&](std::size_t chunk) {
+    const char mark = static_cast<char>('0' + chunk);
+    EXPECT_EQ(write(started, &mark, 1), 1);
+    usleep(chunk == 0 ? 1000000 : 10000);
+    return std::string(1000, mark);
+  };
+  WorkerPool::run("test", 2, 8, work, [](std::size_t, const std::string&) {},
+                  {.shareOf = [](std::size_t chunk) { return chunk < 4 ? 0 : 1; }, .heldBytesBeforeInOrder = 1500});
+  std::string order(8, ' ');
+  EXPECT_EQ(pread(started, order.data(), order.size(), 0), 8);
+  close(started);
+  unlink(startedPath);
+  EXPECT_LT(order.find('1'), order.find('6')) << order;
+}
+
 TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreDelivered) {
   const auto crashing = [](std::size_t chunk) -> std::string {
     if (chunk == 3) raise(SIGKILL);
