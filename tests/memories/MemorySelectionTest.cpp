@@ -4,26 +4,21 @@
 #include <vector>
 
 #include "memories/MemorySelection.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "memories/MemorySummary.hpp"
 #include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 #include "widgets/AllNotes.hpp"
 
 namespace quillan::memories {
 namespace {
 
 using quillan::testing::ProcessEnvironment;
-using quillan::testing::TestJournal;
-
-class MemorySelection : public ::testing::Test {
- protected:
-  void SetUp() override { journal.clear(); }
-  TestJournal& journal = TestJournal::shared();
-};
+using MemorySelection = quillan::testing::JournalTest;
 
 std::vector<std::string> texts(const NoteList& notes) {
   std::vector<std::string> result;
@@ -99,7 +94,8 @@ TEST_F(MemorySelection, DayKeysAreLocalDays) {
 
 using MemorySelectionDeathTest = MemorySelection;
 
-// A note without a date is a broken invariant wherever selection meets it.
+// A note without a date is a broken invariant wherever selection meets it,
+// and a snapshot without memories has no representative one.
 TEST_F(MemorySelectionDeathTest, ANoteWithoutADateStopsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
@@ -113,6 +109,9 @@ TEST_F(MemorySelectionDeathTest, ANoteWithoutADateStopsTheProcess) {
   EXPECT_DEATH(isOnThisDay(*notes[0]), report);
   EXPECT_DEATH(memoryDayKey(*notes[0]), report);
   EXPECT_DEATH(newerGroupFirst(MemoryGroup{notes[0]}, MemoryGroup{notes[0]}), report);
+  EXPECT_DEATH(MemorySnapshot::take(), report);
+  journal.clear();
+  EXPECT_DEATH(MemorySnapshot::take().representativeMemory(), report);
 }
 
 }  // namespace

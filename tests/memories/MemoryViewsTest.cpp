@@ -14,8 +14,8 @@
 #include "platform/RandomSource.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/GoldenQuestion.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
 
 namespace quillan::memories {
@@ -23,15 +23,10 @@ namespace {
 
 using namespace views;
 using quillan::testing::ProcessEnvironment;
-using quillan::testing::TestJournal;
 using views::testing::expectGoldenTree;
 
 Environment environmentFor(ColorScheme scheme, PlatformVersion version, WidgetFamily family) {
-  Environment environment;
-  environment.colorScheme = scheme;
-  environment.platformVersion = version;
-  environment.family = family;
-  return environment;
+  return {.colorScheme = scheme, .platformVersion = version, .family = family};
 }
 
 Node drawSmall(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
@@ -56,17 +51,16 @@ const Node& noteTextNode(const Node& panel) { return rowOrEmpty(panel).children(
 
 const Text& textOf(const Node& node) { return std::get<Text>(node.kind); }
 
-class MemoryViews : public ::testing::Test {
+class MemoryViews : public quillan::testing::JournalTest {
  protected:
   void SetUp() override {
-    journal.clear();
+    JournalTest::SetUp();
     platform::RandomSource::seed(7);
   }
   void TearDown() override {
     platform::RandomSource::useSystem();
     platform::ExtensionLog::setSink({});
   }
-  TestJournal& journal = TestJournal::shared();
 };
 
 platform::TextRun run(std::string text, bool bold = false) {

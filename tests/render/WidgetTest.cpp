@@ -24,10 +24,7 @@ namespace {
 using views::WidgetFamily;
 
 RenderContext contextFor(WidgetFamily family, int platform = 17) {
-  RenderContext context;
-  context.env.family = family;
-  context.env.platformVersion = {platform, 0};
-  return context;
+  return {.env = {.platformVersion = {platform, 0}, .family = family}};
 }
 
 TEST(DeviceProfile, NoWidgetIsLargerThanTheTextBoundAssumes) {
