@@ -94,15 +94,9 @@ TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritte
       {"committed through the WAL", openApp, [&](const auto&) { app->addNote({.date = kMoment}); }, false},
       {"committed and closed by the app", none,
        [](const auto& journal) { fixtures::JournalAppender(journal).addNote({.date = kMoment}); }, false},
-      {"replaced by rename", none,
-       [&](const auto& journal) {
-         writeOddlyDatedJournal(replacement);
-         std::filesystem::rename(replacement, journal);
-       },
-       false},
+      {"replaced by rename", none, [&](const auto& journal) { std::filesystem::rename(replacement, journal); }, false},
       {"rewritten in place", none,
        [&](const auto& journal) {
-         writeOddlyDatedJournal(replacement);
          std::ofstream(journal, std::ios::binary | std::ios::trunc) << std::ifstream(replacement).rdbuf();
        },
        false},
@@ -110,6 +104,7 @@ TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritte
   for (const auto& change : changes) {
     SCOPED_TRACE(change.change);
     writeOddlyDatedJournal(journal_);
+    writeOddlyDatedJournal(replacement);
     change.before(journal_);
     const auto read = readDates(journal_);
     ASSERT_TRUE(read->isCurrentFor(journal_, "ZNOTE", "ZDATE"));

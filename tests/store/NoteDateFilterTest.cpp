@@ -178,15 +178,10 @@ TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
 TEST(NarrowedReadDeathTest, AnUndatedNoteFarFromTheDayStopsTheProcessAsTheLiteralFilterDoes) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   TemporaryDirectory directory;
-  const auto moment = at("2026-05-01T12:00:00Z");
-  {
-    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
-    writer.addNote({.date = moment});
-    writer.addNote({.date = moment.addingTimeInterval(-365 * 86400.0)});
-    writer.addNote({.date = std::nullopt});
-  }
+  testing::writeOddlyDatedJournal(directory / "Quillan.sqlite");
   auto context = contextFor(directory / "Quillan.sqlite");
   const auto calendar = calendarIn("UTC");
+  const auto moment = testing::kMoment;
   const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
     return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
   };
