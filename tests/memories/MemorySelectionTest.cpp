@@ -6,7 +6,6 @@
 #include "memories/MemorySelection.hpp"
 #include "memories/MemorySnapshot.hpp"
 #include "memories/MemorySummary.hpp"
-#include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/GoldenFile.hpp"
@@ -34,18 +33,6 @@ TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
     journal.addNote(args[3], "note");
     return fetchMemories().empty() ? "no memory" : "memory";
   });
-}
-
-// Month and day are the calendar's own: in the Hebrew calendar a year ago is
-// not the same Gregorian date, and the Gregorian anniversary is no memory.
-TEST_F(MemorySelection, TheCalendarNotGregorianDatesDecidesTheDay) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+02:00", "Asia/Jerusalem", "he_IL@calendar=hebrew");
-  const auto now = platform::Clock::now();
-  const auto hebrewYearAgo = *platform::Calendar::current().dateByAdding(platform::CalendarComponent::year, -1, now);
-  journal.addNote(hebrewYearAgo, std::string("hebrew anniversary"));
-  journal.addNote(std::string("2025-11-16T12:00:00+02:00"), std::string("gregorian anniversary"));
-  EXPECT_EQ(texts(fetchMemories()), std::vector<std::string>{"hebrew anniversary"});
-  EXPECT_NE(ProcessEnvironment::local(hebrewYearAgo).substr(0, 10), "2025-11-16");
 }
 
 // Memories keep the store's order. Groups are days, newest first, with the

@@ -25,19 +25,14 @@ using namespace views;
 using quillan::testing::ProcessEnvironment;
 using views::testing::expectGoldenTree;
 
-Environment environmentFor(ColorScheme scheme, PlatformVersion version, WidgetFamily family) {
-  return {.colorScheme = scheme, .platformVersion = version, .family = family};
-}
-
 Node drawSmall(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  const auto environment = environmentFor(scheme, version, WidgetFamily::systemSmall);
   return OnThisDayWidgetEntryView(widgets::SimpleEntry{platform::Clock::now()}, compose::onThisDayURL())
-      .body(environment);
+      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemSmall});
 }
 
 Node drawMedium(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  const auto environment = environmentFor(scheme, version, WidgetFamily::systemMedium);
-  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()}).body(environment);
+  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()})
+      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemMedium});
 }
 
 // The memory panel's VStack, inside the small view's AnyView.

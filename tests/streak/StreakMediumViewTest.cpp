@@ -65,9 +65,9 @@ TEST_F(StreakMediumViewTest, TheWidgetDrawsFromTheMomentOfDrawingNotTheEntry) {
   ProcessEnvironment environment("2026-03-06T15:00:00+01:00", "Europe/Berlin");
   journal.addNote("2026-03-06T14:00:00+01:00");
   const auto entryDate = widget.provider(widgets::TimelineRequest::timeline, {}).entryDates.at(0);
-  const auto view = widget.content(entryDate, environmentFor(ColorScheme::light, {17, 0}));
-  EXPECT_EQ(view, StreakMediumView(environmentFor(ColorScheme::light, {17, 0}), {-4, -3, -2, -1})
-                      .body(environmentFor(ColorScheme::light, {17, 0})));
+  const auto light = environmentFor(ColorScheme::light, {17, 0});
+  const auto view = widget.content(entryDate, light);
+  EXPECT_EQ(view, StreakMediumView(light, {-4, -3, -2, -1}).body(light));
   EXPECT_TRUE(readRow(view).back().ticked);
 }
 
