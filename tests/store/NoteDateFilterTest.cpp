@@ -141,14 +141,11 @@ TEST(NarrowedReads, KeptNotesAreReadWholeWhetherFewOrMany) {
       return static_cast<long>(hours) % every == 0;
     };
     const auto expected = literally(*context, keep);
-    std::vector<std::optional<std::string>> texts;
-    for (const auto& note : expected) texts.push_back(note->info());
+    const auto texts = testing::infos(expected);
     // The objects are the identity map's, refreshed by the read: their texts after it must be the same.
     const auto kept = narrowed(*context, keep);
-    std::vector<std::optional<std::string>> keptTexts;
-    for (const auto& note : kept) keptTexts.push_back(note->info());
     EXPECT_EQ(kept, expected) << "every " << every;
-    EXPECT_EQ(keptTexts, texts) << "every " << every;
+    EXPECT_EQ(testing::infos(kept), texts) << "every " << every;
     EXPECT_EQ(kept.size(), static_cast<std::size_t>((400 + every - 1) / every)) << "every " << every;
   }
 }

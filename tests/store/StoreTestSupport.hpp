@@ -70,10 +70,14 @@ inline void writeJournal(const std::filesystem::path& path, const std::vector<st
   for (const auto& info : infos) writer.addNote({.info = info});
 }
 
-inline std::vector<std::string> infos(PersistentContainer& container) {
+inline std::vector<std::string> infos(const std::vector<std::shared_ptr<Note>>& notes) {
   std::vector<std::string> out;
-  for (const auto& note : fetchNotes(*container.viewContext())) out.push_back(note->info().value_or(""));
+  for (const auto& note : notes) out.push_back(note->info().value_or(""));
   return out;
+}
+
+inline std::vector<std::string> infos(PersistentContainer& container) {
+  return infos(fetchNotes(*container.viewContext()));
 }
 
 // The app's two folders, the group container and the legacy "Application
