@@ -10,6 +10,8 @@
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/CommandAnswers.hpp"
+#include "support/FileContents.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -42,29 +44,6 @@ class SampleJournalCommand : public ::testing::Test {
   static constexpr const char* kNow = "2026-11-22T09:00:00+01:00";
   static inline TemporaryFolder* folder_ = nullptr;
 };
-
-// The answer's JSON as printed; which dates it holds is the providers' (tests/widgets).
-TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
-  const auto shape = [](const std::string& entry, const std::string& after) {
-    return R"({"entries":[{"date":")" + entry + R"("}])" +
-           (after.empty() ? "" : R"(,"policy":{"type":"after","date":")" + after + R"("})") + "}\n";
-  };
-  const std::vector<std::pair<std::vector<std::string>, std::string>> runs = {
-      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T23:59:59+01:00", "--time-zone", "Europe/Berlin"},
-       shape("2026-11-22T00:00:00+01:00", "2026-11-23T00:00:00+01:00")},
-      // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
-      {{"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline", "--kind", "StreakWidget"},
-       shape("2018-11-04T01:00:00-02:00", "2018-11-05T00:00:00-02:00")},
-      {{"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now", "2026-11-22T08:30:00.250Z",
-        "--time-zone", "UTC"},
-       shape("2026-11-22T08:30:00.250+00:00", "")},
-  };
-  for (const auto& [arguments, out] : runs) {
-    const auto result = runCommand(arguments);
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out, out);
-  }
-}
 
 TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   auto prompt = [](const std::string& seed) {
@@ -111,62 +90,28 @@ TEST(Command, ListIsExactlyTheBundle) {
   testing::expectGoldenJson(Json::parse(result.out), "list.json");
 }
 
-TEST_F(SampleJournalCommand, RenderJsonOfEveryKindShowsTheCurrentEntry) {
-  for (const auto& widget : Json::parse(runCommand({"list", "--json"}).out)) {
-    const auto result = runCommand(environment({"render", "--kind", widget["kind"], "--format", "json"}));
-    ASSERT_EQ(result.exitStatus, 0) << widget["kind"] << result.err;
-    const auto json = Json::parse(result.out);
-    EXPECT_EQ(json["kind"], widget["kind"]);
-    EXPECT_EQ(json["family"], widget["families"][0]);
-    EXPECT_EQ(json["date"], "2026-11-22T00:00:00+01:00");
-    // The streak view is the one that does not erase its two branches' types.
-    EXPECT_EQ(json["view"]["type"], widget["kind"] == "StreakWidget" ? "VStack" : "AnyView") << widget["kind"];
-  }
-}
-
 TEST_F(SampleJournalCommand, ATreeWrittenAsJsonDrawsAgainFromTheFile) {
   TemporaryFolder folder;
   const auto tree = folder.path() / "medium.json";
   ASSERT_EQ(runCommand(environment({"render", "--kind", "OTDComposeWidget", "--output", tree.string()})).exitStatus, 0);
   const auto again = runCommand({"render", "--tree", tree.string()});
   ASSERT_EQ(again.exitStatus, 0) << again.err;
-  std::ifstream written(tree);
-  EXPECT_EQ(Json::parse(again.out), Json::parse(written)["view"]);
+  const auto written = Json::parse(testing::readText(tree));
+  EXPECT_EQ(Json::parse(again.out), written["view"]);
+  EXPECT_EQ(written["kind"], "OTDComposeWidget");
+  EXPECT_EQ(written["family"], "systemMedium");
+  EXPECT_EQ(written["date"], "2026-11-22T00:00:00+01:00");
   const auto png = folder.path() / "medium.png";
   const auto drawn = runCommand({"render", "--tree", tree.string(), "--format", "png", "--output", png.string()});
   EXPECT_EQ(drawn.exitStatus, 0) << drawn.err;
   EXPECT_GT(fs::file_size(png), 1000u);
 }
 
-TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
-  const auto before = fs::file_size(container() / "Quillan.sqlite");
-  const auto result = runCommand({"sample-journal", "--group-container", container().string()});
-  EXPECT_EQ(result.exitStatus, 2);
-  EXPECT_NE(result.err.find("not overwriting"), std::string::npos) << result.err;
-  EXPECT_EQ(fs::file_size(container() / "Quillan.sqlite"), before);
-}
-
-TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftLocales) {
-  struct Tap {
-    std::string kind;
-    double x, y;
-    std::string url;  // empty: nothing opens
-    std::string locale = "en_US";
-  };
-  // Every area's centre of every kind is tapped through the gallery below; here, what lies outside
-  // an area's centre and a right-to-left locale's mirrored geometry.
-  const std::vector<Tap> taps = {
-      {"ComposeButtonWidget", 500, 5, ""},                         // outside the widget
-      {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},  // the widget's own link reaches its edge
-      {"OTDComposeWidget", 280, 79, "widget-deeplink://OnThisDay", "ar_EG"},
-      {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
-  };
-  for (const auto& tap : taps) {
-    const auto result = runCommand(environment(
-        {"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y", std::to_string(tap.y)}, tap.locale));
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out, tap.url.empty() ? "" : tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
-  }
+// "WORDS => exit N: what it printed": DIR is a group container holding the sample journal.
+TEST_F(SampleJournalCommand, PrintsTheExactAnswers) {
+  testing::expectGoldenAnswers("command_outputs.txt", [](const std::string& question) {
+    return testing::commandAnswer(question, {{"DIR", container().string()}}, /*printed=*/true);
+  });
 }
 
 // The mirroring itself is the layout's (tests/render); here, that the locale

@@ -25,7 +25,6 @@ using testing::readText;
 using testing::runCommand;
 using testing::TemporaryFolder;
 using Json = nlohmann::json;
-using Words = std::vector<std::string>;
 namespace fs = std::filesystem;
 
 constexpr const char* kNow = "2026-11-22T09:00:00+01:00";
@@ -151,30 +150,6 @@ TEST_F(Snapshot, RecordKeepsWhatIsRecordedUnlessNamedAndAMissingRecordingFails) 
   EXPECT_EQ(readText(recording(kComposeCase, ".json")), "edited");
   ASSERT_EQ(snapshot({"record", "--all", "--jobs", "3"}).exitStatus, 0);
   EXPECT_EQ(snapshot({"verify", "--jobs", "1"}).exitStatus, 0) << "a case drawn after others draws differently";
-  expectRefused({"snapshot", "record", "--dir", dir().string(), "--case", "Nope"}, "--case: ");
-}
-
-TEST_F(Snapshot, AMissingOrCorruptConfigOrABadToleranceIsOneLineAndExitTwo) {
-  const auto refused = [this](const std::string& command, const std::string& option, Words more = {}) {
-    more.insert(more.begin(), {"snapshot", command, "--dir", dir().string()});
-    expectRefused(more, option + ": ");
-  };
-  refused("verify", "--dir");
-  fs::create_directories(dir());
-  refused("verify", "--config");
-  // Each bad value's message is the config reader's (tests/snapshot); here, that both commands refuse with
-  // it, whether the reader or the cases made from what it read find the fault.
-  auto clashing = Json::parse(R"({"now": "2026-11-22T09:00:00+01:00", "timeZone": "Europe/Berlin", "seed": 1,
-      "matrix": {"kinds": ["StreakWidget"], "colorSchemes": ["light"], "renderingModes": ["fullColor"],
-      "platformVersions": ["17.0"], "devices": ["393x852"], "locales": ["de_DE", "de-DE"]}})");
-  clashing["journal"] = container().string();
-  for (const auto& text : {std::string("[]"), clashing.dump()}) {
-    std::ofstream(dir() / "snapshots.json") << text;
-    refused("verify", "--config");
-    refused("record", "--config");
-  }
-  refused("verify", "--precision", {"--precision", "1.5"});
-  refused("verify", "--perceptual-precision", {"--perceptual-precision", "-0.1"});
 }
 
 TEST_F(Snapshot, AnEntryThatIsASymbolicLinkIsRefusedAndNothingIsWrittenThroughIt) {
