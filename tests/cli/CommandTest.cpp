@@ -2,14 +2,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <regex>
 #include <tuple>
 
 #include <nlohmann/json.hpp>
 
-#include "fixtures/JournalWriter.hpp"
-#include "platform/ISO8601.hpp"
 #include "support/CommandAnswers.hpp"
 #include "support/FileContents.hpp"
 #include "support/GoldenFile.hpp"
@@ -114,32 +111,24 @@ TEST_F(SampleJournalCommand, PrintsTheExactAnswers) {
   });
 }
 
-// The mirroring itself is the layout's (tests/render); here, that the locale
-// and the option choose the direction.
-TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsUnlessADirectionIsNamed) {
-  const std::vector<std::tuple<std::string, std::vector<std::string>, std::string>> runs = {
-      {"en_US", {}, "ltr"},
-      {"ar_EG", {}, "rtl"},
-      {"ar_EG", {"--layout-direction", "ltr"}, "ltr"},
-      {"en_US", {"--layout-direction", "rtl"}, "rtl"}};
-  for (const auto& [locale, option, direction] : runs) {
-    auto arguments = environment({"render", "--kind", "StreakWidget", "--format", "layout"}, locale);
-    arguments.insert(arguments.end(), option.begin(), option.end());
-    const auto result = runCommand(arguments);
-    ASSERT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(Json::parse(result.out)["layoutDirection"], direction) << locale;
-  }
-}
-
-// How each text style scales, and that texts still fit, is the layout's and the audit's; here, that
-// the option reaches the layout: the streak's symbols are sized by a text style.
-TEST_F(SampleJournalCommand, TheDynamicTypeSizeReachesTheLayout) {
-  const auto largestSymbol = [](const std::string& size) {
-    const auto result =
-        runCommand(environment({"render", "--kind", "StreakWidget", "--format", "layout", "--dynamic-type", size}));
+// How mirroring and text styles work is the layout's (tests/render) and the audit's; here, that the
+// locale and the options reach the layout: its direction, and the streak's symbols, sized by a text style.
+TEST_F(SampleJournalCommand, TheLocaleTheDirectionAndTheTextSizeReachTheLayout) {
+  const auto layout = [](const std::string& locale, const std::string& options) {
+    const auto result = runCommand(environment(testing::words("render --kind StreakWidget --format layout " + options),
+                                               locale));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
+    return Json::parse(result.out, nullptr, false);
+  };
+  for (const auto& [locale, options, direction] : {std::tuple{"en_US", "", "ltr"},
+                                                   {"ar_EG", "", "rtl"},
+                                                   {"ar_EG", "--layout-direction ltr", "ltr"},
+                                                   {"en_US", "--layout-direction rtl", "rtl"}}) {
+    EXPECT_EQ(layout(locale, options)["layoutDirection"], direction) << locale << " " << options;
+  }
+  const auto largestSymbol = [&](const std::string& size) {
     double largest = 0;
-    std::vector<Json> pending{Json::parse(result.out)["content"]};
+    std::vector<Json> pending{layout("en_US", "--dynamic-type " + size)["content"]};
     while (!pending.empty()) {
       const Json box = pending.back();
       pending.pop_back();
@@ -182,38 +171,6 @@ TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
   }
   EXPECT_EQ(images, 11);
   EXPECT_GE(areas, 11 + 2 * 5);  // the streak row's five circles, light and dark
-}
-
-// What the extension meets in a journal: a stop as on the phone, or a log line
-// on standard error that leaves the JSON on standard output clean.
-TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
-  struct Journal {
-    const char* name;
-    std::function<void(const fs::path&)> write;
-    bool stops;
-    std::string report;  // how standard error starts when it stops, or what it holds
-  };
-  const auto withNote = [](fixtures::NoteRow note) {
-    return [note](const fs::path& journal) { fixtures::JournalWriter(journal).addNote(note); };
-  };
-  const std::vector<Journal> journals = {
-      {"not a database",
-       [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
-       "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "},
-      {"note text that is not Markdown",
-       withNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")}),
-       false, "Couldn't parse:  "},
-  };
-  for (const auto& journal : journals) {
-    TemporaryFolder folder;
-    journal.write(folder.path() / "Quillan.sqlite");
-    const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container", folder.path().string(),
-                                    "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
-    EXPECT_EQ(result.exitStatus != 0, journal.stops) << journal.name << ": " << result.err;
-    EXPECT_EQ(journal.stops ? result.out.empty() : Json::accept(result.out), true) << journal.name;
-    const auto found = result.err.find(journal.report);
-    EXPECT_TRUE(journal.stops ? found != std::string::npos : found == 0) << journal.name << ": " << result.err;
-  }
 }
 
 }  // namespace

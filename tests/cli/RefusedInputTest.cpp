@@ -5,6 +5,8 @@
 #include <fstream>
 #include <string>
 
+#include "fixtures/JournalWriter.hpp"
+#include "platform/ISO8601.hpp"
 #include "support/CommandAnswers.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -41,6 +43,12 @@ class RefusedInput : public ::testing::Test {
     std::ofstream(path("valid.json")) << config(R"(["en_US"])");
     std::ofstream(path("clashing.json")) << config(R"(["de_DE", "de-DE"])");
     std::ofstream(path("array.json")) << "[]";
+    // Journals the extension stops on, or logs about.
+    fs::create_directories(path("not-a-database"));
+    std::ofstream(path("not-a-database/Quillan.sqlite")) << "this is not a database, it is a shopping list";
+    fs::create_directories(path("not-markdown"));
+    fixtures::JournalWriter(path("not-markdown/Quillan.sqlite"))
+        .addNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")});
   }
   static void TearDownTestSuite() { delete folder_; }
 
