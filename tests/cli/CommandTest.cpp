@@ -61,25 +61,6 @@ TEST(Command, HelpWarnsThatTheFirstReadMovesALegacyJournal) {
   EXPECT_LT(warning, result.out.find("--now", appSupport)) << result.out;
 }
 
-TEST(Command, AFirstRunWithoutAJournalSaysWhereItLookedAndWhatToDo) {
-  TemporaryFolder home;
-  const auto expectedFolder = (home.path() / "quillan-widgets" / "group.com.tarvelo.Quillan").string();
-  for (const auto& arguments : std::vector<std::vector<std::string>>{
-           {"render", "--kind", "OnThisDayWidget"}, {"tap", "--kind", "StreakWidget", "--x", "1", "--y", "1"}}) {
-    const auto result = runCommand(arguments, {"XDG_DATA_HOME=" + home.path().string()});
-    EXPECT_NE(result.exitStatus, 0) << arguments[0];
-    EXPECT_TRUE(result.out.empty()) << arguments[0];
-    EXPECT_NE(result.err.find("no journal: looked for Quillan.sqlite in " + expectedFolder), std::string::npos)
-        << result.err;
-    EXPECT_NE(result.err.find("sample-journal --group-container DIR"), std::string::npos) << result.err;
-    EXPECT_NE(result.err.find("point at a journal's folder with --group-container DIR"), std::string::npos);
-  }
-  // A timeline is computed from the clock alone: no journal, no hint.
-  const auto timeline = runCommand({"timeline", "--kind", "StreakWidget"}, {"XDG_DATA_HOME=" + home.path().string()});
-  EXPECT_EQ(timeline.exitStatus, 0) << timeline.err;
-  EXPECT_EQ(timeline.err.find("no journal"), std::string::npos) << timeline.err;
-}
-
 // Kinds, display names, descriptions and families in gallery order.
 TEST(Command, ListIsExactlyTheBundle) {
   const auto result = runCommand({"list", "--json"});

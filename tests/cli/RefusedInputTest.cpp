@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The files the questions of command_refusals.txt name as DIR/...; those that
-// need no making are in tests/data/cli.
+// need no making are in tests/data/cli. The user's data home is DIR/home.
 class RefusedInput : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -64,8 +64,9 @@ class RefusedInput : public ::testing::Test {
 
 TEST_F(RefusedInput, BadValuesAndFilesAreOneLineNamingTheOptionAndValidOnesAreTaken) {
   const testing::Placeholders placeholders = {{"DIR", folder_->path().string()}, {"DATA", QUILLAN_TEST_DATA_DIR}};
+  const std::vector<std::string> dataHome = {"XDG_DATA_HOME=" + path("home")};
   testing::expectGoldenAnswers("command_refusals.txt", [&](const std::string& question) {
-    return testing::commandAnswer(question, placeholders);
+    return testing::commandAnswer(question, placeholders, /*printed=*/false, dataHome);
   });
   EXPECT_FALSE(fs::exists(path("no")));
   EXPECT_TRUE(fs::is_empty(path("suite")));

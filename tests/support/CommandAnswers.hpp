@@ -34,9 +34,11 @@ inline std::vector<std::string> commandWords(const std::string& question, const 
 // What the command says to the words of `question`: "exit N[ with output]:
 // <standard error>", or with `printed` "exit N: <standard output>[ / stderr:
 // <standard error>]", every path written back as its placeholder. Standard
-// error is one line when it ends with the only line break.
-inline std::string commandAnswer(const std::string& question, const Placeholders& placeholders, bool printed = false) {
-  auto result = runCommand(commandWords(question, placeholders));
+// error is one line when it ends with the only line break. `environment` is
+// runCommand()'s.
+inline std::string commandAnswer(const std::string& question, const Placeholders& placeholders, bool printed = false,
+                                 const std::vector<std::string>& environment = {}) {
+  auto result = runCommand(commandWords(question, placeholders), environment);
   if (result.err.ends_with('\n')) result.err.pop_back();
   else if (!result.err.empty()) result.err += " [NO LINE END]";
   for (const auto& [name, path] : placeholders) {
