@@ -36,7 +36,7 @@ render::PixelImage onePixelOff() {
 
 std::string verdictText(const SnapshotVerdict& verdict) {
   const auto& difference = verdict.difference;
-  return (verdict.passed() ? "passes" : verdict.problem) +
+  return verdict.caseName + ": " + (verdict.passed() ? "passes" : verdict.problem) +
          (difference
               ? " [difference " + std::to_string(difference->width) + "x" + std::to_string(difference->height) + "]"
               : "");
