@@ -87,6 +87,7 @@ TEST_F(ServerTest, ServesThePageFilesAsWrittenAndDrawsEachWidgetAsPngSvgAndJson)
     EXPECT_TRUE(widget["entry"]["date"].is_string() && widget["policy"]["type"].is_string() && widget["version"] >= 1);
     const auto png = client_->Get("/api/render?kind=" + kind + "&format=png");
     ASSERT_TRUE(png);
+    EXPECT_EQ(png->status, 200);
     EXPECT_EQ(png->get_header_value("Content-Type"), "image/png");
     EXPECT_THAT(png->body, StartsWith("\x89PNG"));
     const auto svg = client_->Get("/api/render?kind=" + kind + "&format=svg&colorScheme=dark&scale=1");
