@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include <nlohmann/json.hpp>
 
 #include "support/CommandAnswers.hpp"
@@ -18,10 +20,10 @@ using Words = std::vector<std::string>;
 class AuditCommandTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    journal_ = new TemporaryFolder("audit-journal");
+    journal_ = std::make_unique<TemporaryFolder>("audit-journal");
     ASSERT_EQ(runCommand({"sample-journal", "--group-container", journal_->path().string()}).exitStatus, 0);
   }
-  static void TearDownTestSuite() { delete journal_; }
+  static void TearDownTestSuite() { journal_.reset(); }
 
   // A small matrix on the sample journal at a pinned moment, plus the options `extra`.
   static quillan::testing::CommandResult audit(const std::string& extra) {
@@ -32,10 +34,8 @@ class AuditCommandTest : public ::testing::Test {
         extra));
   }
 
-  static TemporaryFolder* journal_;
+  static inline std::unique_ptr<TemporaryFolder> journal_;
 };
-
-TemporaryFolder* AuditCommandTest::journal_ = nullptr;
 
 // Options of `audit` (DATA for tests/data, LINKED for a folder whose
 // audit.json links elsewhere) => the exit status and what was said.
