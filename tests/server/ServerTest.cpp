@@ -322,12 +322,11 @@ TEST_F(ServerTest, ManyConcurrentPicturesAreAllAnsweredWithBoundedMemory) {
   const auto residentBefore = residentKilobytes();
   std::atomic<int> answered{0};
   std::vector<std::thread> clients;
-  const std::vector<std::string> kinds = {"OnThisDayWidget", "OTDComposeWidget", "ComposeButtonWidget", "StreakWidget",
-                                          "ComposeButtonLockScreen"};
   for (int index = 0; index < kRequests; ++index) {
     clients.emplace_back([&, index] {
       auto client = clientOf(port_);
-      const auto result = client->Get("/api/render?kind=" + kinds[index % kinds.size()] + "&format=png");
+      const auto kind = widgets_.at("widgets").at(index % 5).at("kind").get<std::string>();
+      const auto result = client->Get("/api/render?kind=" + kind + "&format=png");
       if (result && result->status == 200 && result->body.rfind("\x89PNG", 0) == 0) ++answered;
       else if (result) ADD_FAILURE() << result->status << " " << result->body.substr(0, 200);
       else ADD_FAILURE() << httplib::to_string(result.error());
