@@ -42,33 +42,25 @@ void writeJournal(const std::filesystem::path& path, bool withLater) {
 class WarmReuseTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folders_ = new JournalFolders();
+    folders_ = std::make_unique<JournalFolders>();
     writeJournal(folders_->makeContainer("first") / "Quillan.sqlite", false);
     writeJournal(folders_->makeContainer("later") / "Quillan.sqlite", true);
-    worker_ = new WidgetWorker(testing::answeringOptions());
+    worker_ = std::make_unique<WidgetWorker>(testing::answeringOptions());
   }
   static void TearDownTestSuite() {
-    delete worker_;
-    delete folders_;
+    worker_.reset();
+    folders_.reset();
   }
 
   // The view of the widget's first entry, or the failure's reason.
   static std::string view(const std::string& container) {
-    const auto settings = folders_->settings(container);
-    const auto answer = worker_->timeline({kKind, at(kNow), widgets::TimelineRequest::timeline, settings});
-    if (!answer.value()) return answer.failure()->reason;
-    views::Environment environment;
-    environment.family = bundle::TimelineWidgetBundle::widget(kKind)->supportedFamilies.front();
-    const auto shown = worker_->view({kKind, answer.value()->entryDates.front(), at(kNow), environment, settings});
+    const auto shown = testing::firstView(*worker_, kKind, at(kNow), folders_->settings(container));
     return shown.value() ? *shown.value() : shown.failure()->reason;
   }
 
-  static JournalFolders* folders_;
-  static WidgetWorker* worker_;
+  static inline std::unique_ptr<JournalFolders> folders_;
+  static inline std::unique_ptr<WidgetWorker> worker_;
 };
-
-JournalFolders* WarmReuseTest::folders_ = nullptr;
-WidgetWorker* WarmReuseTest::worker_ = nullptr;
 
 TEST_F(WarmReuseTest, EachWayTheAppChangesTheJournalIsSeenByTheNextEvaluation) {
   const auto first = view("first");
