@@ -84,7 +84,9 @@ void JournalWatcher::run() {
     const auto ready = waitFor(inotify_, stop_, timeout);
     if (ready == Ready::stop) return;
     const auto at = Clock::now();
-    if (ready == Ready::changes && readChanges()) debounce.written(at);
+    // Read even on a timeout: a write that came as the wait ended belongs to
+    // this burst, not to the next one, which would reload its commit again.
+    if (readChanges()) debounce.written(at);
     if (debounce.pending() && debounce.reloadDue(at, journalCommitMark(journal_))) committed_();
   }
 }
