@@ -1,6 +1,5 @@
 #include "host/JournalCommitMark.hpp"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,21 +25,6 @@ constexpr std::size_t kIndexInitialisedByte = 12;
 // The header's count of committed frames in the log, in the machine's order.
 constexpr std::size_t kIndexFramesOffset = 16;
 
-// An open file descriptor, closed when it goes.
-class OpenFile {
- public:
-  explicit OpenFile(const std::filesystem::path& path) : fd_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-  ~OpenFile() {
-    if (fd_ >= 0) close(fd_);
-  }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  int fd() const { return fd_; }
-
- private:
-  int fd_;
-};
-
 template <std::size_t N>
 void appendFields(std::string& bytes, const std::array<std::int64_t, N>& fields) {
   bytes.append(reinterpret_cast<const char*>(fields.data()), sizeof fields);
@@ -56,11 +40,11 @@ std::filesystem::path beside(const std::filesystem::path& journal, const char* s
 enum class Index { absent, empty, finished, unusable };
 
 // Reads the index's header into `header` when it holds a finished commit.
-Index readIndexHeader(const std::filesystem::path& index, std::string& header) {
-  const OpenFile file(index);
-  if (file.fd() < 0) return errno == ENOENT ? Index::absent : Index::unusable;
+Index readIndexHeader(const std::filesystem::path& path, KeptFile& index, std::string& header) {
+  struct stat status {};
+  if (!index.follow(path, status)) return errno == ENOENT ? Index::absent : Index::unusable;
   char copies[2 * kIndexHeaderBytes] = {};
-  const auto got = pread(file.fd(), copies, sizeof copies, 0);
+  const auto got = pread(index.fd(), copies, sizeof copies, 0);
   if (got != static_cast<ssize_t>(sizeof copies)) return Index::unusable;
   if (std::memcmp(copies, copies + kIndexHeaderBytes, kIndexHeaderBytes) != 0) return Index::unusable;
   if (copies[kIndexInitialisedByte] == 0) return Index::unusable;
@@ -98,23 +82,25 @@ bool committedSince(const JournalCommitMark& earlier, const JournalCommitMark& l
   return earlier != later;
 }
 
-std::optional<JournalCommitMark> journalCommitMark(const std::filesystem::path& journal) {
-  const OpenFile main(journal);
+JournalCommitMarkReader::JournalCommitMarkReader(std::filesystem::path journal)
+    : journal_(std::move(journal)), index_(beside(journal_, "-shm")), rollbackJournal_(beside(journal_, "-journal")) {}
+
+std::optional<JournalCommitMark> JournalCommitMarkReader::read() {
   struct stat file {};
-  if (main.fd() < 0 || fstat(main.fd(), &file) != 0) return std::nullopt;
-  std::error_code error;
-  if (std::filesystem::exists(beside(journal, "-journal"), error) || error) return std::nullopt;
+  if (!main_.follow(journal_, file)) return std::nullopt;
+  struct stat rollback {};
+  if (stat(rollbackJournal_.c_str(), &rollback) == 0 || errno != ENOENT) return std::nullopt;
   JournalCommitMark mark;
   appendFields(mark.file, std::array<std::int64_t, 2>{static_cast<std::int64_t>(file.st_dev),
                                                       static_cast<std::int64_t>(file.st_ino)});
-  switch (readIndexHeader(beside(journal, "-shm"), mark.lastCommit)) {
+  switch (readIndexHeader(index_, indexFile_, mark.lastCommit)) {
     case Index::finished: mark.inLog = true; return mark;
     case Index::unusable: return std::nullopt;
     case Index::absent:
     case Index::empty: break;
   }
   std::string header(kJournalHeaderBytes, '\0');
-  if (pread(main.fd(), header.data(), header.size(), 0) < 0) return std::nullopt;
+  if (pread(main_.fd(), header.data(), header.size(), 0) < 0) return std::nullopt;
   if (!looksWhole(header, file.st_size)) return std::nullopt;
   appendFields(mark.lastCommit, std::array<std::int64_t, 3>{file.st_size, file.st_mtim.tv_sec, file.st_mtim.tv_nsec});
   mark.lastCommit += header;

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "host/KeptFile.hpp"
+
 namespace quillan::host {
 
 // What the journal's files say about its last finished commit, read without
@@ -35,6 +37,19 @@ struct JournalCommitMark {
 // or removed (the app closing its last connection) is no new commit.
 bool committedSince(const JournalCommitMark& earlier, const JournalCommitMark& later);
 
-std::optional<JournalCommitMark> journalCommitMark(const std::filesystem::path& journal);
+// Reads the mark of one journal, keeping its files open between reads (see
+// KeptFile), so it may run beside the process's own connections to it.
+class JournalCommitMarkReader {
+ public:
+  explicit JournalCommitMarkReader(std::filesystem::path journal);
+  std::optional<JournalCommitMark> read();
+
+ private:
+  std::filesystem::path journal_;
+  std::filesystem::path index_;
+  std::filesystem::path rollbackJournal_;
+  KeptFile main_;
+  KeptFile indexFile_;
+};
 
 }  // namespace quillan::host

@@ -76,7 +76,8 @@ JournalWatcher::~JournalWatcher() {
 
 void JournalWatcher::run() {
   using Clock = CommitDebounce::Clock;
-  CommitDebounce debounce(timing_, journalCommitMark(journal_));
+  JournalCommitMarkReader marks(journal_);
+  CommitDebounce debounce(timing_, marks.read());
   while (true) {
     const auto now = Clock::now();
     std::optional<std::chrono::nanoseconds> timeout;
@@ -87,7 +88,7 @@ void JournalWatcher::run() {
     // Read even on a timeout: a write that came as the wait ended belongs to
     // this burst, not to the next one, which would reload its commit again.
     if (readChanges()) debounce.written(at);
-    if (debounce.pending() && debounce.reloadDue(at, journalCommitMark(journal_))) committed_();
+    if (debounce.pending() && debounce.reloadDue(at, marks.read())) committed_();
   }
 }
 

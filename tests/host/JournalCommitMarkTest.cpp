@@ -84,10 +84,11 @@ TEST(JournalCommitMark, MovesWithEveryFinishedCommitAndNothingElse) {
     SCOPED_TRACE(change.change);
     writeJournal(journal, 2);
     change.before(journal);
-    const auto before = journalCommitMark(journal);
+    JournalCommitMarkReader marks(journal);
+    const auto before = marks.read();
     ASSERT_TRUE(before);
     change.apply(journal);
-    const auto after = journalCommitMark(journal);
+    const auto after = marks.read();
     ASSERT_TRUE(after);
     EXPECT_EQ(committedSince(*before, *after), change.moves);
     app.reset();
@@ -114,9 +115,10 @@ TEST(JournalCommitMark, VouchesForNothingWhileACommitIsUnfinishedOrThereIsNoJour
   for (const auto& state : states) {
     SCOPED_TRACE(state.state);
     writeJournal(journal, 1);
-    ASSERT_TRUE(journalCommitMark(journal));
+    JournalCommitMarkReader marks(journal);
+    ASSERT_TRUE(marks.read());
     state.make(journal);
-    EXPECT_FALSE(journalCommitMark(journal));
+    EXPECT_FALSE(marks.read());
     std::filesystem::remove(journal.string() + "-journal");
     std::filesystem::remove(index);
   }

@@ -84,23 +84,21 @@ TEST_F(JournalWatcherTest, EachWayTheJournalChangesIsOneReloadThatSeesIt) {
     if (!change.appOpen) app.reset();
     std::mutex mutex;
     std::vector<int> seen;
-    {
-      JournalWatcher watcher(journal,
-                             [&] {
-                               std::lock_guard lock(mutex);
-                               seen.push_back(notesIn(journal));
-                             },
-                             {50ms, 300ms});
-      change.apply();
-      EXPECT_TRUE(eventually(
-          [&] {
-            std::lock_guard lock(mutex);
-            return !seen.empty();
-          },
-          5s));
-      std::this_thread::sleep_for(400ms);
-    }
-    EXPECT_EQ(seen, std::vector<int>{change.notes});
+    const auto seenSoFar = [&] {
+      std::lock_guard lock(mutex);
+      return seen;
+    };
+    JournalWatcher watcher(journal,
+                           [&] {
+                             std::lock_guard lock(mutex);
+                             seen.push_back(notesIn(journal));
+                           },
+                           {50ms, 300ms});
+    change.apply();
+    EXPECT_TRUE(eventually([&] { return !seenSoFar().empty(); }, 5s));
+    std::this_thread::sleep_for(400ms);
+    EXPECT_EQ(seenSoFar(), std::vector<int>{change.notes});
+    // Before the watcher lets go of the journal's files (see KeptFile).
     app.reset();
   }
 }
