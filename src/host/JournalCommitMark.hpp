@@ -19,11 +19,6 @@ namespace quillan::host {
 //   (whose change counter every commit in rollback mode moves), so a journal
 //   rewritten in place moves it too.
 // A journal replaced by a rename is a new inode either way.
-//
-// Absent (nullopt) when nothing can be vouched for: no journal, a rollback
-// journal beside it (a commit in rollback mode in progress), an index header
-// caught half-written or not yet made, or a main file shorter or longer than
-// its header says (being written in place).
 struct JournalCommitMark {
   std::string file;        // the main file's device and inode
   std::string lastCommit;  // the log index's header, or the main file's size, time and header
@@ -42,6 +37,10 @@ bool committedSince(const JournalCommitMark& earlier, const JournalCommitMark& l
 class JournalCommitMarkReader {
  public:
   explicit JournalCommitMarkReader(std::filesystem::path journal);
+  // Absent when nothing can be vouched for: no journal, a rollback journal
+  // beside it (a commit in rollback mode in progress), an index header caught
+  // half-written or not yet made, or a main file shorter or longer than its
+  // header says (being written in place).
   std::optional<JournalCommitMark> read();
 
  private:
