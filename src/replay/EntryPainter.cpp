@@ -1,6 +1,8 @@
 #include "replay/EntryPainter.hpp"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 
@@ -25,6 +27,14 @@ void writeText(const std::filesystem::path& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary);
   file << text;
   if (!file) throw std::runtime_error("cannot write " + path.string());
+}
+
+// As the renderer writes a PNG file, failure message included.
+void writePicture(const std::filesystem::path& path, const std::vector<std::uint8_t>& png) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
+  file.close();
+  if (!file) throw render::RenderError("cannot write " + path.string() + ": " + std::strerror(errno));
 }
 
 // As `render --format json` prints it, so `render --tree` draws it again.
@@ -66,7 +76,7 @@ std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::
   const auto size = device_.sizeOf(family);
   pictures.width = size.width;
   pictures.height = size.height;
-  pictures.regions = drawing_.hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  pictures.regions = regionsOf(drawn);
   return pictures;
 }
 
@@ -80,12 +90,35 @@ std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::st
   auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
   for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};
+  Drawn drawn{std::move(*evaluation.value()), context, {}};
+  drawn.pictureKey = PictureCache::keyOf(drawn.treeJson, context);
+  if (auto failure = drawPicture(drawn, file)) return *failure;
+  return drawn;
+}
+
+std::optional<EntryFailure> EntryPainter::drawPicture(const Drawn& drawn, const std::filesystem::path& file) {
+  if (const auto* kept = pictures_.find(drawn.pictureKey)) {
+    writePicture(file, kept->png);
+    return std::nullopt;
+  }
+  std::vector<std::uint8_t> png;
   try {
-    drawing_.renderToFile(views::decodeViewTree(*evaluation.value()), context, render::Format::png, file);
+    png = drawing_.renderToPNGBytes(views::decodeViewTree(drawn.treeJson), drawn.context);
   } catch (const views::ViewTreeJsonError& error) {
     return EntryFailure{std::string("view: ") + error.what()};
   }
-  return Drawn{std::move(*evaluation.value()), context};
+  writePicture(file, png);
+  pictures_.insert(drawn.pictureKey, {std::move(png), std::nullopt});
+  return std::nullopt;
+}
+
+// The tap targets of a tree drawn before are those found then.
+std::vector<render::HitRegion> EntryPainter::regionsOf(const Drawn& drawn) {
+  auto* kept = pictures_.find(drawn.pictureKey);
+  if (kept && kept->regions) return *kept->regions;
+  auto regions = drawing_.hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  if (kept) kept->regions = regions;
+  return regions;
 }
 
 }  // namespace quillan::replay

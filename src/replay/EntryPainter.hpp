@@ -11,6 +11,7 @@
 #include "render/DeviceProfile.hpp"
 #include "render/DrawingFunctions.hpp"
 #include "render/HitTest.hpp"
+#include "replay/PictureCache.hpp"
 #include "views/Environment.hpp"
 #include "worker/WidgetWorker.hpp"
 
@@ -41,14 +42,20 @@ class EntryPainter {
   // Pixels per point of the pictures: enough to read, a third of the size of
   // the phone's @3x for a replay that draws hundreds of them.
   static constexpr double kScale = 2;
+  // What the pictures drawn once are kept in: a week of every widget draws
+  // about eighty different pictures of some tens of kilobytes.
+  static constexpr std::size_t kPictureCacheBytes = 32 * 1024 * 1024;
 
  private:
   struct Drawn {
     std::string treeJson;
     render::RenderContext context;
+    std::string pictureKey;
   };
   std::variant<Drawn, EntryFailure> draw(const std::string& kind, platform::Date entryDate, platform::Date at,
                                          views::ColorScheme scheme, const std::filesystem::path& file);
+  std::optional<EntryFailure> drawPicture(const Drawn& drawn, const std::filesystem::path& file);
+  std::vector<render::HitRegion> regionsOf(const Drawn& drawn);
 
   worker::WidgetWorker& worker_;
   worker::ProcessSettings settings_;
@@ -56,6 +63,7 @@ class EntryPainter {
   render::DeviceProfile device_;
   std::filesystem::path output_;
   const render::DrawingFunctions& drawing_;
+  PictureCache pictures_{kPictureCacheBytes};
 };
 
 }  // namespace quillan::replay
