@@ -50,15 +50,34 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 
 }  // namespace
 
-EntryPainter::EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
+EntryPainter::EntryPainter(ViewPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
                            render::DeviceProfile device, std::filesystem::path output,
                            const render::DrawingFunctions& drawing)
-    : worker_(worker),
+    : views_(views),
       settings_(std::move(settings)),
       environment_(std::move(environment)),
       device_(std::move(device)),
       output_(std::move(output)),
       drawing_(drawing) {}
+
+void EntryPainter::expect(const std::vector<ShownEntry>& entries) {
+  std::vector<worker::ViewEvaluation> upcoming;
+  for (const auto& entry : entries) {
+    for (const auto scheme : {views::ColorScheme::light, views::ColorScheme::dark}) {
+      upcoming.push_back(evaluationOf(entry.kind, entry.entryDate, entry.at, scheme));
+    }
+  }
+  views_.expect(std::move(upcoming));
+}
+
+worker::ViewEvaluation EntryPainter::evaluationOf(const std::string& kind, platform::Date entryDate, platform::Date at,
+                                                  views::ColorScheme scheme) const {
+  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
+  auto environment = environment_(family);
+  environment.colorScheme = scheme;
+  const auto context = render::makeRenderContext(environment, family, device_, kScale);
+  return {kind, entryDate, at, context.env, settings_};
+}
 
 std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::string& kind, platform::Date entryDate,
                                                                      platform::Date at, int sequence) {
@@ -83,11 +102,9 @@ std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::
 std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::string& kind, platform::Date entryDate,
                                                                    platform::Date at, views::ColorScheme scheme,
                                                                    const std::filesystem::path& file) {
-  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
-  auto environment = environment_(family);
-  environment.colorScheme = scheme;
-  const auto context = render::makeRenderContext(environment, family, device_, kScale);
-  auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
+  const auto request = evaluationOf(kind, entryDate, at, scheme);
+  const auto context = render::makeRenderContext(request.environment, request.environment.family, device_, kScale);
+  auto evaluation = views_.view(request);
   for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};
   Drawn drawn{std::move(*evaluation.value()), context, {}};
