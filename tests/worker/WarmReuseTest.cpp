@@ -103,5 +103,35 @@ TEST_F(WarmReuseTest, EachWayTheAppChangesTheJournalIsSeenByTheNextEvaluation) {
   }
 }
 
+// A replay tells the warm worker of its own writes (JournalWriteNotice), and
+// the worker adds the notes to its read instead of reading the journal again:
+// only while its read was current as the write began.
+TEST_F(WarmReuseTest, TheHostsOwnWriteToldAroundItIsSeenByTheNextEvaluation) {
+  const auto later = view("later");
+  const struct {
+    const char* name;
+    std::size_t untoldBeforeBegins;  // of kLater, committed before the write is told to begin
+  } cases[] = {{"every note told", 0}, {"a commit before the write began", 1}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const std::string container = test.name;
+    const auto journal = folders_->makeContainer(container) / "Quillan.sqlite";
+    writeJournal(journal, false);
+    fixtures::JournalAppender app(journal);
+    ASSERT_NE(view(container), later);
+    JournalWriteNotice notice{JournalWriteNotice::Stage::begins, journal, {}};
+    for (std::size_t row = 0; row < test.untoldBeforeBegins; ++row) app.addNote(kLater[row]);
+    worker_->hear(notice);
+    for (std::size_t row = test.untoldBeforeBegins; row < std::size(kLater); ++row) {
+      const auto key = app.addNote(kLater[row]);
+      notice.rowsAdded.push_back({key, kLater[row].date->timeIntervalSinceReferenceDate(),
+                                  store::DateColumnRead::Storage::number});
+    }
+    notice.stage = JournalWriteNotice::Stage::ended;
+    worker_->hear(notice);
+    EXPECT_EQ(view(container), later);
+  }
+}
+
 }  // namespace
 }  // namespace quillan::worker
