@@ -40,7 +40,7 @@ std::filesystem::path beside(const std::filesystem::path& journal, const char* s
 enum class Index { absent, empty, finished, unusable };
 
 // Reads the index's header into `header` when it holds a finished commit.
-Index readIndexHeader(const std::filesystem::path& path, KeptFile& index, std::string& header) {
+Index readIndexHeader(const std::filesystem::path& path, store::KeptFile& index, std::string& header) {
   struct stat status {};
   if (!index.follow(path, status)) return errno == ENOENT ? Index::absent : Index::unusable;
   char copies[2 * kIndexHeaderBytes] = {};

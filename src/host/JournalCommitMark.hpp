@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "host/KeptFile.hpp"
+#include "store/KeptFile.hpp"
 
 namespace quillan::host {
 
@@ -33,7 +33,7 @@ struct JournalCommitMark {
 bool committedSince(const JournalCommitMark& earlier, const JournalCommitMark& later);
 
 // Reads the mark of one journal, keeping its files open between reads (see
-// KeptFile), so it may run beside the process's own connections to it.
+// store::KeptFile), so it may run beside the process's own connections to it.
 class JournalCommitMarkReader {
  public:
   explicit JournalCommitMarkReader(std::filesystem::path journal);
@@ -47,8 +47,8 @@ class JournalCommitMarkReader {
   std::filesystem::path journal_;
   std::filesystem::path index_;
   std::filesystem::path rollbackJournal_;
-  KeptFile main_;
-  KeptFile indexFile_;
+  store::KeptFile main_;
+  store::KeptFile indexFile_;
 };
 
 }  // namespace quillan::host

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-namespace quillan::host {
+namespace quillan::store {
 
 // A file kept open for reading between reads, and opened again only when the
 // path names another file (replaced by a rename, removed and made again).
@@ -31,4 +31,4 @@ class KeptFile {
   ino_t inode_ = 0;
 };
 
-}  // namespace quillan::host
+}  // namespace quillan::store

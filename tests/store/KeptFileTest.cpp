@@ -9,10 +9,11 @@
 #include <functional>
 #include <string>
 
-#include "host/KeptFile.hpp"
+#include "store/JournalFileState.hpp"
+#include "store/KeptFile.hpp"
 #include "support/TemporaryFolder.hpp"
 
-namespace quillan::host {
+namespace quillan::store {
 namespace {
 
 std::string contentsOf(const KeptFile& file) {
@@ -73,6 +74,9 @@ TEST(KeptFile, FollowsThePathAndLeavesTheProcesssLocksInPlace) {
     EXPECT_EQ(contentsOf(file), change.contents);
     EXPECT_EQ(status.st_size, static_cast<off_t>(std::string(change.contents).size()));
     EXPECT_EQ(lockedForOthers(path), change.sameFile);
+    // The journal's state is read through kept files too.
+    EXPECT_TRUE(journalFileState(path));
+    EXPECT_EQ(lockedForOthers(path), change.sameFile);
   }
   std::filesystem::remove(path);
   EXPECT_FALSE(file.follow(path, status));
@@ -80,4 +84,4 @@ TEST(KeptFile, FollowsThePathAndLeavesTheProcesssLocksInPlace) {
 }
 
 }  // namespace
-}  // namespace quillan::host
+}  // namespace quillan::store

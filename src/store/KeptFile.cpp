@@ -1,11 +1,11 @@
-#include "host/KeptFile.hpp"
+#include "store/KeptFile.hpp"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 
-namespace quillan::host {
+namespace quillan::store {
 
 bool KeptFile::follow(const std::filesystem::path& path, struct stat& status) {
   if (stat(path.c_str(), &status) != 0) {
@@ -28,4 +28,4 @@ void KeptFile::release() {
   fd_ = -1;
 }
 
-}  // namespace quillan::host
+}  // namespace quillan::store
