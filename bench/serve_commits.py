@@ -9,9 +9,11 @@ return until /api/widgets shows a new version of the compose button's picture
 the note dates on the same journal (the statement of bench_cold_commands, the
 median of three). Several binaries given as NAME=PATH are run one after the
 other on their own copies; prints each one's median, its floor's median and
-the ratio.
+the ratio. Then, to show that no commit is reloaded twice and that a burst is
+coalesced, it counts the compose button's app reloads over those commits and
+over a burst of M commits made back to back.
 
-Usage: bench/serve_commits.py NAME=BINARY [NAME=BINARY ...] [--commits N] [--journal GROUP_CONTAINER]
+Usage: bench/serve_commits.py NAME=BINARY [NAME=BINARY ...] [--commits N] [--burst M] [--journal GROUP_CONTAINER]
 """
 
 import argparse
@@ -31,9 +33,17 @@ KIND = "ComposeButtonWidget"
 KINDS = 5
 
 
-def versions(base):
+def widgets(base):
     with urllib.request.urlopen(base + "api/widgets", timeout=60) as answer:
-        return {w["kind"]: w["version"] for w in json.loads(answer.read())["widgets"]}
+        return json.loads(answer.read())["widgets"]
+
+
+def versions(base):
+    return {w["kind"]: w["version"] for w in widgets(base)}
+
+
+def app_reloads(base):
+    return next(w["reloads"]["app"] for w in widgets(base) if w["kind"] == KIND)
 
 
 def floor_seconds(database):
@@ -59,7 +69,7 @@ def wait_for_new_version(base, before):
         time.sleep(0.001)
 
 
-def run(binary, source, commits, scratch):
+def run(binary, source, commits, burst, scratch):
     group = os.path.join(scratch, "group")
     os.makedirs(group)
     for suffix in ["", "-wal", "-shm"]:
@@ -76,6 +86,7 @@ def run(binary, source, commits, scratch):
         app = sqlite3.connect(database)
         app.execute("PRAGMA journal_mode = WAL")
         times, floors = [], []
+        reloads_before = app_reloads(base)
         for _ in range(commits):
             time.sleep(0.5)  # the last commit's reloads are done
             floors.append(floor_seconds(database))
@@ -84,7 +95,13 @@ def run(binary, source, commits, scratch):
             committed = time.monotonic()
             wait_for_new_version(base, before)
             times.append(time.monotonic() - committed)
-        return statistics.median(times), statistics.median(floors)
+        time.sleep(1.0)  # past the last burst's end
+        reloads = app_reloads(base) - reloads_before
+        for _ in range(burst):
+            commit_note(app)
+        time.sleep(1.0)
+        burst_reloads = app_reloads(base) - reloads_before - reloads
+        return statistics.median(times), statistics.median(floors), reloads, burst_reloads
     finally:
         if app:
             app.close()
@@ -96,16 +113,19 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("binaries", nargs="+", help="NAME=PATH of a quillan-widgets")
     parser.add_argument("--commits", type=int, default=20)
+    parser.add_argument("--burst", type=int, default=10, help="commits made back to back after the timed ones")
     parser.add_argument("--journal", default=JOURNAL, help="a group container (default: the benchmarks' 100k one)")
     arguments = parser.parse_args()
     for name, binary in (entry.split("=", 1) for entry in arguments.binaries):
         scratch = tempfile.mkdtemp(prefix="quillan-serve-commits-")
         try:
-            median, floor = run(binary, arguments.journal, arguments.commits, scratch)
+            median, floor, reloads, burst_reloads = run(binary, arguments.journal, arguments.commits, arguments.burst,
+                                                        scratch)
         finally:
             shutil.rmtree(scratch, ignore_errors=True)
         print(f"{name}: commit to new picture version, median {median * 1000:.1f} ms over {arguments.commits} "
-              f"commits; floor median {floor * 1000:.1f} ms; {median / floor:.2f}x floor")
+              f"commits; floor median {floor * 1000:.1f} ms; {median / floor:.2f}x floor; app reloads: {reloads} for "
+              f"{arguments.commits} commits, {burst_reloads} for a burst of {arguments.burst}")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <set>
 
 #include "bundle/TimelineWidgetBundle.hpp"
@@ -121,11 +122,17 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
   const auto plan = planOf(options);
   const auto device = hosting::deviceNamed(options.device);
   const auto output = outputFolder(options.output);
-  // The worker forks before this process opens any journal: its children
-  // must not inherit SQLite's per-file state.
+  // The workers fork before this process opens any journal: their children
+  // must not inherit SQLite's per-file state. On a private journal a second
+  // one evaluates views beside the first (replay/ViewPipeline.hpp).
   worker::WidgetWorker worker(extensionLimits());
+  std::optional<worker::WidgetWorker> second;
+  if (!plan.notes.empty()) second.emplace(extensionLimits());
   std::unique_ptr<replay::PrivateJournal> journal;
   if (!plan.notes.empty()) journal = std::make_unique<replay::PrivateJournal>(userJournal(host));
+  std::vector<worker::WidgetWorker*> workers = {&worker};
+  if (second) workers.push_back(&*second);
+  replay::ViewPipeline views(workers);
 
   worker::ProcessSettings settings;
   settings.seed = host.seed;
@@ -137,7 +144,7 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
     std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   };
   replay::EntryPainter painter(
-      worker, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output,
+      views, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output,
       drawingModule());
   replay::Simulation simulation(host::workerTimelineSource(worker, settings, log), painter, journal.get(),
                                 platform::TimeZone::current());

@@ -5,10 +5,13 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
+
+#include "host/JournalCommitMark.hpp"
 
 namespace quillan::host {
 namespace {
@@ -26,11 +29,15 @@ constexpr std::uint32_t kFolderGone = IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED
 
 enum class Ready { changes, stop, timeout };
 
-Ready waitFor(int inotify, int stop, std::optional<std::chrono::milliseconds> timeout) {
+Ready waitFor(int inotify, int stop, std::optional<std::chrono::nanoseconds> timeout) {
   pollfd fds[2] = {{inotify, POLLIN, 0}, {stop, POLLIN, 0}};
-  const int waited = timeout ? static_cast<int>(timeout->count()) : -1;
+  timespec waited{};
+  if (timeout) {
+    const auto nanoseconds = std::max(timeout->count(), std::chrono::nanoseconds::rep{0});
+    waited = {static_cast<time_t>(nanoseconds / 1'000'000'000), static_cast<long>(nanoseconds % 1'000'000'000)};
+  }
   while (true) {
-    const int ready = poll(fds, 2, waited);
+    const int ready = ppoll(fds, 2, timeout ? &waited : nullptr, nullptr);
     if (ready < 0 && errno == EINTR) continue;
     if (ready <= 0) return Ready::timeout;
     if (fds[1].revents != 0) return Ready::stop;
@@ -68,30 +75,20 @@ JournalWatcher::~JournalWatcher() {
 }
 
 void JournalWatcher::run() {
-  using Clock = std::chrono::steady_clock;
-  std::optional<Clock::time_point> firstChange;
-  std::optional<Clock::time_point> lastChange;
+  using Clock = CommitDebounce::Clock;
+  JournalCommitMarkReader marks(journal_);
+  CommitDebounce debounce(timing_, marks.read());
   while (true) {
-    std::optional<std::chrono::milliseconds> timeout;
-    if (firstChange) {
-      const auto now = Clock::now();
-      const auto untilQuiet = *lastChange + timing_.quiet - now;
-      const auto untilLongest = *firstChange + timing_.longest - now;
-      timeout = std::max(std::chrono::milliseconds(0),
-                         std::chrono::duration_cast<std::chrono::milliseconds>(std::min(untilQuiet, untilLongest)));
-    }
+    const auto now = Clock::now();
+    std::optional<std::chrono::nanoseconds> timeout;
+    if (const auto next = debounce.nextCheck(now)) timeout = *next - now;
     const auto ready = waitFor(inotify_, stop_, timeout);
     if (ready == Ready::stop) return;
-    if (ready == Ready::changes && readChanges()) {
-      lastChange = Clock::now();
-      if (!firstChange) firstChange = lastChange;
-      continue;
-    }
-    if (ready == Ready::timeout && firstChange) {
-      firstChange.reset();
-      lastChange.reset();
-      committed_();
-    }
+    const auto at = Clock::now();
+    // Read even on a timeout: a write that came as the wait ended belongs to
+    // this burst, not to the next one, which would reload its commit again.
+    if (readChanges()) debounce.written(at);
+    if (debounce.pending() && debounce.reloadDue(at, marks.read())) committed_();
   }
 }
 

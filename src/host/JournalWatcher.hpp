@@ -5,13 +5,17 @@
 #include <functional>
 #include <thread>
 
+#include "host/CommitDebounce.hpp"
+
 namespace quillan::host {
 
 // Watches the journal's folder (inotify) for the app's commits: a write to
-// the journal file or its write-ahead log, or a journal moved into place. Writes come in bursts (a commit touches the
-// WAL several times), so the watcher waits until the files have been quiet for `quiet`, or at most `longest` after the
-// first write, then calls `committed` once, on its own thread. Readers touch only the -shm index, which is ignored, so
-// the host's own reads never look like a commit.
+// the journal file or its write-ahead log, or a journal moved into place, and
+// calls `committed` on its own thread when CommitDebounce says a reload is
+// due: at once when a commit after a quiet spell is finished (its commit mark
+// moved), and once more after a burst of writes if another commit came in it.
+// Readers touch only the -shm index, whose writes are not watched, so the
+// host's own reads never look like a commit.
 //
 // The folder may itself be removed or replaced (the group container deleted
 // and made again): the watcher then watches the nearest folder above it that
@@ -19,10 +23,7 @@ namespace quillan::host {
 // came back counts as a commit.
 class JournalWatcher {
  public:
-  struct Timing {
-    std::chrono::milliseconds quiet{50};
-    std::chrono::milliseconds longest{300};
-  };
+  using Timing = CommitDebounce::Timing;
 
   // Throws std::runtime_error when the folder cannot be watched.
   JournalWatcher(const std::filesystem::path& journal, std::function<void()> committed, Timing timing);

@@ -1,6 +1,7 @@
 #include "hosting/WorkerPool.hpp"
 
 #include <poll.h>
+#include <signal.h>
 #include <stdio_ext.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -95,7 +96,8 @@ std::size_t residentBytes(pid_t pid) {
 }
 
 // The chunks not handed out yet, by share: the earliest of a worker's own
-// share, else the earliest left of any, and only those before `limit`.
+// share (unless asked for the earliest of all), else the earliest left of
+// any, and only those before `limit`.
 class ChunkQueue {
  public:
   ChunkQueue() = default;
@@ -104,9 +106,9 @@ class ChunkQueue {
       queues_[shareOf ? std::min(shareOf(chunk), shares - 1) : 0].push_back(chunk);
   }
 
-  std::optional<std::size_t> next(std::size_t share, std::size_t limit) {
+  std::optional<std::size_t> next(std::size_t share, std::size_t limit, bool earliestOfAll) {
     auto* queue = &queues_[std::min(share, queues_.size() - 1)];
-    if (!startsBelow(*queue, limit)) queue = earliest(limit);
+    if (earliestOfAll || !startsBelow(*queue, limit)) queue = earliest(limit);
     if (!queue) return std::nullopt;
     const auto chunk = queue->front();
     queue->pop_front();
@@ -207,7 +209,10 @@ class PoolParent {
     if (queue_.anyBelow(limit()) && worker.served > 0 &&
         (worker.served >= settings_.chunksPerWorker || residentBytes(worker.pid) > settings_.residentBytesPerWorker))
       replace(worker);
-    const auto next = queue_.next(static_cast<std::size_t>(&worker - workers_.data()), limit());
+    // Outputs past the earliest undelivered chunk wait in memory: once they
+    // weigh too much, every worker helps with the chunks delivery waits for.
+    const bool earliestOfAll = heldBytes_ > settings_.heldBytesBeforeInOrder;
+    const auto next = queue_.next(static_cast<std::size_t>(&worker - workers_.data()), limit(), earliestOfAll);
     if (!next) {
       close(worker.tasks);
       worker.tasks = -1;
@@ -229,6 +234,7 @@ class PoolParent {
     std::memcpy(&length, worker.received.data(), sizeof length);
     if (worker.received.size() < sizeof length + length) return;
     finished_.emplace(*worker.chunk, worker.received.substr(sizeof length, length));
+    heldBytes_ += length;
     worker.received.erase(0, sizeof length + length);
     ++worker.served;
     handOut(worker);
@@ -256,6 +262,7 @@ class PoolParent {
   void deliverInOrder() {
     for (auto found = finished_.find(delivered_); found != finished_.end(); found = finished_.find(delivered_)) {
       deliver_(delivered_, found->second);
+      heldBytes_ -= found->second.size();
       finished_.erase(found);
       ++delivered_;
     }
@@ -276,13 +283,34 @@ class PoolParent {
   ChunkQueue queue_;
   std::size_t delivered_ = 0;
   std::map<std::size_t, std::string> finished_;
+  std::size_t heldBytes_ = 0;
   std::optional<Stopped> stopped_;
+};
+
+// A worker gone between two chunks leaves the parent writing into a pipe
+// nobody reads: that EPIPE is the worker's stop to report, not a signal that
+// ends the command.
+class BrokenPipesIgnored {
+ public:
+  BrokenPipesIgnored() {
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigemptyset(&ignore.sa_mask);
+    sigaction(SIGPIPE, &ignore, &previous_);
+  }
+  ~BrokenPipesIgnored() { sigaction(SIGPIPE, &previous_, nullptr); }
+  BrokenPipesIgnored(const BrokenPipesIgnored&) = delete;
+  BrokenPipesIgnored& operator=(const BrokenPipesIgnored&) = delete;
+
+ private:
+  struct sigaction previous_ {};
 };
 
 }  // namespace
 
 void WorkerPool::run(const std::string& name, std::size_t jobs, std::size_t chunks, const Work& work,
                      const Deliver& deliver, const Settings& settings) {
+  const BrokenPipesIgnored brokenPipesIgnored;
   PoolParent parent(name, chunks, work, deliver, settings);
   try {
     parent.start(std::max<std::size_t>(1, std::min(jobs, chunks)));

@@ -32,6 +32,10 @@ struct WorkerPoolSettings {
   // done takes the earliest chunk left of another's. Without it chunks
   // are handed out in order.
   ShareOf shareOf = {};
+  // While the outputs that wait for an earlier chunk's hold more than this,
+  // chunks are handed out in order, whatever their share: a worker far ahead
+  // of the others must not fill the parent's memory with a suite's pictures.
+  std::size_t heldBytesBeforeInOrder = std::size_t{64} << 20;
 };
 
 // Work split into numbered chunks, done by a fixed set of processes forked

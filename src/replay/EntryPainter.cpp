@@ -1,6 +1,8 @@
 #include "replay/EntryPainter.hpp"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 
@@ -27,6 +29,14 @@ void writeText(const std::filesystem::path& path, const std::string& text) {
   if (!file) throw std::runtime_error("cannot write " + path.string());
 }
 
+// As the renderer writes a PNG file, failure message included.
+void writePicture(const std::filesystem::path& path, const std::vector<std::uint8_t>& png) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
+  file.close();
+  if (!file) throw render::RenderError("cannot write " + path.string() + ": " + std::strerror(errno));
+}
+
 // As `render --format json` prints it, so `render --tree` draws it again.
 std::string wrappedTree(const std::string& kind, views::WidgetFamily family, platform::Date entryDate,
                         const std::string& treeJson) {
@@ -40,15 +50,34 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 
 }  // namespace
 
-EntryPainter::EntryPainter(worker::WidgetWorker& worker, worker::ProcessSettings settings, EnvironmentOf environment,
+EntryPainter::EntryPainter(ViewPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
                            render::DeviceProfile device, std::filesystem::path output,
                            const render::DrawingFunctions& drawing)
-    : worker_(worker),
+    : views_(views),
       settings_(std::move(settings)),
       environment_(std::move(environment)),
       device_(std::move(device)),
       output_(std::move(output)),
       drawing_(drawing) {}
+
+void EntryPainter::expect(const std::vector<ShownEntry>& entries) {
+  std::vector<worker::ViewEvaluation> upcoming;
+  for (const auto& entry : entries) {
+    for (const auto scheme : {views::ColorScheme::light, views::ColorScheme::dark}) {
+      upcoming.push_back(evaluationOf(entry.kind, entry.entryDate, entry.at, scheme));
+    }
+  }
+  views_.expect(std::move(upcoming));
+}
+
+worker::ViewEvaluation EntryPainter::evaluationOf(const std::string& kind, platform::Date entryDate, platform::Date at,
+                                                  views::ColorScheme scheme) const {
+  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
+  auto environment = environment_(family);
+  environment.colorScheme = scheme;
+  const auto context = render::makeRenderContext(environment, family, device_, kScale);
+  return {kind, entryDate, at, context.env, settings_};
+}
 
 std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::string& kind, platform::Date entryDate,
                                                                      platform::Date at, int sequence) {
@@ -66,26 +95,47 @@ std::variant<pages::EntryPictures, EntryFailure> EntryPainter::paint(const std::
   const auto size = device_.sizeOf(family);
   pictures.width = size.width;
   pictures.height = size.height;
-  pictures.regions = drawing_.hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  pictures.regions = regionsOf(drawn);
   return pictures;
 }
 
 std::variant<EntryPainter::Drawn, EntryFailure> EntryPainter::draw(const std::string& kind, platform::Date entryDate,
                                                                    platform::Date at, views::ColorScheme scheme,
                                                                    const std::filesystem::path& file) {
-  const auto family = hosting::widgetOfKind(kind).supportedFamilies.front();
-  auto environment = environment_(family);
-  environment.colorScheme = scheme;
-  const auto context = render::makeRenderContext(environment, family, device_, kScale);
-  auto evaluation = worker_.view({kind, entryDate, at, context.env, settings_});
+  const auto request = evaluationOf(kind, entryDate, at, scheme);
+  const auto context = render::makeRenderContext(request.environment, request.environment.family, device_, kScale);
+  auto evaluation = views_.view(request);
   for (const auto& line : evaluation.log) std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   if (const auto* failure = evaluation.failure()) return EntryFailure{"view: " + failure->reason};
+  Drawn drawn{std::move(*evaluation.value()), context, {}};
+  drawn.pictureKey = PictureCache::keyOf(drawn.treeJson, context);
+  if (auto failure = drawPicture(drawn, file)) return *failure;
+  return drawn;
+}
+
+std::optional<EntryFailure> EntryPainter::drawPicture(const Drawn& drawn, const std::filesystem::path& file) {
+  if (const auto* kept = pictures_.find(drawn.pictureKey)) {
+    writePicture(file, kept->png);
+    return std::nullopt;
+  }
+  std::vector<std::uint8_t> png;
   try {
-    drawing_.renderToFile(views::decodeViewTree(*evaluation.value()), context, render::Format::png, file);
+    png = drawing_.renderToPNGBytes(views::decodeViewTree(drawn.treeJson), drawn.context);
   } catch (const views::ViewTreeJsonError& error) {
     return EntryFailure{std::string("view: ") + error.what()};
   }
-  return Drawn{std::move(*evaluation.value()), context};
+  writePicture(file, png);
+  pictures_.insert(drawn.pictureKey, {std::move(png), std::nullopt});
+  return std::nullopt;
+}
+
+// The tap targets of a tree drawn before are those found then.
+std::vector<render::HitRegion> EntryPainter::regionsOf(const Drawn& drawn) {
+  auto* kept = pictures_.find(drawn.pictureKey);
+  if (kept && kept->regions) return *kept->regions;
+  auto regions = drawing_.hitRegions(views::decodeViewTree(drawn.treeJson), drawn.context);
+  if (kept) kept->regions = regions;
+  return regions;
 }
 
 }  // namespace quillan::replay

@@ -34,7 +34,7 @@ PrivateJournal::PrivateJournal(const std::filesystem::path& journal) : root_("qu
   appSupport_ = platform::FileManager::applicationSupportBeside(groupContainer_);
   try {
     std::filesystem::create_directories(appSupport_);
-    const auto copy = groupContainer_ / store::kStoreFileName;
+    const auto copy = file();
     copyJournal(journal, copy);
     appender_ = std::make_unique<fixtures::JournalAppender>(copy);
   } catch (const std::exception& error) {
@@ -45,8 +45,10 @@ PrivateJournal::PrivateJournal(const std::filesystem::path& journal) : root_("qu
 // The journal is closed before its folder goes.
 PrivateJournal::~PrivateJournal() { appender_.reset(); }
 
-void PrivateJournal::addNote(platform::Date date, const std::string& text, platform::Date writtenAt) {
-  appender_->addNote({.date = date, .info = text, .lastUpdate = writtenAt});
+std::filesystem::path PrivateJournal::file() const { return groupContainer_ / store::kStoreFileName; }
+
+std::int64_t PrivateJournal::addNote(platform::Date date, const std::string& text, platform::Date writtenAt) {
+  return appender_->addNote({.date = date, .info = text, .lastUpdate = writtenAt});
 }
 
 }  // namespace quillan::replay

@@ -31,8 +31,12 @@ class PrivateJournal {
   const std::filesystem::path& groupContainer() const { return groupContainer_; }
   const std::filesystem::path& appSupport() const { return appSupport_; }
 
-  // Saves a note dated `date`, written at `writtenAt`, as the app does.
-  void addNote(platform::Date date, const std::string& text, platform::Date writtenAt);
+  // The copy itself, a Quillan.sqlite in groupContainer().
+  std::filesystem::path file() const;
+
+  // Saves a note dated `date`, written at `writtenAt`, as the app does, and
+  // returns its primary key.
+  std::int64_t addNote(platform::Date date, const std::string& text, platform::Date writtenAt);
 
  private:
   hosting::ScratchFolder root_;

@@ -32,20 +32,42 @@ void Simulation::writeNotesAt(host::WidgetHost& widgetHost, const std::vector<No
   const auto at = notes[next].at;
   widgetHost.advanceTo(at);
   handleHeardEvents();
+  // Only this replay writes the copy: what it wrote is all that changes.
+  worker::JournalWriteNotice notice{worker::JournalWriteNotice::Stage::begins, journal_->file(), {}};
+  painter_.hear(notice);
   for (; next < notes.size() && notes[next].at == at; ++next) {
-    journal_->addNote(notes[next].noteDate, notes[next].text, at);
+    const auto key = journal_->addNote(notes[next].noteDate, notes[next].text, at);
+    notice.rowsAdded.push_back({key, notes[next].noteDate.timeIntervalSinceReferenceDate(),
+                                store::DateColumnRead::Storage::number});
   }
+  notice.stage = worker::JournalWriteNotice::Stage::ended;
+  painter_.hear(notice);
   widgetHost.appWroteJournal();
   handleHeardEvents();
 }
 
+// On the private journal nothing but this replay writes, and it writes only
+// between two batches of events: the views of a batch's entries all read the
+// journal as it is now, and are evaluated ahead.
 void Simulation::handleHeardEvents() {
   auto events = std::move(heard_);
   heard_.clear();
+  if (journal_) painter_.expect(entriesShown(events));
   for (const auto& event : events) {
     auto& logged = log_.add(event);
     if (const auto* entry = std::get_if<host::EntryShown>(&event.detail)) draw(event, entry->entryDate, logged);
   }
+  painter_.forgetExpected();
+}
+
+std::vector<EntryPainter::ShownEntry> Simulation::entriesShown(const std::vector<host::SchedulerEvent>& events) {
+  std::vector<EntryPainter::ShownEntry> entries;
+  for (const auto& event : events) {
+    if (const auto* entry = std::get_if<host::EntryShown>(&event.detail)) {
+      entries.push_back({event.kind, entry->entryDate, event.at});
+    }
+  }
+  return entries;
 }
 
 void Simulation::draw(const host::SchedulerEvent& event, platform::Date entryDate, nlohmann::ordered_json& logged) {

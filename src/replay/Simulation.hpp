@@ -40,6 +40,7 @@ class Simulation {
 
  private:
   void handleHeardEvents();
+  static std::vector<EntryPainter::ShownEntry> entriesShown(const std::vector<host::SchedulerEvent>& events);
   void draw(const host::SchedulerEvent& event, platform::Date entryDate, nlohmann::ordered_json& logged);
   void writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes, std::size_t& next);
 

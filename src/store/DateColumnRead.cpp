@@ -87,6 +87,19 @@ std::optional<DateColumnRead> DateColumnRead::read(const std::filesystem::path& 
   return read;
 }
 
+std::optional<DateColumnRead> DateColumnRead::withRowsAdded(const std::vector<Row>& added,
+                                                            JournalFileState state) const {
+  DateColumnRead grown = *this;
+  grown.state_ = std::move(state);
+  for (const auto& row : added) {
+    if (!grown.rows_.empty() && row.primaryKey <= grown.rows_.back().primaryKey) return std::nullopt;
+    const bool whole = row.storage == Storage::number && std::trunc(row.value) == row.value;
+    if (!std::isfinite(row.value) || (whole && std::fabs(row.value) > kExactWholeNumbers)) return std::nullopt;
+    grown.rows_.push_back(row);
+  }
+  return grown;
+}
+
 bool DateColumnRead::isCurrentFor(const std::filesystem::path& journal, std::string_view table,
                                   std::string_view column) const {
   if (journal.lexically_normal() != journal_.lexically_normal() || table != table_ || column != column_) return false;

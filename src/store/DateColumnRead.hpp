@@ -40,6 +40,13 @@ class DateColumnRead {
   // are still in the state they were read at.
   bool isCurrentFor(const std::filesystem::path& journal, std::string_view table, std::string_view column) const;
 
+  // This read with `added` after its rows, tied to `state`: what reading a
+  // journal into which only those rows were inserted since gives. Nullopt
+  // when an added key is not above every key before it (the order would
+  // differ) or a value is not one to compare in memory (not finite, or a
+  // whole number too large for a double).
+  std::optional<DateColumnRead> withRowsAdded(const std::vector<Row>& added, JournalFileState state) const;
+
   const std::filesystem::path& journal() const { return journal_; }
   const JournalFileState& state() const { return state_; }
   const std::vector<Row>& rows() const { return rows_; }

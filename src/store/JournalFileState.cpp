@@ -7,6 +7,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <map>
+#include <memory>
+#include <mutex>
+
+#include "store/KeptFile.hpp"
 
 namespace quillan::store {
 namespace {
@@ -30,18 +35,34 @@ void appendIdentity(std::string& bytes, const struct stat& file) {
   bytes.append(reinterpret_cast<const char*>(fields.data()), sizeof fields);
 }
 
+// The files read here stay open for the life of the process (opened again
+// when the path names another file): closing a descriptor would release
+// every POSIX lock the process holds on the file, and with them the read
+// locks of its own connections to the journal. Callers hold keptFilesGuard.
+std::mutex keptFilesGuard;
+
+KeptFile& keptFile(const std::filesystem::path& path) {
+  static std::map<std::filesystem::path, std::unique_ptr<KeptFile>> files;
+  auto& file = files[path];
+  if (!file) file = std::make_unique<KeptFile>();
+  return *file;
+}
+
+// Opens `path` as a kept file; false, with '-' appended, when it cannot.
+bool follow(std::string& bytes, const std::filesystem::path& path, struct stat& file, Presence& missing) {
+  if (keptFile(path).follow(path, file)) return true;
+  bytes += '-';
+  missing = errno == ENOENT ? Presence::absent : Presence::unreadable;
+  return false;
+}
+
 // Appends the file's identity and its first `headerBytes` bytes (fewer when it is shorter).
 Presence appendFile(std::string& bytes, const std::filesystem::path& path, std::size_t headerBytes) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) {
-    bytes += '-';
-    return errno == ENOENT ? Presence::absent : Presence::unreadable;
-  }
   struct stat file {};
+  Presence missing{};
+  if (!follow(bytes, path, file, missing)) return missing;
   std::string header(headerBytes, '\0');
-  const bool read = fstat(fd, &file) == 0 && pread(fd, header.data(), headerBytes, 0) >= 0;
-  close(fd);
-  if (!read) return Presence::unreadable;
+  if (pread(keptFile(path).fd(), header.data(), headerBytes, 0) < 0) return Presence::unreadable;
   bytes += '+';
   appendIdentity(bytes, file);
   bytes += header;
@@ -49,15 +70,11 @@ Presence appendFile(std::string& bytes, const std::filesystem::path& path, std::
 }
 
 Presence appendIndexHeader(std::string& bytes, const std::filesystem::path& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) {
-    bytes += '-';
-    return errno == ENOENT ? Presence::absent : Presence::unreadable;
-  }
+  struct stat file {};
+  Presence missing{};
+  if (!follow(bytes, path, file, missing)) return missing;
   char copies[2 * kIndexHeaderBytes] = {};
-  const auto got = pread(fd, copies, sizeof copies, 0);
-  close(fd);
-  if (got < 0) return Presence::unreadable;
+  if (pread(keptFile(path).fd(), copies, sizeof copies, 0) < 0) return Presence::unreadable;
   if (std::memcmp(copies, copies + kIndexHeaderBytes, kIndexHeaderBytes) != 0) return Presence::unreadable;
   bytes += '+';
   bytes.append(copies, kIndexHeaderBytes);
@@ -71,6 +88,7 @@ std::filesystem::path beside(const std::filesystem::path& journal, const char* s
 }  // namespace
 
 std::optional<JournalFileState> journalFileState(const std::filesystem::path& journal) {
+  const std::lock_guard<std::mutex> kept(keptFilesGuard);
   JournalFileState state;
   if (appendFile(state.bytes, journal, kJournalHeaderBytes) != Presence::present) return std::nullopt;
   if (appendFile(state.bytes, beside(journal, "-wal"), kLogHeaderBytes) == Presence::unreadable) return std::nullopt;

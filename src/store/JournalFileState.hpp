@@ -13,7 +13,9 @@ namespace quillan::store {
 // (its salts change whenever the log starts over) and the log's index header
 // in -shm (frame count, checksums and change counter of the last commit: what
 // SQLite's own data_version follows). Two equal states read at two moments
-// mean no commit, rewrite or replacement happened in between.
+// mean no commit, rewrite or replacement happened in between. The files stay
+// open between reads (see KeptFile), so reading the state never releases the
+// locks of the process's own connections to the journal.
 //
 // Absent (nullopt) when nothing can be vouched for: no journal, a rollback
 // journal left to replay, or an index header caught half-written.

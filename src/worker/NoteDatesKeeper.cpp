@@ -98,6 +98,22 @@ void NoteDatesKeeper::refreshFor(const nlohmann::json& request, int closeInChild
   store::useKnownDateColumn(nullptr);
 }
 
+void NoteDatesKeeper::hear(const JournalWriteNotice& notice) {
+  const auto& known = store::knownDateColumn();
+  const auto state = store::journalFileState(notice.journal);
+  const bool current = known && state && known->journal() == notice.journal && known->state() == *state;
+  if (notice.stage == JournalWriteNotice::Stage::begins) {
+    currentAsWriteBegan_ = current ? notice.journal : std::filesystem::path();
+    return;
+  }
+  const bool wasCurrent = currentAsWriteBegan_ == notice.journal;
+  currentAsWriteBegan_.clear();
+  if (!wasCurrent || !known || !state || known->journal() != notice.journal) return;
+  if (auto grown = known->withRowsAdded(notice.rowsAdded, *state)) {
+    store::useKnownDateColumn(std::make_shared<const store::DateColumnRead>(std::move(*grown)));
+  }
+}
+
 void NoteDatesKeeper::refresh(const std::filesystem::path& journal, int closeInChild) {
   const auto state = store::journalFileState(journal);
   const auto& known = store::knownDateColumn();

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "store/JournalFileState.hpp"
+#include "worker/JournalWriteNotice.hpp"
 
 namespace quillan::worker {
 
@@ -25,12 +26,17 @@ class NoteDatesKeeper {
   // Makes the kept read current for the journal `request` (a view request)
   // reads; other requests leave it as it is. `closeInChild` is a descriptor the reading child must not keep.
   void refreshFor(const nlohmann::json& request, int closeInChild);
+  // Around a host's own write: when the kept read is current as the write
+  // begins, it is made current again once it ended by adding the rows the
+  // host inserted; otherwise it is left for the next view to read again.
+  void hear(const JournalWriteNotice& notice);
 
  private:
   void refresh(const std::filesystem::path& journal, int closeInChild);
 
   std::chrono::milliseconds deadline_;
   std::filesystem::path failedJournal_;
+  std::filesystem::path currentAsWriteBegan_;
   store::JournalFileState failedState_;
 };
 

@@ -11,6 +11,7 @@
 
 #include "worker/ChildWatch.hpp"
 #include "worker/EvaluationChild.hpp"
+#include "worker/JournalWriteNotice.hpp"
 #include "worker/MessageFraming.hpp"
 #include "worker/NoteDatesKeeper.hpp"
 
@@ -98,6 +99,11 @@ void runWarmWorker(int hostSocket, const WorkerOptions& options) {
     // is gone or broken either way, and starts a new worker if it needs one.
     const auto request = readMessage(hostSocket);
     if (!std::holds_alternative<Json>(request)) _exit(0);
+    if (const auto notice = journalWriteNoticeFromJson(std::get<Json>(request))) {
+      noteDates.hear(*notice);
+      if (!writeMessage(hostSocket, {{"answer", Json::object()}, {"log", Json::array()}})) _exit(0);
+      continue;
+    }
     noteDates.refreshFor(std::get<Json>(request), hostSocket);
     if (!writeMessage(hostSocket, evaluateInChild(std::get<Json>(request), options, hostSocket))) _exit(0);
   }

@@ -146,21 +146,30 @@ void WidgetWorker::ensureWarmWorker(std::vector<std::string>& log) {
   if (restarting) log.emplace_back("worker: the warm worker had stopped; started a new one");
 }
 
-WidgetWorker::Reply WidgetWorker::exchange(const Json& request) {
-  std::lock_guard lock(mutex_);
-  Reply reply;
+WidgetWorker::Reply WidgetWorker::exchange(const Json& request) { return receive(send(request)); }
+
+WidgetWorker::Exchange WidgetWorker::send(const Json& request) {
+  Exchange exchange{std::unique_lock(mutex_), {}, std::nullopt};
+  auto& reply = exchange.reply;
   ensureWarmWorker(reply.log);
   if (socket_ < 0) {
     reply.failure = "the worker could not be started";
-    return reply;
+    return exchange;
   }
   if (!writeMessage(socket_, request)) {
     dropWarmWorker(true);
     reply.failure = "the worker stopped before the evaluation";
-    return reply;
+    return exchange;
   }
+  exchange.sentAt = std::chrono::steady_clock::now();
+  return exchange;
+}
+
+WidgetWorker::Reply WidgetWorker::receive(Exchange exchange) {
+  auto reply = std::move(exchange.reply);
+  if (!exchange.sentAt) return reply;
   const auto wait = options_.deadline + kReplyGrace;
-  auto message = readMessage(socket_, std::chrono::steady_clock::now() + wait);
+  auto message = readMessage(socket_, *exchange.sentAt + wait);
   if (const auto* problem = std::get_if<ReadFailure>(&message)) {
     dropWarmWorker(true);
     reply.failure = *problem == ReadFailure::timedOut
@@ -184,6 +193,16 @@ WidgetWorker::Reply WidgetWorker::exchange(const Json& request) {
     reply.failure = "the worker's answer was malformed";
   }
   return reply;
+}
+
+void WidgetWorker::hear(const JournalWriteNotice& notice) {
+  std::lock_guard lock(mutex_);
+  // A warm worker found gone is replaced by the next evaluation, whose log says so.
+  if (socket_ < 0 || peerGone(socket_)) return;
+  if (!writeMessage(socket_, toJson(notice)) ||
+      !std::holds_alternative<Json>(readMessage(socket_, std::chrono::steady_clock::now() + kReplyGrace))) {
+    dropWarmWorker(true);
+  }
 }
 
 const widgets::WidgetConfiguration& WidgetWorker::widget(const std::string& kind) const {
@@ -222,13 +241,21 @@ Evaluation<widgets::TimelineAnswer> WidgetWorker::timeline(const TimelineEvaluat
 }
 
 Evaluation<std::string> WidgetWorker::view(const ViewEvaluation& evaluation) {
+  return finishView(startView(evaluation));
+}
+
+WidgetWorker::PendingView WidgetWorker::startView(const ViewEvaluation& evaluation) {
   validate(evaluation.kind, evaluation.settings, {evaluation.entryDate, evaluation.at});
   const auto& families = widget(evaluation.kind).supportedFamilies;
   if (std::find(families.begin(), families.end(), evaluation.environment.family) == families.end()) {
     throw std::invalid_argument("worker: " + evaluation.kind + " is not offered as " +
                                 std::string(views::toString(evaluation.environment.family)));
   }
-  auto reply = exchange(toJson(evaluation));
+  return PendingView(send(toJson(evaluation)));
+}
+
+Evaluation<std::string> WidgetWorker::finishView(PendingView pending) {
+  auto reply = receive(std::move(pending.exchange));
   if (reply.failure) return failed<std::string>(*reply.failure, reply.log, reply.cost);
   if (!reply.answer.contains("view") || !reply.answer["view"].is_string()) {
     return failed<std::string>("the worker's answer was malformed: no view", reply.log, reply.cost);

@@ -2,7 +2,9 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,7 @@
 
 #include "worker/ChildReaper.hpp"
 #include "worker/Evaluation.hpp"
+#include "worker/JournalWriteNotice.hpp"
 #include "worker/WorkerOptions.hpp"
 
 namespace quillan::worker {
@@ -44,9 +47,36 @@ namespace quillan::worker {
 // 5-10 MB, well under the 30 MB ceiling.
 //
 // Calls are serialised (one evaluation at a time); a host that wants
-// evaluations in parallel keeps several workers, constructed up front.
+// evaluations in parallel keeps several workers, constructed up front, and
+// starts a view on each before it waits for any (startView).
 class WidgetWorker {
+ private:
+  struct Reply {
+    nlohmann::json answer;  // null on failure
+    std::optional<std::string> failure;
+    std::vector<std::string> log;
+    EvaluationCost cost;
+  };
+  struct Exchange {
+    std::unique_lock<std::mutex> lock;
+    Reply reply;  // a restart's note, or the failure to send
+    std::optional<std::chrono::steady_clock::time_point> sentAt;
+  };
+
  public:
+  // A view on its way: its evaluation runs while the caller does other
+  // things, and the worker takes no other call until it is finished.
+  class PendingView {
+   public:
+    PendingView(PendingView&&) = default;
+    PendingView& operator=(PendingView&&) = default;
+
+   private:
+    friend class WidgetWorker;
+    explicit PendingView(Exchange exchange) : exchange(std::move(exchange)) {}
+    Exchange exchange;
+  };
+
   // Throws std::runtime_error when the processes cannot be started, and
   // std::invalid_argument for a deadline or ceiling that is not positive.
   explicit WidgetWorker(WorkerOptions options = {});
@@ -60,6 +90,15 @@ class WidgetWorker {
   Evaluation<widgets::TimelineAnswer> timeline(const TimelineEvaluation& evaluation);
   // The view tree as JSON (docs/view-tree.md), as `render --format json` prints its "view".
   Evaluation<std::string> view(const ViewEvaluation& evaluation);
+  // view() in two halves: the first throws as view() does, the second answers
+  // as view() would have.
+  PendingView startView(const ViewEvaluation& evaluation);
+  Evaluation<std::string> finishView(PendingView pending);
+
+  // Tells the warm worker of the host's own write (JournalWriteNotice). Only
+  // a hint: a warm worker that is not running is not started for it, and one
+  // that cannot use it reads the dates again.
+  void hear(const JournalWriteNotice& notice);
 
   const WorkerOptions& options() const { return options_; }
   // The warm worker's process id, 0 while none runs.
@@ -68,14 +107,9 @@ class WidgetWorker {
   pid_t keeperPid() const;
 
  private:
-  struct Reply {
-    nlohmann::json answer;  // null on failure
-    std::optional<std::string> failure;
-    std::vector<std::string> log;
-    EvaluationCost cost;
-  };
-
   Reply exchange(const nlohmann::json& request);
+  Exchange send(const nlohmann::json& request);
+  Reply receive(Exchange exchange);
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);

@@ -2,14 +2,13 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <regex>
 #include <tuple>
 
 #include <nlohmann/json.hpp>
 
-#include "fixtures/JournalWriter.hpp"
-#include "platform/ISO8601.hpp"
+#include "support/CommandAnswers.hpp"
+#include "support/FileContents.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/RunCommand.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -43,29 +42,6 @@ class SampleJournalCommand : public ::testing::Test {
   static inline TemporaryFolder* folder_ = nullptr;
 };
 
-// The answer's JSON as printed; which dates it holds is the providers' (tests/widgets).
-TEST(Command, TimelinePrintsTheExactShapeInTheChosenZone) {
-  const auto shape = [](const std::string& entry, const std::string& after) {
-    return R"({"entries":[{"date":")" + entry + R"("}])" +
-           (after.empty() ? "" : R"(,"policy":{"type":"after","date":")" + after + R"("})") + "}\n";
-  };
-  const std::vector<std::pair<std::vector<std::string>, std::string>> runs = {
-      {{"timeline", "--kind", "StreakWidget", "--now", "2026-11-22T23:59:59+01:00", "--time-zone", "Europe/Berlin"},
-       shape("2026-11-22T00:00:00+01:00", "2026-11-23T00:00:00+01:00")},
-      // The options may also come before the subcommand; a missing midnight starts the day at 01:00.
-      {{"--time-zone", "America/Sao_Paulo", "--now", "2018-11-04T15:00:00Z", "timeline", "--kind", "StreakWidget"},
-       shape("2018-11-04T01:00:00-02:00", "2018-11-05T00:00:00-02:00")},
-      {{"timeline", "--kind", "OnThisDayWidget", "--request", "snapshot", "--now", "2026-11-22T08:30:00.250Z",
-        "--time-zone", "UTC"},
-       shape("2026-11-22T08:30:00.250+00:00", "")},
-  };
-  for (const auto& [arguments, out] : runs) {
-    const auto result = runCommand(arguments);
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out, out);
-  }
-}
-
 TEST_F(SampleJournalCommand, ASeedWithLeadingZerosIsDecimal) {
   auto prompt = [](const std::string& seed) {
     const auto result = runCommand({"render", "--kind", "ComposeButtonWidget", "--group-container",
@@ -85,43 +61,11 @@ TEST(Command, HelpWarnsThatTheFirstReadMovesALegacyJournal) {
   EXPECT_LT(warning, result.out.find("--now", appSupport)) << result.out;
 }
 
-TEST(Command, AFirstRunWithoutAJournalSaysWhereItLookedAndWhatToDo) {
-  TemporaryFolder home;
-  const auto expectedFolder = (home.path() / "quillan-widgets" / "group.com.tarvelo.Quillan").string();
-  for (const auto& arguments : std::vector<std::vector<std::string>>{
-           {"render", "--kind", "OnThisDayWidget"}, {"tap", "--kind", "StreakWidget", "--x", "1", "--y", "1"}}) {
-    const auto result = runCommand(arguments, {"XDG_DATA_HOME=" + home.path().string()});
-    EXPECT_NE(result.exitStatus, 0) << arguments[0];
-    EXPECT_TRUE(result.out.empty()) << arguments[0];
-    EXPECT_NE(result.err.find("no journal: looked for Quillan.sqlite in " + expectedFolder), std::string::npos)
-        << result.err;
-    EXPECT_NE(result.err.find("sample-journal --group-container DIR"), std::string::npos) << result.err;
-    EXPECT_NE(result.err.find("point at a journal's folder with --group-container DIR"), std::string::npos);
-  }
-  // A timeline is computed from the clock alone: no journal, no hint.
-  const auto timeline = runCommand({"timeline", "--kind", "StreakWidget"}, {"XDG_DATA_HOME=" + home.path().string()});
-  EXPECT_EQ(timeline.exitStatus, 0) << timeline.err;
-  EXPECT_EQ(timeline.err.find("no journal"), std::string::npos) << timeline.err;
-}
-
 // Kinds, display names, descriptions and families in gallery order.
 TEST(Command, ListIsExactlyTheBundle) {
   const auto result = runCommand({"list", "--json"});
   ASSERT_EQ(result.exitStatus, 0);
   testing::expectGoldenJson(Json::parse(result.out), "list.json");
-}
-
-TEST_F(SampleJournalCommand, RenderJsonOfEveryKindShowsTheCurrentEntry) {
-  for (const auto& widget : Json::parse(runCommand({"list", "--json"}).out)) {
-    const auto result = runCommand(environment({"render", "--kind", widget["kind"], "--format", "json"}));
-    ASSERT_EQ(result.exitStatus, 0) << widget["kind"] << result.err;
-    const auto json = Json::parse(result.out);
-    EXPECT_EQ(json["kind"], widget["kind"]);
-    EXPECT_EQ(json["family"], widget["families"][0]);
-    EXPECT_EQ(json["date"], "2026-11-22T00:00:00+01:00");
-    // The streak view is the one that does not erase its two branches' types.
-    EXPECT_EQ(json["view"]["type"], widget["kind"] == "StreakWidget" ? "VStack" : "AnyView") << widget["kind"];
-  }
 }
 
 TEST_F(SampleJournalCommand, ATreeWrittenAsJsonDrawsAgainFromTheFile) {
@@ -130,71 +74,42 @@ TEST_F(SampleJournalCommand, ATreeWrittenAsJsonDrawsAgainFromTheFile) {
   ASSERT_EQ(runCommand(environment({"render", "--kind", "OTDComposeWidget", "--output", tree.string()})).exitStatus, 0);
   const auto again = runCommand({"render", "--tree", tree.string()});
   ASSERT_EQ(again.exitStatus, 0) << again.err;
-  std::ifstream written(tree);
-  EXPECT_EQ(Json::parse(again.out), Json::parse(written)["view"]);
+  const auto written = Json::parse(testing::readText(tree));
+  EXPECT_EQ(Json::parse(again.out), written["view"]);
+  EXPECT_EQ(written["kind"], "OTDComposeWidget");
+  EXPECT_EQ(written["family"], "systemMedium");
+  EXPECT_EQ(written["date"], "2026-11-22T00:00:00+01:00");
   const auto png = folder.path() / "medium.png";
   const auto drawn = runCommand({"render", "--tree", tree.string(), "--format", "png", "--output", png.string()});
   EXPECT_EQ(drawn.exitStatus, 0) << drawn.err;
   EXPECT_GT(fs::file_size(png), 1000u);
 }
 
-TEST_F(SampleJournalCommand, SampleJournalNeverOverwritesAJournal) {
-  const auto before = fs::file_size(container() / "Quillan.sqlite");
-  const auto result = runCommand({"sample-journal", "--group-container", container().string()});
-  EXPECT_EQ(result.exitStatus, 2);
-  EXPECT_NE(result.err.find("not overwriting"), std::string::npos) << result.err;
-  EXPECT_EQ(fs::file_size(container() / "Quillan.sqlite"), before);
+// "WORDS => exit N: what it printed": DIR is a group container holding the sample journal.
+TEST_F(SampleJournalCommand, PrintsTheExactAnswers) {
+  testing::expectGoldenAnswers("command_outputs.txt", [](const std::string& question) {
+    return testing::commandAnswer(question, {{"DIR", container().string()}}, /*printed=*/true);
+  });
 }
 
-TEST_F(SampleJournalCommand, TapsOpenTheDeepLinkOfThatAreaMirroredInRightToLeftLocales) {
-  struct Tap {
-    std::string kind;
-    double x, y;
-    std::string url;  // empty: nothing opens
-    std::string locale = "en_US";
-  };
-  // Every area's centre of every kind is tapped through the gallery below; here, what lies outside
-  // an area's centre and a right-to-left locale's mirrored geometry.
-  const std::vector<Tap> taps = {
-      {"ComposeButtonWidget", 500, 5, ""},                         // outside the widget
-      {"OnThisDayWidget", 2, 150, "widget-deeplink://OnThisDay"},  // the widget's own link reaches its edge
-      {"OTDComposeWidget", 280, 79, "widget-deeplink://OnThisDay", "ar_EG"},
-      {"OTDComposeWidget", 338 - 280, 79, "widget-deeplink://AddRecord", "ar_EG"},
-  };
-  for (const auto& tap : taps) {
-    const auto result = runCommand(environment(
-        {"tap", "--kind", tap.kind, "--x", std::to_string(tap.x), "--y", std::to_string(tap.y)}, tap.locale));
+// How mirroring and text styles work is the layout's (tests/render) and the audit's; here, that the
+// locale and the options reach the layout: its direction, and the streak's symbols, sized by a text style.
+TEST_F(SampleJournalCommand, TheLocaleTheDirectionAndTheTextSizeReachTheLayout) {
+  const auto layout = [](const std::string& locale, const std::string& options) {
+    const auto result = runCommand(environment(testing::words("render --kind StreakWidget --format layout " + options),
+                                               locale));
     EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(result.out, tap.url.empty() ? "" : tap.url + "\n") << tap.kind << " at " << tap.x << "," << tap.y;
+    return Json::parse(result.out, nullptr, false);
+  };
+  for (const auto& [locale, options, direction] : {std::tuple{"en_US", "", "ltr"},
+                                                   {"ar_EG", "", "rtl"},
+                                                   {"ar_EG", "--layout-direction ltr", "ltr"},
+                                                   {"en_US", "--layout-direction rtl", "rtl"}}) {
+    EXPECT_EQ(layout(locale, options)["layoutDirection"], direction) << locale << " " << options;
   }
-}
-
-// The mirroring itself is the layout's (tests/render); here, that the locale
-// and the option choose the direction.
-TEST_F(SampleJournalCommand, RightToLeftLocalesMirrorTheWidgetsUnlessADirectionIsNamed) {
-  const std::vector<std::tuple<std::string, std::vector<std::string>, std::string>> runs = {
-      {"en_US", {}, "ltr"},
-      {"ar_EG", {}, "rtl"},
-      {"ar_EG", {"--layout-direction", "ltr"}, "ltr"},
-      {"en_US", {"--layout-direction", "rtl"}, "rtl"}};
-  for (const auto& [locale, option, direction] : runs) {
-    auto arguments = environment({"render", "--kind", "StreakWidget", "--format", "layout"}, locale);
-    arguments.insert(arguments.end(), option.begin(), option.end());
-    const auto result = runCommand(arguments);
-    ASSERT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_EQ(Json::parse(result.out)["layoutDirection"], direction) << locale;
-  }
-}
-
-// How each text style scales, and that texts still fit, is the layout's and the audit's; here, that
-// the option reaches the layout: the streak's symbols are sized by a text style.
-TEST_F(SampleJournalCommand, TheDynamicTypeSizeReachesTheLayout) {
-  const auto largestSymbol = [](const std::string& size) {
-    const auto result =
-        runCommand(environment({"render", "--kind", "StreakWidget", "--format", "layout", "--dynamic-type", size}));
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
+  const auto largestSymbol = [&](const std::string& size) {
     double largest = 0;
-    std::vector<Json> pending{Json::parse(result.out)["content"]};
+    std::vector<Json> pending{layout("en_US", "--dynamic-type " + size)["content"]};
     while (!pending.empty()) {
       const Json box = pending.back();
       pending.pop_back();
@@ -237,38 +152,6 @@ TEST_F(SampleJournalCommand, GalleryImageMapsAreTheHitTestRegions) {
   }
   EXPECT_EQ(images, 11);
   EXPECT_GE(areas, 11 + 2 * 5);  // the streak row's five circles, light and dark
-}
-
-// What the extension meets in a journal: a stop as on the phone, or a log line
-// on standard error that leaves the JSON on standard output clean.
-TEST(Command, JournalsTheExtensionStopsOnOrLogsAbout) {
-  struct Journal {
-    const char* name;
-    std::function<void(const fs::path&)> write;
-    bool stops;
-    std::string report;  // how standard error starts when it stops, or what it holds
-  };
-  const auto withNote = [](fixtures::NoteRow note) {
-    return [note](const fs::path& journal) { fixtures::JournalWriter(journal).addNote(note); };
-  };
-  const std::vector<Journal> journals = {
-      {"not a database",
-       [](const fs::path& journal) { std::ofstream(journal) << "this is not a database, it is a shopping list"; }, true,
-       "OnThisDayWidgetExtension/CoreDataStack: Fatal error: Unresolved error "},
-      {"note text that is not Markdown",
-       withNote({.date = platform::ISO8601::parse("2025-11-22T09:00:00Z"), .info = std::string("caf\xE9 au lait")}),
-       false, "Couldn't parse:  "},
-  };
-  for (const auto& journal : journals) {
-    TemporaryFolder folder;
-    journal.write(folder.path() / "Quillan.sqlite");
-    const auto result = runCommand({"render", "--kind", "OnThisDayWidget", "--group-container", folder.path().string(),
-                                    "--now", "2026-11-22T09:00:00Z", "--time-zone", "UTC"});
-    EXPECT_EQ(result.exitStatus != 0, journal.stops) << journal.name << ": " << result.err;
-    EXPECT_EQ(journal.stops ? result.out.empty() : Json::accept(result.out), true) << journal.name;
-    const auto found = result.err.find(journal.report);
-    EXPECT_TRUE(journal.stops ? found != std::string::npos : found == 0) << journal.name << ": " << result.err;
-  }
 }
 
 }  // namespace

@@ -72,12 +72,6 @@ std::set<std::string> completions(const Words& words, const std::string& cur = "
   return offered;
 }
 
-std::string shown(const Words& words) {
-  std::string text = "quillan-widgets";
-  for (const auto& word : words) text += " " + word;
-  return text;
-}
-
 // Every command --help reaches, the top-level one first, each with its help.
 std::vector<std::pair<Words, Help>> everyCommand() {
   std::vector<std::pair<Words, Help>> commands = {{{}, helpOf({})}};
@@ -105,19 +99,22 @@ TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpL
          {"--group-container", "--app-support", "--now", "--time-zone", "--locale", "--color-scheme",
           "--rendering-mode", "--platform-version", "--layout-direction", "--dynamic-type", "--seed"}) {
       EXPECT_TRUE(std::ranges::any_of(help.options, [&](const auto& option) { return option.name == environment; }))
-          << shown(path) << " --help does not list " << environment;
+          << ::testing::PrintToString(path) << " --help does not list " << environment;
     }
     const auto offered = completions(path);
     for (const auto& subcommand : help.subcommands) {
-      EXPECT_TRUE(offered.contains(subcommand)) << shown(path) << " does not complete " << subcommand;
+      EXPECT_TRUE(offered.contains(subcommand))
+          << ::testing::PrintToString(path) << " does not complete " << subcommand;
     }
     for (const auto& option : help.options) {
-      EXPECT_TRUE(offered.contains(option.name)) << shown(path) << " does not complete " << option.name;
+      EXPECT_TRUE(offered.contains(option.name))
+          << ::testing::PrintToString(path) << " does not complete " << option.name;
       if (!option.takesValue) continue;
       // After an option that takes a value, values are offered, not options.
       Words words = path;
       words.push_back(option.name);
-      for (const auto& word : completions(words)) EXPECT_NE(word.front(), '-') << shown(words) << " offers " << word;
+      for (const auto& word : completions(words))
+        EXPECT_NE(word.front(), '-') << ::testing::PrintToString(words) << " offers " << word;
     }
   }
 }
@@ -128,7 +125,8 @@ TEST(Completion, OffersEveryKindTheBundleLists) {
   for (const Words& words : {Words{"render", "--kind"}, Words{"--now", "x", "tap", "--kind"}}) {
     const auto offered = completions(words);
     for (const auto& widget : bundle) {
-      EXPECT_TRUE(offered.contains(widget["kind"])) << shown(words) << " does not complete " << widget["kind"];
+      EXPECT_TRUE(offered.contains(widget["kind"]))
+          << ::testing::PrintToString(words) << " does not complete " << widget["kind"];
     }
   }
   // A prefix narrows the kinds to those it begins.

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <map>
@@ -41,21 +40,13 @@ class AppJournal {
     if (state == JournalState::walOpen) layout.walAutocheckpoint = 0;
     writer_ = std::make_unique<fixtures::JournalWriter>(journal(), layout);
     writer_->addNote({.date = platform::ISO8601::parse("2025-11-22T08:00:00Z"), .info = std::string(kMemory)});
-    if (state == JournalState::walOpen) return;
-    writer_.reset();
-    if (state == JournalState::rollback) toRollbackMode();
+    if (state == JournalState::rollback) writer_->execute("PRAGMA journal_mode = DELETE");
+    if (state != JournalState::walOpen) writer_.reset();
   }
   const fs::path& folder() const { return folder_.path(); }
   fs::path journal() const { return folder_.path() / "Quillan.sqlite"; }
 
  private:
-  void toRollbackMode() const {
-    sqlite3* database = nullptr;
-    sqlite3_open(journal().c_str(), &database);
-    sqlite3_exec(database, "PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
-    sqlite3_close(database);
-  }
-
   testing::TemporaryFolder folder_;
   std::unique_ptr<fixtures::JournalWriter> writer_;
 };

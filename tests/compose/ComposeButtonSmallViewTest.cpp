@@ -6,30 +6,26 @@
 #include "compose/TodayCheck.hpp"
 #include "platform/RandomSource.hpp"
 #include "support/GoldenQuestion.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
 
 namespace quillan::compose {
 namespace {
 
 using testing::ProcessEnvironment;
-using testing::TestJournal;
 using views::Environment;
 
-class ComposeButton : public ::testing::Test {
+class ComposeButton : public testing::JournalTest {
  protected:
   void SetUp() override {
-    TestJournal::shared().clear();
+    JournalTest::SetUp();
     platform::RandomSource::seed(1);
   }
   void TearDown() override { platform::RandomSource::useSystem(); }
 
   static Environment environment(int major, views::WidgetRenderingMode mode = views::WidgetRenderingMode::fullColor) {
-    Environment environment;
-    environment.platformVersion = {major, 0};
-    environment.renderingMode = mode;
-    return environment;
+    return {.renderingMode = mode, .platformVersion = {major, 0}};
   }
   // The prompt is drawn afresh, from the same seed, for every tree.
   static views::Node drawn(const Environment& environment, std::optional<std::ptrdiff_t> knownCount = std::nullopt) {
@@ -44,7 +40,7 @@ TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
   const auto orange = drawn(env);
   // Nothing written today: only a given count makes it grey.
   const auto givenTwo = drawn(env, 2);
-  TestJournal::shared().addNote("2026-11-22T08:00:00Z");
+  journal.addNote("2026-11-22T08:00:00Z");
   const auto grey = drawn(env);
   EXPECT_NE(grey, orange);
   EXPECT_EQ(givenTwo, grey);
@@ -60,8 +56,8 @@ TEST_F(ComposeButton, ACountTakenByTheCallerDecidesWithoutAnotherRead) {
 TEST_F(ComposeButton, StandAloneWidgetsMatchTheGoldenTrees) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
   quillan::testing::forEachCase("compose_button_trees.txt", [this](const std::vector<std::string>& cells) {
-    TestJournal::shared().clear();
-    if (cells[3] == "written today") TestJournal::shared().addNote("2026-11-22T07:00:00+01:00");
+    journal.clear();
+    if (cells[3] == "written today") journal.addNote("2026-11-22T07:00:00+01:00");
     platform::RandomSource::seed(1);
     auto env = this->environment(std::stoi(cells[1]), views::parseRenderingMode(cells[2]));
     if (cells.at(4) == "lock screen") env.family = views::WidgetFamily::accessoryCircular;
@@ -72,10 +68,11 @@ TEST_F(ComposeButton, StandAloneWidgetsMatchTheGoldenTrees) {
   });
 }
 
-TEST(TodayCheckDeathTest, NoteWithoutDateStops) {
+using TodayCheckDeathTest = testing::JournalTest;
+
+TEST_F(TodayCheckDeathTest, NoteWithoutDateStops) {
   ProcessEnvironment environment("2026-11-22T12:00:00+01:00", "Europe/Berlin");
-  TestJournal::shared().clear();
-  TestJournal::shared().addNote(std::optional<platform::Date>{});
+  journal.addNote(std::optional<platform::Date>{});
   EXPECT_DEATH(todayNoteCount(), "Fatal error: Unexpectedly found nil while unwrapping an Optional value");
 }
 

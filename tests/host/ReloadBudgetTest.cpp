@@ -54,12 +54,5 @@ TEST(ReloadBudget, ChargedReloadsCountForExactlyTwentyFourHours) {
   quillan::testing::expectGoldenAnswers("reload_budget.txt", budgetAnswer);
 }
 
-TEST(ReloadBudget, LimitsOutsideOneToTenThousandAreRefused) {
-  EXPECT_NO_THROW(ReloadBudget(1));
-  EXPECT_NO_THROW(ReloadBudget(ReloadBudget::kMaxLimit));
-  EXPECT_THROW(ReloadBudget(0), std::invalid_argument);
-  EXPECT_THROW(ReloadBudget(ReloadBudget::kMaxLimit + 1), std::invalid_argument);
-}
-
 }  // namespace
 }  // namespace quillan::host

@@ -68,34 +68,6 @@ TEST_F(SchedulerTest, EachPolicyComesDueWhereItSaysButNeverAtOnce) {
   });
 }
 
-TEST_F(SchedulerTest, ASourceThatThrowsOrAnswersUnusablyFailsTheAsk) {
-  const auto nan = Date::fromReferenceSeconds(std::numeric_limits<double>::quiet_NaN());
-  const auto infinity = Date::fromReferenceSeconds(std::numeric_limits<double>::infinity());
-  struct Case {
-    std::function<TimelineOutcome()> answer;
-    std::optional<std::string> failure;
-  };
-  const std::vector<Case> cases = {
-      {[]() -> TimelineOutcome { throw std::runtime_error("worker vanished"); },
-       "the timeline source failed: worker vanished"},
-      {[] { return TimelineOutcome{TimelineFailure{""}}; }, "the timeline source failed without a reason"},
-      {[] { return timeline(std::vector<Date>(1001, utc("10:00:00")), std::nullopt); },
-       "the timeline has 1001 entries, more than the 1000 the host follows"},
-      {[] { return timeline(std::vector<Date>(1000, utc("10:00:00")), std::nullopt); }, std::nullopt},
-      {[nan] {
-         return timeline({utc("10:00:00"), nan}, std::nullopt);
-       },
-       "the timeline has an entry whose date is not a finite number"},
-      {[infinity] { return timeline({}, TimelineReloadPolicy::after(infinity)); },
-       "the timeline's reload date is not a finite number"},
-  };
-  for (const auto& failureCase : cases) {
-    Scheduler scheduler(utc("10:00:00"), [&](std::string_view, Date) { return failureCase.answer(); });
-    scheduler.place("w");
-    EXPECT_EQ(scheduler.widget("w")->failure, failureCase.failure);
-  }
-}
-
 // Widgets of every behaviour at once: daily reloads, a budget run out, a
 // source that fails every third ask, entries swapping under a never policy.
 TimelineOutcome mixedAnswer(std::string_view kind, Date when, int& asks) {
@@ -275,35 +247,50 @@ TEST_F(SchedulerTest, WidgetsLivedWithDoWhatTheirTimelinesAndBudgetsSay) {
   quillan::testing::expectGoldenText(transcript, "scheduler_scenarios.txt");
 }
 
-TEST_F(SchedulerTest, RejectsBadCallsWithOneLine) {
+// "answer HOW" => the failure of a widget placed at 10:00 whose source answers so:
+// throws, silent-failure, entries N [one more at SECONDS], policy-after SECONDS.
+std::string unusableAnswer(const std::vector<std::string>& words) {
+  Scheduler scheduler(utc("10:00:00"), [&](std::string_view, Date) -> TimelineOutcome {
+    if (words[1] == "throws") throw std::runtime_error("worker vanished");
+    if (words[1] == "silent-failure") return TimelineFailure{""};
+    if (words[1] == "policy-after")
+      return timeline({}, TimelineReloadPolicy::after(Date::fromReferenceSeconds(std::stod(words[2]))));
+    std::vector<Date> entries(std::stoul(words[2]), utc("10:00:00"));
+    if (words.size() > 3) entries.push_back(Date::fromReferenceSeconds(std::stod(words[3])));
+    return timeline(entries, std::nullopt);
+  });
+  scheduler.place("w");
+  return scheduler.widget("w")->failure.value_or("no failure");
+}
+
+// "answer HOW" as unusableAnswer() reads it, or "CALL ARGS" on a scheduler at
+// 10:00 holding w => the one line refusing it, which must leave it unchanged.
+std::string schedulerAnswer(const std::string& question) {
+  const auto words = quillan::testing::words(question);
+  if (words[0] == "answer") return unusableAnswer(words);
   FakeSource fake{usedUpAtOnce};
   Scheduler scheduler(utc("10:00:00"), fake.source());
   scheduler.place("w");
-  const auto message = [](const std::function<void()>& call) {
-    try {
-      call();
-    } catch (const std::invalid_argument& error) {
-      return std::string(error.what());
-    }
-    return std::string("no error");
-  };
-  EXPECT_EQ(message([&] { scheduler.place("w"); }), "widget w is already placed");
-  EXPECT_EQ(message([&] { scheduler.place(""); }), "a widget kind must not be empty");
-  EXPECT_EQ(message([&] { scheduler.reloadAll(utc("11:00:00"), ReloadReason::policy); }),
-            "reloading all timelines takes app, environment or time-change, not policy");
-  EXPECT_EQ(message([&] { scheduler.reloadAll(utc("09:00:00")); }),
-            "cannot reload at 2026-05-04T09:00:00+00:00, before the host's time 2026-05-04T10:00:00+00:00");
-  EXPECT_EQ(message([&] { scheduler.advanceTo(Date::fromReferenceSeconds(std::numeric_limits<double>::quiet_NaN())); }),
-            "the time to advance to is not a finite instant");
-  EXPECT_EQ(message([&] { Scheduler(utc("10:00:00"), fake.source(), {}, {.reloadBudget = 0}); }),
-            "reload budget must be between 1 and 10000 reloads per 24 h, got 0");
-  EXPECT_EQ(message([&] { Scheduler(utc("10:00:00"), fake.source(), {}, {.minimumReloadInterval = 0.5}); }),
-            "minimum reload interval must be between 1 and 86400 seconds, got 0.5");
-  EXPECT_EQ(message([&] { Scheduler(utc("10:00:00"), fake.source(), {}, {.maxRetryDelay = 60}); }),
-            "longest retry delay must be between 300 and 86400 seconds, got 60");
-  EXPECT_EQ(message([] { Scheduler(utc("10:00:00"), TimelineSource{}); }), "the scheduler needs a timeline source");
-  EXPECT_EQ(scheduler.widgets().size(), 1u);
-  EXPECT_EQ(scheduler.now(), utc("10:00:00"));
+  const auto number = [&] { return std::stod(words[1]); };
+  try {
+    if (words[0] == "place") scheduler.place(words.size() > 1 ? words[1] : "");
+    else if (words[0] == "reloadAll" && words.size() > 2) scheduler.reloadAll(utc(words[1]), ReloadReason::policy);
+    else if (words[0] == "reloadAll") scheduler.reloadAll(utc(words[1]));
+    else if (words[0] == "advanceTo") scheduler.advanceTo(Date::fromReferenceSeconds(number()));
+    else if (words[0] == "budget") Scheduler(utc("10:00:00"), fake.source(), {}, {.reloadBudget = std::stoi(words[1])});
+    else if (words[0] == "minimumInterval")
+      Scheduler(utc("10:00:00"), fake.source(), {}, {.minimumReloadInterval = number()});
+    else if (words[0] == "maxRetryDelay") Scheduler(utc("10:00:00"), fake.source(), {}, {.maxRetryDelay = number()});
+    else if (words[0] == "noSource") Scheduler(utc("10:00:00"), TimelineSource{});
+  } catch (const std::invalid_argument& error) {
+    const bool unchanged = scheduler.widgets().size() == 1 && scheduler.now() == utc("10:00:00");
+    return error.what() + std::string(unchanged ? "" : " AFTER A CHANGE");
+  }
+  return "accepted";
+}
+
+TEST_F(SchedulerTest, UnusableAnswersFailTheAskAndBadCallsAreRefusedInOneLine) {
+  quillan::testing::expectGoldenAnswers("scheduler_refusals.txt", schedulerAnswer);
 }
 
 TEST_F(SchedulerTest, AListenerCallingBackInIsCaught) {

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -51,6 +52,27 @@ TEST(WorkerPoolTest, EachWorkerDrawsItsOwnShareFirst) {
   EXPECT_NE(drawnBy[0], drawnBy[3]);
 }
 
+TEST(WorkerPoolTest, OutputsHeldPastTheirLimitTurnEveryWorkerToTheEarliestChunks) {
+  char startedPath[] = "/tmp/worker-pool-started-XXXXXX";
+  const int started = mkstemp(startedPath);
+  ASSERT_GE(started, 0);
+  // Chunk 0 keeps the first worker busy while the second runs through its own
+  // share, whose outputs must wait: past 1,500 bytes it turns to chunk 1.
+  const auto work = [&](std::size_t chunk) {
+    const char mark = static_cast<char>('0' + chunk);
+    EXPECT_EQ(write(started, &mark, 1), 1);
+    usleep(chunk == 0 ? 1000000 : 10000);
+    return std::string(1000, mark);
+  };
+  WorkerPool::run("test", 2, 8, work, [](std::size_t, const std::string&) {},
+                  {.shareOf = [](std::size_t chunk) { return chunk < 4 ? 0 : 1; }, .heldBytesBeforeInOrder = 1500});
+  std::string order(8, ' ');
+  EXPECT_EQ(pread(started, order.data(), order.size(), 0), 8);
+  close(started);
+  unlink(startedPath);
+  EXPECT_LT(order.find('1'), order.find('6')) << order;
+}
+
 TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreDelivered) {
   const auto crashing = [](std::size_t chunk) -> std::string {
     if (chunk == 3) raise(SIGKILL);
@@ -74,6 +96,24 @@ TEST(WorkerPoolTest, AWorkerThatDiesIsAnErrorNamingHowOnceTheChunksBeforeItsAreD
     }
     EXPECT_EQ(delivered, (std::vector<std::size_t>{0, 1, 2}));
   }
+}
+
+TEST(WorkerPoolTest, AWorkerThatStopsReadingItsTasksIsAnErrorNotABrokenPipeThatEndsTheCommand) {
+  const auto stopsReading = [](std::size_t) -> std::string {
+    // Closes the task pipe's read end: the parent's next chunk meets no reader.
+    for (int fd = 3; fd < 1024; ++fd)
+      if (const int flags = fcntl(fd, F_GETFL); flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) close(fd);
+    return "ok";
+  };
+  std::vector<std::size_t> delivered;
+  try {
+    WorkerPool::run("test", 1, 3, stopsReading,
+                    [&](std::size_t chunk, const std::string&) { delivered.push_back(chunk); });
+    FAIL() << "no error";
+  } catch (const WorkerStopped& error) {
+    EXPECT_EQ(error.chunk, 1u);
+  }
+  EXPECT_EQ(delivered, (std::vector<std::size_t>{0}));
 }
 
 }  // namespace

@@ -4,26 +4,20 @@
 #include <vector>
 
 #include "memories/MemorySelection.hpp"
+#include "memories/MemorySnapshot.hpp"
 #include "memories/MemorySummary.hpp"
-#include "platform/Calendar.hpp"
 #include "platform/Clock.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 #include "widgets/AllNotes.hpp"
 
 namespace quillan::memories {
 namespace {
 
 using quillan::testing::ProcessEnvironment;
-using quillan::testing::TestJournal;
-
-class MemorySelection : public ::testing::Test {
- protected:
-  void SetUp() override { journal.clear(); }
-  TestJournal& journal = TestJournal::shared();
-};
+using MemorySelection = quillan::testing::JournalTest;
 
 std::vector<std::string> texts(const NoteList& notes) {
   std::vector<std::string> result;
@@ -39,18 +33,6 @@ TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
     journal.addNote(args[3], "note");
     return fetchMemories().empty() ? "no memory" : "memory";
   });
-}
-
-// Month and day are the calendar's own: in the Hebrew calendar a year ago is
-// not the same Gregorian date, and the Gregorian anniversary is no memory.
-TEST_F(MemorySelection, TheCalendarNotGregorianDatesDecidesTheDay) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+02:00", "Asia/Jerusalem", "he_IL@calendar=hebrew");
-  const auto now = platform::Clock::now();
-  const auto hebrewYearAgo = *platform::Calendar::current().dateByAdding(platform::CalendarComponent::year, -1, now);
-  journal.addNote(hebrewYearAgo, std::string("hebrew anniversary"));
-  journal.addNote(std::string("2025-11-16T12:00:00+02:00"), std::string("gregorian anniversary"));
-  EXPECT_EQ(texts(fetchMemories()), std::vector<std::string>{"hebrew anniversary"});
-  EXPECT_NE(ProcessEnvironment::local(hebrewYearAgo).substr(0, 10), "2025-11-16");
 }
 
 // Memories keep the store's order. Groups are days, newest first, with the
@@ -99,7 +81,8 @@ TEST_F(MemorySelection, DayKeysAreLocalDays) {
 
 using MemorySelectionDeathTest = MemorySelection;
 
-// A note without a date is a broken invariant wherever selection meets it.
+// A note without a date is a broken invariant wherever selection meets it,
+// and a snapshot without memories has no representative one.
 TEST_F(MemorySelectionDeathTest, ANoteWithoutADateStopsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
@@ -113,6 +96,9 @@ TEST_F(MemorySelectionDeathTest, ANoteWithoutADateStopsTheProcess) {
   EXPECT_DEATH(isOnThisDay(*notes[0]), report);
   EXPECT_DEATH(memoryDayKey(*notes[0]), report);
   EXPECT_DEATH(newerGroupFirst(MemoryGroup{notes[0]}, MemoryGroup{notes[0]}), report);
+  EXPECT_DEATH(MemorySnapshot::take(), report);
+  journal.clear();
+  EXPECT_DEATH(MemorySnapshot::take().representativeMemory(), report);
 }
 
 }  // namespace

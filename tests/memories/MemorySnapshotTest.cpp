@@ -9,8 +9,8 @@
 #include "platform/Clock.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 
 namespace quillan::memories {
 namespace {
@@ -37,12 +37,14 @@ void writeJournal(TestJournal& journal) {
   }
 }
 
-TEST(MemorySnapshot, AnswersAsTheOneQuestionAtATimeFunctions) {
-  quillan::testing::expectGoldenAnswers("memory_snapshots.txt", [](const std::string& question) {
+using MemorySnapshotTest = quillan::testing::JournalTest;
+
+TEST_F(MemorySnapshotTest, AnswersAsTheOneQuestionAtATimeFunctions) {
+  quillan::testing::expectGoldenAnswers("memory_snapshots.txt", [this](const std::string& question) {
     const auto args = quillan::testing::words(question);
-    TestJournal::shared().clear();
+    journal.clear();
     ProcessEnvironment environment(args[2], args[1], args[0]);
-    writeJournal(TestJournal::shared());
+    writeJournal(journal);
     const auto snapshot = MemorySnapshot::take();
     EXPECT_EQ(snapshot.memories(), fetchMemories()) << question;
     EXPECT_EQ(snapshot.groups(), memoryGroups()) << question;
@@ -56,10 +58,9 @@ TEST(MemorySnapshot, AnswersAsTheOneQuestionAtATimeFunctions) {
   });
 }
 
-TEST(MemorySnapshot, DaysBeforeTheGregorianReformKeepTheCalendarsOwnMonthAndDay) {
+TEST_F(MemorySnapshotTest, DaysBeforeTheGregorianReformKeepTheCalendarsOwnMonthAndDay) {
   // ICU's Gregorian calendars are Julian before 1582-10-15, ten days apart
   // from the proleptic calendar: a note there is a memory by its Julian date.
-  auto& journal = TestJournal::shared();
   for (const char* locale : {"en_US", "th_TH@calendar=buddhist"}) {
     journal.clear();
     ProcessEnvironment environment("2026-03-01T12:00:00Z", "UTC", locale);
@@ -77,24 +78,12 @@ TEST(MemorySnapshot, DaysBeforeTheGregorianReformKeepTheCalendarsOwnMonthAndDay)
   }
 }
 
-TEST(MemorySnapshot, WithoutMemoriesTheHeaderIsNow) {
-  TestJournal::shared().clear();
+TEST_F(MemorySnapshotTest, WithoutMemoriesTheHeaderIsNow) {
   ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
   const auto snapshot = MemorySnapshot::take();
   EXPECT_TRUE(snapshot.empty());
   EXPECT_EQ(snapshot.moreCount(), -1);
   EXPECT_EQ(snapshot.headerDate(), platform::Clock::now());
-}
-
-TEST(MemorySnapshotDeathTest, ANoteWithoutADateStopsTheProcess) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  TestJournal::shared().clear();
-  ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC");
-  TestJournal::shared().addNote(std::optional<platform::Date>{}, std::string("undated"));
-  EXPECT_DEATH(MemorySnapshot::take(), "OnThisDayWidgetExtension/MemorySelection: Fatal error: Unexpectedly found nil");
-  TestJournal::shared().clear();
-  EXPECT_DEATH(MemorySnapshot::take().representativeMemory(),
-               "OnThisDayWidgetExtension/MemorySelection: Fatal error: Unexpectedly found nil");
 }
 
 }  // namespace

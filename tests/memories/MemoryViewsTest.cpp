@@ -14,8 +14,8 @@
 #include "platform/RandomSource.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/GoldenQuestion.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 #include "views/GoldenTree.hpp"
 
 namespace quillan::memories {
@@ -23,26 +23,16 @@ namespace {
 
 using namespace views;
 using quillan::testing::ProcessEnvironment;
-using quillan::testing::TestJournal;
 using views::testing::expectGoldenTree;
 
-Environment environmentFor(ColorScheme scheme, PlatformVersion version, WidgetFamily family) {
-  Environment environment;
-  environment.colorScheme = scheme;
-  environment.platformVersion = version;
-  environment.family = family;
-  return environment;
-}
-
 Node drawSmall(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  const auto environment = environmentFor(scheme, version, WidgetFamily::systemSmall);
   return OnThisDayWidgetEntryView(widgets::SimpleEntry{platform::Clock::now()}, compose::onThisDayURL())
-      .body(environment);
+      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemSmall});
 }
 
 Node drawMedium(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  const auto environment = environmentFor(scheme, version, WidgetFamily::systemMedium);
-  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()}).body(environment);
+  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()})
+      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemMedium});
 }
 
 // The memory panel's VStack, inside the small view's AnyView.
@@ -56,17 +46,16 @@ const Node& noteTextNode(const Node& panel) { return rowOrEmpty(panel).children(
 
 const Text& textOf(const Node& node) { return std::get<Text>(node.kind); }
 
-class MemoryViews : public ::testing::Test {
+class MemoryViews : public quillan::testing::JournalTest {
  protected:
   void SetUp() override {
-    journal.clear();
+    JournalTest::SetUp();
     platform::RandomSource::seed(7);
   }
   void TearDown() override {
     platform::RandomSource::useSystem();
     platform::ExtensionLog::setSink({});
   }
-  TestJournal& journal = TestJournal::shared();
 };
 
 platform::TextRun run(std::string text, bool bold = false) {

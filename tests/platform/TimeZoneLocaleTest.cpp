@@ -33,7 +33,7 @@ class ScopedEnvironment {
   std::vector<std::pair<std::string, std::optional<std::string>>> saved_;
 };
 
-TEST(TimeZone, CurrentIsTheHostsChoiceElseTheTZVariable) {
+TEST(TimeZoneAndLocale, CurrentAreTheHostsChoiceElseTheEnvironments) {
   ScopedEnvironment environment;
   environment.set("TZ", "America/Sao_Paulo");
   EXPECT_EQ(TimeZone::current().identifier(), "America/Sao_Paulo");
@@ -43,6 +43,11 @@ TEST(TimeZone, CurrentIsTheHostsChoiceElseTheTZVariable) {
   EXPECT_EQ(TimeZone::current().identifier(), "Europe/Berlin");
   TimeZone::resetCurrent();
   EXPECT_EQ(TimeZone::current().identifier(), "Asia/Tokyo");
+  environment.set("LC_ALL", "de_DE.UTF-8");
+  Locale::setCurrent(Locale::named("ja_JP").value());
+  EXPECT_EQ(Locale::current().identifier(), "ja_JP");
+  Locale::resetCurrent();
+  EXPECT_EQ(Locale::current().identifier(), "de_DE");
 }
 
 TEST(TimeZoneAndLocale, KnownNamesAreAcceptedAndOthersRejected) {
@@ -69,15 +74,6 @@ TEST(Locale, CurrentReadsLcAllThenLcTimeThenLang) {
     }
     return Locale::current().identifier();
   });
-}
-
-TEST(Locale, TheHostsChoiceOverridesTheEnvironment) {
-  ScopedEnvironment environment;
-  environment.set("LC_ALL", "de_DE.UTF-8");
-  Locale::setCurrent(Locale::named("ja_JP").value());
-  EXPECT_EQ(Locale::current().identifier(), "ja_JP");
-  Locale::resetCurrent();
-  EXPECT_EQ(Locale::current().identifier(), "de_DE");
 }
 
 }  // namespace

@@ -34,8 +34,7 @@ TEST(DeepTree, TheDeepestTreeTheDecoderAcceptsIsDrawnOnASmallStackInLinearWork) 
   const std::size_t levels = views::limits::kMaxDepth / 2;
   const views::Node tree = views::decodeViewTree(nestedRows(levels));
   ASSERT_THROW(views::decodeViewTree(nestedRows(levels + 1)), views::ViewTreeJsonError);
-  RenderContext context;
-  context.env.family = views::WidgetFamily::systemMedium;
+  const RenderContext context{.env = {.platformVersion = {}, .family = views::WidgetFamily::systemMedium}};
   std::size_t pngBytes = 0;
   std::vector<HitRegion> regions;
   std::string layout, encoded;

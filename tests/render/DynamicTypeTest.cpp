@@ -29,9 +29,8 @@ TEST(DynamicType, TextStillFitsOrEndsInAnEllipsisAtEverySize) {
                            {text("Finished the book at last").font(Font::body()).lineLimit(2),
                             text("Today").font(Font::title())});
   for (DynamicTypeSize size : {DynamicTypeSize::xSmall, DynamicTypeSize::large, DynamicTypeSize::accessibility5}) {
-    RenderContext context;
-    context.env.dynamicTypeSize = size;
-    const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
+    const auto widget = layoutWidget(tree, {.env = {.platformVersion = {}, .dynamicTypeSize = size}},
+                                     PangoTextMeasurer::shared());
     const LayoutBox& note = widget->content.children.at(0);
     ASSERT_TRUE(note.text);
     EXPECT_LE(note.text->lines.size(), 2u);

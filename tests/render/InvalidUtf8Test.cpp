@@ -56,8 +56,7 @@ const std::string kReplaced = "caf\uFFFD \uFFFD au lait \uFFFD";
 // characters, so Pango never sees (nor warns about) malformed bytes.
 TEST(InvalidUtf8, ATextThatIsNotUtf8IsMeasuredAndDrawnWithReplacementCharacters) {
   PangoMessages pango;
-  RenderContext context;
-  context.env.family = views::WidgetFamily::systemMedium;
+  const RenderContext context{.env = {.platformVersion = {}, .family = views::WidgetFamily::systemMedium}};
   const views::Node tree = views::text(kMalformed).font(views::Font::system(15));
   const std::string layout = layoutJSON(tree, context);
   EXPECT_NE(layout.find(kReplaced), std::string::npos) << layout;

@@ -64,15 +64,12 @@ TEST(PangoTextLayout, BreaksWhereTheScriptAllows) {
   }
 }
 
-TEST(PangoTextLayout, BreaksAfterHyphens) {
+TEST(PangoTextLayout, WrapsAtSpacesDroppingThemAtLineEndsAndAfterHyphens) {
   const TextLayout whole = laidOut("well-known", std::nullopt);
   const TextLayout first = laidOut("well-", std::nullopt);
   // Room for "well-" but not for the whole word.
   const double width = (first.size.width + whole.size.width) / 2;
   EXPECT_EQ(lineTexts(laidOut("well-known", width)), (std::vector<std::string>{"well-", "known"}));
-}
-
-TEST(PangoTextLayout, WrapsAtSpacesAndDropsThemAtLineEnds) {
   const TextLayout one = laidOut("Hello world", std::nullopt);
   ASSERT_EQ(one.lines.size(), 1u);
   EXPECT_EQ(lineTexts(laidOut("Hello world", one.size.width)), std::vector<std::string>{"Hello world"});

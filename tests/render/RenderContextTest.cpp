@@ -6,12 +6,11 @@ namespace quillan::render {
 namespace {
 
 views::Environment darkVibrantIn(views::WidgetFamily family) {
-  views::Environment environment;
-  environment.colorScheme = views::ColorScheme::dark;
-  environment.renderingMode = views::WidgetRenderingMode::vibrant;
-  environment.layoutDirection = views::LayoutDirection::rightToLeft;
-  environment.family = family;
-  return environment;
+  return {.colorScheme = views::ColorScheme::dark,
+          .renderingMode = views::WidgetRenderingMode::vibrant,
+          .platformVersion = {},
+          .family = family,
+          .layoutDirection = views::LayoutDirection::rightToLeft};
 }
 
 // Every command draws through this context: the family it is given wins over

@@ -10,10 +10,7 @@ namespace quillan::render {
 namespace {
 
 RenderContext contextFor(views::WidgetFamily family, views::LayoutDirection direction) {
-  RenderContext context;
-  context.env.family = family;
-  context.env.layoutDirection = direction;
-  return context;
+  return {.env = {.platformVersion = {}, .family = family, .layoutDirection = direction}};
 }
 
 // Every box of `rtl` is the mirror image of the same box of `ltr` across a

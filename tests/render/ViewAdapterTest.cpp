@@ -1,77 +1,47 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <string>
+
 #include "render/ViewAdapter.hpp"
-#include "views/Builders.hpp"
+#include "support/GoldenFile.hpp"
+#include "support/GoldenQuestion.hpp"
+#include "views/ViewTreeJson.hpp"
 
 namespace quillan::render {
 namespace {
 
-using namespace views;
-
-TEST(ViewAdapter, ForegroundColoursAndHierarchicalLevelsCombine) {
-  struct Case {
-    const char* name;
-    Node tree;
-    ColorScheme scheme;
-    Rgba color;
-  };
-  const Case cases[] = {
-      // A level nearer the text lowers the opacity of a colour set outside it.
-      {"secondary orange",
-       text("a").foregroundStyle(HierarchicalShapeStyle::secondary).foregroundColor(Color::orange()),
-       ColorScheme::light, Rgba::fromHex(0xFF9500, 0.5)},
-      {"tertiary orange in the dark",
-       text("a").foregroundStyle(HierarchicalShapeStyle::tertiary).foregroundStyle(Color::orange()), ColorScheme::dark,
-       Rgba::fromHex(0xFF9F0A, 0.25)},
-      // Without a colour, levels are the label colours.
-      {"secondary label", text("a").foregroundStyle(HierarchicalShapeStyle::secondary), ColorScheme::light,
-       Rgba::fromHex(0x3C3C43, 0.6)},
-      {"primary label", text("a"), ColorScheme::light, Rgba::fromHex(0x000000)},
-      {"the nearer colour wins", text("a").foregroundColor(Color::red()).foregroundColor(Color::orange()),
-       ColorScheme::light, Rgba::fromHex(0xFF3B30)},
-  };
-  for (const auto& c : cases) {
-    Environment environment;
-    environment.colorScheme = c.scheme;
-    EXPECT_EQ(adaptViewTree(c.tree, environment).content.foreground.color, c.color) << c.name;
+// A node and what it holds, as drawing reads them: its text's or symbol's
+// point size, its foreground colour and its alignment on a row.
+std::string described(const LayoutNode& node) {
+  const auto& color = node.foreground.color;
+  const auto byte = [](double component) { return static_cast<int>(component * 255 + 0.5); };
+  const char* baselines[] = {"none", "first", "last"};
+  const bool text = node.kind == LayoutKind::text, symbol = node.kind == LayoutKind::symbol;
+  char size[32] = "", line[128];
+  if (text || symbol) {
+    std::snprintf(size, sizeof size, "%s %g, ", text ? "text" : "symbol",
+                  text ? node.text.front().font.size : node.symbolFont.size);
   }
+  std::snprintf(line, sizeof line, "%sforeground %02X%02X%02X/%g, baseline %s, vertical %g", size, byte(color.red),
+                byte(color.green), byte(color.blue), color.alpha, baselines[static_cast<int>(node.alignment.baseline)],
+                node.alignment.vertical);
+  std::string answer = line;
+  for (std::size_t i = 0; i < node.children.size(); ++i) answer += (i ? "; " : " [") + described(node.children[i]);
+  return answer + (node.children.empty() ? "" : "]");
 }
 
-TEST(ViewAdapter, RowAlignmentsReachTheLayoutNodes) {
-  struct Case {
-    VerticalAlignment alignment;
-    Baseline baseline;
-    double fraction;
-  };
-  const Case cases[] = {{VerticalAlignment::firstTextBaseline, Baseline::first, 0.5},
-                        {VerticalAlignment::lastTextBaseline, Baseline::last, 0.5},
-                        {VerticalAlignment::bottom, Baseline::none, 1.0}};
-  for (const auto& c : cases) {
-    const auto adapted = adaptViewTree(hstack(c.alignment, {text("a")}), Environment{});
-    EXPECT_EQ(adapted.content.alignment.baseline, c.baseline) << static_cast<int>(c.alignment);
-    EXPECT_DOUBLE_EQ(adapted.content.alignment.vertical, c.fraction) << static_cast<int>(c.alignment);
-  }
-}
-
-TEST(ViewAdapter, ScalesTextStylesAndTheSymbolsSizedByThemButNotFixedSizes) {
-  const Node tree = vstack({text("styled").font(Font::body()), text("fixed").font(Font::system(12)),
-                            image("checkmark").font(Font::title3()), text("default")});
-  struct Case {
-    DynamicTypeSize size;
-    double body, title3;
-  };
-  for (const Case c : {Case{DynamicTypeSize::xSmall, 14, 17}, Case{DynamicTypeSize::large, 17, 20},
-                       Case{DynamicTypeSize::accessibility5, 53, 55}}) {
-    Environment env;
-    env.dynamicTypeSize = c.size;
-    const AdaptedWidget adapted = adaptViewTree(tree, env);
-    const auto& children = adapted.content.children;
-    ASSERT_EQ(children.size(), 4u);
-    EXPECT_EQ(children[0].text.front().font.size, c.body);
-    EXPECT_EQ(children[1].text.front().font.size, 12);
-    EXPECT_EQ(children[2].symbolFont.size, c.title3);
-    EXPECT_EQ(children[3].text.front().font.size, c.body);
-  }
+// Foreground colours and hierarchical levels combined, row alignments, and
+// text styles (and the symbols sized by them) scaled with the text size while
+// fixed sizes stay: SCHEME | TEXT SIZE | VIEW TREE => the adapted tree.
+TEST(ViewAdapter, AdaptsAsTheGoldenFileSays) {
+  quillan::testing::expectGoldenAnswers("view_adapter.txt", [](const std::string& question) {
+    const auto cells = quillan::testing::cells(question);
+    views::Environment environment;
+    environment.colorScheme = views::parseColorScheme(cells[0]);
+    environment.dynamicTypeSize = views::parseDynamicTypeSize(cells[1]);
+    return described(adaptViewTree(views::decodeViewTree(cells[2]), environment).content);
+  });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -24,10 +25,7 @@ namespace {
 using views::WidgetFamily;
 
 RenderContext contextFor(WidgetFamily family, int platform = 17) {
-  RenderContext context;
-  context.env.family = family;
-  context.env.platformVersion = {platform, 0};
-  return context;
+  return {.env = {.platformVersion = {platform, 0}, .family = family}};
 }
 
 TEST(DeviceProfile, NoWidgetIsLargerThanTheTextBoundAssumes) {
@@ -48,22 +46,22 @@ TEST(WidgetLayout, MarginsAndBackgroundsDependOnPlatformAndFamily) {
   const Node tree = color(Color::red())
                         .containerBackground(ContainerBackgroundPlacement::widget, views::Alignment::center,
                                              color(Color::white()));
-  struct Case {
+  const struct {
     WidgetFamily family;
     int platform;
     Rect content;
     bool background;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {WidgetFamily::systemMedium, 17, {16, 16, 306, 126}, true},
       {WidgetFamily::systemMedium, 16, {0, 0, 338, 158}, true},  // systemBackground stands in
       {WidgetFamily::accessoryCircular, 17, {0, 0, 72, 72}, true},
       {WidgetFamily::accessoryCircular, 16, {0, 0, 72, 72}, false},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(static_cast<int>(c.family)) + "@" + std::to_string(c.platform));
     const auto widget = layoutWidget(tree, contextFor(c.family, c.platform), measurer);
-    EXPECT_EQ(widget->content.frame, c.content) << static_cast<int>(c.family) << "@" << c.platform;
-    EXPECT_EQ(widget->background.has_value(), c.background) << static_cast<int>(c.family) << "@" << c.platform;
+    EXPECT_EQ(widget->content.frame, c.content);
+    EXPECT_EQ(widget->background.has_value(), c.background);
     if (widget->background) {
       EXPECT_EQ(widget->background->frame, (Rect{0, 0, widget->size.width, widget->size.height}));
     }
@@ -99,13 +97,11 @@ TEST(HitTest, InnermostLinkWinsAndRegionsAgreeWithHitTest) {
   EXPECT_EQ(regions[1].url, "app://outer");
   for (double x = 0; x < 338; x += 13)
     for (double y = 0; y < 158; y += 11) {
-      std::optional<std::string> first;
-      for (const auto& r : regions)
-        if (r.rect.contains({x, y})) {
-          first = r.url;
-          break;
-        }
-      EXPECT_EQ(hitTest(tree, medium, {x, y}), first) << x << "," << y;
+      const auto first = std::ranges::find_if(regions, [&](const auto& region) {
+        return region.rect.contains({x, y});
+      });
+      EXPECT_EQ(hitTest(tree, medium, {x, y}), first == regions.end() ? std::nullopt : std::optional(first->url))
+          << x << "," << y;
     }
   // A small widget is one target: its Links open nothing, and it has no widgetURL.
   EXPECT_EQ(hitTest(tree, contextFor(WidgetFamily::systemSmall), {20, 20}), std::nullopt);

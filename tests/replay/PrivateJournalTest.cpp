@@ -22,10 +22,9 @@ platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso
 // Every file in `folder` with its bytes; of a -shm only that it is there: it
 // is the index to the -wal that every reader of an open journal shares.
 std::map<std::string, std::string> contentsOf(const fs::path& folder) {
-  std::map<std::string, std::string> contents;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    const auto name = entry.path().filename().string();
-    contents[name] = name.ends_with("-shm") ? "" : testing::readText(entry.path());
+  auto contents = testing::contentsOf(folder);
+  for (auto& [name, bytes] : contents) {
+    if (name.ends_with("-shm")) bytes.clear();
   }
   return contents;
 }

@@ -3,12 +3,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
 #include "render/DrawingFunctions.hpp"
 #include "render/PixelImage.hpp"
 #include "snapshot/SnapshotVerdict.hpp"
 #include "support/FileContents.hpp"
+#include "support/GoldenFile.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::snapshot {
@@ -34,6 +34,14 @@ render::PixelImage onePixelOff() {
   return image;
 }
 
+std::string verdictText(const SnapshotVerdict& verdict) {
+  const auto& difference = verdict.difference;
+  return verdict.caseName + ": " + (verdict.passed() ? "passes" : verdict.problem) +
+         (difference
+              ? " [difference " + std::to_string(difference->width) + "x" + std::to_string(difference->height) + "]"
+              : "");
+}
+
 // A suite holding one case's recording, and that case drawn again.
 class RecordedCase : public ::testing::Test {
  protected:
@@ -56,76 +64,42 @@ class RecordedCase : public ::testing::Test {
   SnapshotCase case_{"Tea_light", "Tea", "light", "fullColor", "17.0", "393x852", "en_US"};
 };
 
+// "PICTURE [tree TEXT] [precision P] [perceptual Q]": the case drawn again as
+// PICTURE (same, one-pixel-off, shorter) => the verdict: its problem and the
+// size of its difference image (recording, new picture and difference side by side).
 TEST_F(RecordedCase, PassesOnlyWithTheSameTreeAndAPictureWithinTheTolerance) {
-  struct Case {
-    std::string what;
-    SnapshotPicture drawn;
+  testing::expectGoldenAnswers("snapshot_verdicts.txt", [this](const std::string& question) {
+    const auto words = testing::words(question);
+    std::string view = kView;
     SnapshotTolerance tolerance;
-    std::string problem;  // empty: passes
-  };
-  const std::vector<Case> cases = {
-      {"the same", drawnAgain(gradient()), {}, ""},
-      {"another tree", drawnAgain(gradient(), "{}"), {}, "view tree differs"},
-      {"one pixel off",
-       drawnAgain(onePixelOff()),
-       {},
-       "999 of 1000 pixels match (99.9000%), fewer than the precision 100.0000%"},
-      {"one pixel off, 0.999", drawnAgain(onePixelOff()), {0.999, 1}, ""},
-      {"far off in colour, perceptual 0.98", drawnAgain(onePixelOff()), {1, 0.98}, "999 of 1000 pixels match"},
-      {"another tree and size",
-       drawnAgain(gradient(24), "{}"),
-       {},
-       "view tree differs; picture is 40x24 pixels, the recording 40x25"},
-  };
-  for (const auto& c : cases) {
-    const auto verdict = judgeSnapshot(case_, c.drawn, folder_, c.tolerance, render::drawingFunctions());
-    EXPECT_EQ(verdict.caseName, case_.name);
-    EXPECT_EQ(verdict.passed(), c.problem.empty()) << c.what << ": " << verdict.problem;
-    EXPECT_EQ(verdict.problem.rfind(c.problem, 0), 0u) << c.what << ": " << verdict.problem;
-    // Recording, new picture and difference side by side, for a failure only.
-    EXPECT_EQ(verdict.difference.has_value(), !c.problem.empty()) << c.what;
-    if (verdict.difference) {
-      EXPECT_GE(verdict.difference->width, 3 * 40) << c.what;
+    for (std::size_t word = 1; word + 1 < words.size(); word += 2) {
+      if (words[word] == "tree") view = words[word + 1];
+      if (words[word] == "precision") tolerance.precision = std::stod(words[word + 1]);
+      if (words[word] == "perceptual") tolerance.perceptualPrecision = std::stod(words[word + 1]);
     }
-  }
+    const auto image = words[0] == "same" ? gradient() : words[0] == "shorter" ? gradient(24) : onePixelOff();
+    return verdictText(judgeSnapshot(case_, drawnAgain(image, view), folder_, tolerance, render::drawingFunctions()));
+  });
 }
 
+// "FILE DAMAGE": the recording's picture (png) or view tree (json) removed,
+// made a FIFO, cut to half its bytes or replaced by text or an empty PNG =>
+// the case's verdict, naming the file.
 TEST_F(RecordedCase, AMissingOrUnreadableRecordingFailsItsCaseNamingTheFile) {
-  const auto fifo = [](const fs::path& path) {
-    fs::remove(path);
-    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-  };
-  const auto bytes = [](const std::string& text) {
-    return [text](const fs::path& path) { std::ofstream(path, std::ios::binary | std::ios::trunc) << text; };
-  };
-  const auto picture = testing::readText(folder_.recordedPicture(case_));
-  struct Damage {
-    const char* extension;
-    std::function<void(const fs::path&)> apply;
-    std::string problem;
-  };
-  const std::vector<Damage> damages = {
-      {".png", [](const fs::path& path) { fs::remove(path); }, "no recording (record it with `snapshot record --case "},
-      {".json", [](const fs::path& path) { fs::remove(path); }, "no recording"},
-      {".png", fifo, "unreadable recording (Tea_light.png: not a regular file)"},
-      {".json", fifo, "unreadable recording (Tea_light.json: not a regular file)"},
-      {".png", bytes(picture.substr(0, picture.size() / 2)),
-       "unreadable recording (Tea_light.png: not a readable PNG)"},
-      {".png", bytes("no picture at all"), "unreadable recording (Tea_light.png: not a readable PNG)"},
-      // A PNG of 0x0 pixels, well formed but for that.
-      {".png", bytes(testing::readText(QUILLAN_TEST_DATA_DIR "/snapshot/empty.png")),
-       "unreadable recording (Tea_light.png: not a readable PNG)"},
-  };
-  for (const auto& damage : damages) {
+  testing::expectGoldenAnswers("snapshot_damaged_recordings.txt", [this](const std::string& question) {
     SetUp();
-    const auto file = std::string(damage.extension) == ".png" ? folder_.recordedPicture(case_)
-                                                              : folder_.recordedView(case_);
-    damage.apply(file);
-    const auto verdict = judgeSnapshot(case_, drawnAgain(gradient()), folder_, {}, render::drawingFunctions());
-    EXPECT_EQ(verdict.problem.rfind(damage.problem, 0), 0u) << verdict.problem;
-    EXPECT_FALSE(verdict.difference) << damage.problem;
+    const auto words = testing::words(question);
+    const auto file = words[0] == "png" ? folder_.recordedPicture(case_) : folder_.recordedView(case_);
+    const auto bytes = testing::readText(file);
     fs::remove(file);
-  }
+    if (words[1] == "fifo") ::mkfifo(file.c_str(), 0600);
+    if (words[1] == "half") std::ofstream(file, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
+    if (words[1] == "text") std::ofstream(file, std::ios::binary) << "no picture at all";
+    if (words[1] == "empty-png") fs::copy_file(QUILLAN_TEST_DATA_DIR "/snapshot/empty.png", file);
+    const auto verdict = judgeSnapshot(case_, drawnAgain(gradient()), folder_, {}, render::drawingFunctions());
+    fs::remove(file);
+    return verdictText(verdict);
+  });
 }
 
 }  // namespace

@@ -15,66 +15,51 @@ using namespace testing;
 
 using CoreDataStackTest = StoreFolders;
 
-// Where the legacy journal and the group container's stand before the first
+// How the folders stand besides the journals written in them.
+enum class Folders { apart, theSame, linked, folderInTheJournalsPlace };
+
+// The journals in the legacy folder and the group container before the first
 // read, what that read and the next one see, and what the move left.
 struct LegacyMove {
   const char* name;
-  std::function<void(StoreFolders&)> prepare;
-  std::vector<std::string> firstRead;
-  std::vector<std::string> nextRead;
+  std::vector<std::string> legacy, shared;
+  std::vector<std::string> firstRead, nextRead;
   std::string printed = "";  // the one line the move logged, or empty for none
+  Folders folders = Folders::apart;
 };
+
+const std::string kExists =
+    "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists.";
+
+void arrange(StoreFolders& test, Folders folders) {
+  if (folders == Folders::theSame) platform::FileManager::setApplicationSupportDirectory(test.group());
+  if (folders == Folders::folderInTheJournalsPlace)
+    std::filesystem::create_directories(test.sharedStore() / "in-the-way");
+  if (folders != Folders::linked) return;
+  std::filesystem::remove_all(test.support());
+  std::filesystem::create_directory_symlink(test.group(), test.support());
+}
 
 TEST_F(CoreDataStackTest, TheLegacyJournalIsMovedOnceAndNeverOverAJournal) {
   const std::vector<LegacyMove> moves = {
-      {"no legacy journal", [](auto& test) { writeJournal(test.sharedStore(), {"shared"}); }, {"shared"}, {"shared"}},
-      {"a legacy journal alone",
-       [](auto& test) {
-         writeJournal(test.legacyStore(), {"old one", "old two"});
-       },
-       {"old one", "old two"},
-       {"old one", "old two"}},
-      {"both folders the same",
-       [](auto& test) {
-         platform::FileManager::setApplicationSupportDirectory(test.group());
-         writeJournal(test.sharedStore(), {"one place"});
-       },
-       {"one place"},
-       {"one place"}},
+      {"no legacy journal", {}, {"shared"}, {"shared"}, {"shared"}},
+      {"a legacy journal alone", {"old one", "old two"}, {}, {"old one", "old two"}, {"old one", "old two"}},
+      {"both folders the same", {}, {"one place"}, {"one place"}, {"one place"}, "", Folders::theSame},
       // Off the phone the host names both folders; a symlink can make the legacy
       // location and the shared one the same file under two names.
-      {"the legacy path a link to the journal",
-       [](auto& test) {
-         writeJournal(test.sharedStore(), {"the only copy"});
-         std::filesystem::remove_all(test.support());
-         std::filesystem::create_directory_symlink(test.group(), test.support());
-       },
-       {"the only copy"},
-       {"the only copy"}},
+      {"the legacy path a link", {}, {"the only copy"}, {"the only copy"}, {"the only copy"}, "", Folders::linked},
       // The run that deletes the legacy file goes on reading the journal it loaded.
-      {"a journal already in the group container",
-       [](auto& test) {
-         writeJournal(test.legacyStore(), {"old"});
-         writeJournal(test.sharedStore(), {"current", "newer"});
-       },
-       {"old"},
-       {"current", "newer"},
-       "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
-      {"a folder in the journal's place",
-       [](auto& test) {
-         writeJournal(test.legacyStore(), {"lost"});
-         std::filesystem::create_directories(test.sharedStore() / "in-the-way");
-       },
-       {"lost"},
-       {},
-       "The file \"Quillan.sqlite\" couldn't be saved because a file with the same name already exists."},
+      {"a journal in the group container", {"old"}, {"current", "newer"}, {"old"}, {"current", "newer"}, kExists},
+      {"a folder in the journal's place", {"lost"}, {}, {"lost"}, {}, kExists, Folders::folderInTheJournalsPlace},
   };
   for (const auto& move : moves) {
     SCOPED_TRACE(move.name);
     std::filesystem::remove_all(directory_.path());
     SetUp();
     printed_.clear();
-    move.prepare(*this);
+    arrange(*this, move.folders);
+    if (!move.legacy.empty()) writeJournal(legacyStore(), move.legacy);
+    if (!move.shared.empty()) writeJournal(sharedStore(), move.shared);
     const auto sharedBefore = std::filesystem::is_regular_file(sharedStore()) ? readText(sharedStore()) : "";
     const bool sameFile = std::filesystem::equivalent(support(), group());
     auto stack = CoreDataStack::makeForTesting();

@@ -8,7 +8,6 @@
 
 #include "StoreTestSupport.hpp"
 #include "fixtures/JournalAppender.hpp"
-#include "platform/ISO8601.hpp"
 #include "store/DateColumnRead.hpp"
 #include "store/NoteDateFilter.hpp"
 
@@ -16,26 +15,10 @@ namespace quillan::store {
 namespace {
 
 using testing::contextFor;
+using testing::kMoment;
 using testing::TemporaryDirectory;
+using testing::writeOddlyDatedJournal;
 using Dates = std::vector<std::optional<platform::Date>>;
-
-platform::Date at(std::string_view iso) { return *platform::ISO8601::parse(iso); }
-
-const platform::Date kMoment = at("2026-05-01T12:00:00Z");
-
-// Dates of every storage class, whole seconds among them, inside and outside the window around kMoment.
-void writeOddlyDatedJournal(const std::filesystem::path& path) {
-  fixtures::JournalWriter writer(path);
-  // 2.125 days is the window's reach (51 h): its lower end is inside, its upper end outside.
-  for (const double days : {-90.0, 0.0, -80.0, -70.0, -1.0, 1.5, 3.0, 0.25, -2.125, 2.125}) {
-    writer.addNote({.date = kMoment.addingTimeInterval(days * 86400.0)});
-  }
-  writer.addNote({.date = std::nullopt});
-  writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK = 3");
-  writer.execute("UPDATE ZNOTE SET ZDATE = CAST('800000000.5' AS BLOB) WHERE Z_PK = 4");
-  writer.execute("UPDATE ZNOTE SET ZDATE = '' WHERE Z_PK = 5");
-  writer.execute("UPDATE ZNOTE SET ZDATE = CAST(ZDATE AS INTEGER) WHERE Z_PK IN (2, 6)");
-}
 
 struct Judged {
   Dates seen;
@@ -111,15 +94,9 @@ TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritte
       {"committed through the WAL", openApp, [&](const auto&) { app->addNote({.date = kMoment}); }, false},
       {"committed and closed by the app", none,
        [](const auto& journal) { fixtures::JournalAppender(journal).addNote({.date = kMoment}); }, false},
-      {"replaced by rename", none,
-       [&](const auto& journal) {
-         writeOddlyDatedJournal(replacement);
-         std::filesystem::rename(replacement, journal);
-       },
-       false},
+      {"replaced by rename", none, [&](const auto& journal) { std::filesystem::rename(replacement, journal); }, false},
       {"rewritten in place", none,
        [&](const auto& journal) {
-         writeOddlyDatedJournal(replacement);
          std::ofstream(journal, std::ios::binary | std::ios::trunc) << std::ifstream(replacement).rdbuf();
        },
        false},
@@ -127,6 +104,7 @@ TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritte
   for (const auto& change : changes) {
     SCOPED_TRACE(change.change);
     writeOddlyDatedJournal(journal_);
+    writeOddlyDatedJournal(replacement);
     change.before(journal_);
     const auto read = readDates(journal_);
     ASSERT_TRUE(read->isCurrentFor(journal_, "ZNOTE", "ZDATE"));

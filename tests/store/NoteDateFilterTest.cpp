@@ -141,14 +141,11 @@ TEST(NarrowedReads, KeptNotesAreReadWholeWhetherFewOrMany) {
       return static_cast<long>(hours) % every == 0;
     };
     const auto expected = literally(*context, keep);
-    std::vector<std::optional<std::string>> texts;
-    for (const auto& note : expected) texts.push_back(note->info());
+    const auto texts = testing::infos(expected);
     // The objects are the identity map's, refreshed by the read: their texts after it must be the same.
     const auto kept = narrowed(*context, keep);
-    std::vector<std::optional<std::string>> keptTexts;
-    for (const auto& note : kept) keptTexts.push_back(note->info());
     EXPECT_EQ(kept, expected) << "every " << every;
-    EXPECT_EQ(keptTexts, texts) << "every " << every;
+    EXPECT_EQ(testing::infos(kept), texts) << "every " << every;
     EXPECT_EQ(kept.size(), static_cast<std::size_t>((400 + every - 1) / every)) << "every " << every;
   }
 }
@@ -158,48 +155,30 @@ TEST(NarrowedReads, KeptNotesAreReadWholeWhetherFewOrMany) {
 // fetch decodes it; dated notes outside the window never do.
 TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
   TemporaryDirectory directory;
-  const auto moment = at("2026-05-01T12:00:00Z");
-  {
-    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
-    writer.addNote({.date = moment.addingTimeInterval(-90 * 86400.0)});
-    writer.addNote({.date = std::nullopt, .info = "undated"});
-    writer.addNote({.date = moment});
-    writer.addNote({.date = moment.addingTimeInterval(-80 * 86400.0)});
-    writer.addNote({.date = moment.addingTimeInterval(-70 * 86400.0)});
-    writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK = 4");
-    writer.execute("UPDATE ZNOTE SET ZDATE = CAST('800000000.5' AS BLOB) WHERE Z_PK = 5");
-    // The least text and the least blob, at the edges of how SQLite orders storage classes.
-    writer.addNote({.date = moment.addingTimeInterval(-60 * 86400.0)});
-    writer.addNote({.date = moment.addingTimeInterval(-50 * 86400.0)});
-    writer.execute("UPDATE ZNOTE SET ZDATE = '' WHERE Z_PK = 6");
-    writer.execute("UPDATE ZNOTE SET ZDATE = X'' WHERE Z_PK = 7");
-  }
+  testing::writeOddlyDatedJournal(directory / "Quillan.sqlite");
   auto context = contextFor(directory / "Quillan.sqlite");
   const auto all = fetchNotes(*context);
-  std::vector<std::optional<platform::Date>> seen;
+  std::vector<std::optional<platform::Date>> seen, expectedSeen;
   const NoteDateTest keepAll = [&](const std::optional<platform::Date>& date) {
     seen.push_back(date);
     return true;
   };
-  const auto kept = narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(moment));
-  EXPECT_EQ(seen, (std::vector<std::optional<platform::Date>>{std::nullopt, moment, all[3]->date(), all[4]->date(),
-                                                              all[5]->date(), all[6]->date()}));
-  EXPECT_EQ(kept, (Notes{all[1], all[2], all[3], all[4], all[5], all[6]}));
-  EXPECT_EQ(kept[0]->info(), "undated");
+  Notes expected;
+  for (const int inside : {1, 2, 3, 4, 5, 7, 8, 10, 11}) {
+    expected.push_back(all[inside]);
+    expectedSeen.push_back(all[inside]->date());
+  }
+  EXPECT_EQ(narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(testing::kMoment)), expected);
+  EXPECT_EQ(seen, expectedSeen);
 }
 
 TEST(NarrowedReadDeathTest, AnUndatedNoteFarFromTheDayStopsTheProcessAsTheLiteralFilterDoes) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   TemporaryDirectory directory;
-  const auto moment = at("2026-05-01T12:00:00Z");
-  {
-    fixtures::JournalWriter writer(directory / "Quillan.sqlite");
-    writer.addNote({.date = moment});
-    writer.addNote({.date = moment.addingTimeInterval(-365 * 86400.0)});
-    writer.addNote({.date = std::nullopt});
-  }
+  testing::writeOddlyDatedJournal(directory / "Quillan.sqlite");
   auto context = contextFor(directory / "Quillan.sqlite");
   const auto calendar = calendarIn("UTC");
+  const auto moment = testing::kMoment;
   const NoteDateTest sameDay = [&](const std::optional<platform::Date>& date) {
     return calendar.isDate(platform::unwrap(date, kSource), moment, platform::CalendarComponent::day);
   };

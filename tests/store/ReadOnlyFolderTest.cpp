@@ -21,52 +21,48 @@ int readWithoutWriteAccess(const std::filesystem::path& folder, const std::funct
   return status;
 }
 
-class ReadOnlyFolderTest : public StoreFolders {
- protected:
-  std::filesystem::path journal() const { return sharedStore(); }
+bool readsExactly(const std::vector<std::string>& expected) {
+  return infos(CoreDataStack::makeForTesting()->persistentContainer()) == expected;
+}
 
-  static bool readsExactly(const std::vector<std::string>& expected) {
-    auto stack = CoreDataStack::makeForTesting();
-    return infos(stack->persistentContainer()) == expected;
-  }
-};
+using ReadOnlyFolderTest = StoreFolders;
 
 TEST_F(ReadOnlyFolderTest, AJournalTheAppClosedCleanlyIsReadImmutable) {
   {
-    fixtures::JournalWriter writer(journal());
+    fixtures::JournalWriter writer(sharedStore());
     writer.addNote({.info = "one"});
     writer.addNote({.info = "two"});
   }
-  ASSERT_FALSE(std::filesystem::exists(journal().string() + "-wal"));
-  const auto before = readText(journal());
-  EXPECT_EQ(readWithoutWriteAccess(group(), [this] { return readsExactly({"one", "two"}); }), 0);
-  EXPECT_EQ(readText(journal()), before);
-  EXPECT_FALSE(std::filesystem::exists(journal().string() + "-wal")) << "the reader created nothing";
+  ASSERT_FALSE(std::filesystem::exists(sharedStore().string() + "-wal"));
+  const auto before = readText(sharedStore());
+  EXPECT_EQ(readWithoutWriteAccess(group(), [] { return readsExactly({"one", "two"}); }), 0);
+  EXPECT_EQ(readText(sharedStore()), before);
+  EXPECT_FALSE(std::filesystem::exists(sharedStore().string() + "-wal")) << "the reader created nothing";
 }
 
 TEST_F(ReadOnlyFolderTest, AJournalTheAppHasOpenIsReadThroughItsWal) {
   fixtures::JournalLayout layout;
   layout.walAutocheckpoint = 0;
-  fixtures::JournalWriter writer(journal(), layout);
+  fixtures::JournalWriter writer(sharedStore(), layout);
   writer.addNote({.info = "committed"});
   writer.addNote({.info = "still in the wal"});
-  ASSERT_TRUE(std::filesystem::exists(journal().string() + "-wal"));
-  ASSERT_TRUE(std::filesystem::exists(journal().string() + "-shm"));
-  EXPECT_EQ(readWithoutWriteAccess(group(), [this] { return readsExactly({"committed", "still in the wal"}); }), 0);
+  ASSERT_TRUE(std::filesystem::exists(sharedStore().string() + "-wal"));
+  ASSERT_TRUE(std::filesystem::exists(sharedStore().string() + "-shm"));
+  EXPECT_EQ(readWithoutWriteAccess(group(), [] { return readsExactly({"committed", "still in the wal"}); }), 0);
 }
 
 TEST_F(ReadOnlyFolderTest, AWalWithoutItsIndexCannotBeReadAndStopsWithTheLoadReport) {
   fixtures::JournalLayout layout;
   layout.walAutocheckpoint = 0;
   {
-    fixtures::JournalWriter writer(journal(), layout);
+    fixtures::JournalWriter writer(sharedStore(), layout);
     writer.addNote({.info = "only in the wal"});
     // A crashed app leaves its -wal; keep a copy as it was before the close.
-    std::filesystem::copy_file(journal().string() + "-wal", directory_ / "crashed-wal");
+    std::filesystem::copy_file(sharedStore().string() + "-wal", directory_ / "crashed-wal");
   }
-  std::filesystem::copy_file(directory_ / "crashed-wal", journal().string() + "-wal",
+  std::filesystem::copy_file(directory_ / "crashed-wal", sharedStore().string() + "-wal",
                              std::filesystem::copy_options::overwrite_existing);
-  std::filesystem::remove(journal().string() + "-shm");
+  std::filesystem::remove(sharedStore().string() + "-shm");
   // Reading the main file alone would silently lose the commits in the WAL.
   const int status = readWithoutWriteAccess(group(), [] {
     ::close(STDERR_FILENO);

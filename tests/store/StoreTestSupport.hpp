@@ -9,6 +9,7 @@
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ExtensionLog.hpp"
 #include "platform/FileManager.hpp"
+#include "platform/ISO8601.hpp"
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
@@ -45,15 +46,38 @@ inline fixtures::Bytes bytes(std::initializer_list<int> values) {
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
 
+inline const platform::Date kMoment = *platform::ISO8601::parse("2026-05-01T12:00:00Z");
+
+// Dates of every storage class, whole seconds among them, inside and outside
+// the window around kMoment, the last note undated. The least text and the
+// least blob lie at the edges of how SQLite orders storage classes.
+inline void writeOddlyDatedJournal(const std::filesystem::path& path) {
+  fixtures::JournalWriter writer(path);
+  // 2.125 days is the window's reach (51 h): its lower end is inside, its upper end outside.
+  for (const double days : {-90.0, 0.0, -80.0, -70.0, -1.0, 1.5, 3.0, 0.25, -2.125, 2.125, -60.0}) {
+    writer.addNote({.date = kMoment.addingTimeInterval(days * 86400.0)});
+  }
+  writer.addNote({.date = std::nullopt});
+  writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK = 3");
+  writer.execute("UPDATE ZNOTE SET ZDATE = CAST('800000000.5' AS BLOB) WHERE Z_PK = 4");
+  writer.execute("UPDATE ZNOTE SET ZDATE = '' WHERE Z_PK = 5");
+  writer.execute("UPDATE ZNOTE SET ZDATE = X'' WHERE Z_PK = 11");
+  writer.execute("UPDATE ZNOTE SET ZDATE = CAST(ZDATE AS INTEGER) WHERE Z_PK IN (2, 6)");
+}
+
 inline void writeJournal(const std::filesystem::path& path, const std::vector<std::string>& infos) {
   fixtures::JournalWriter writer(path);
   for (const auto& info : infos) writer.addNote({.info = info});
 }
 
-inline std::vector<std::string> infos(PersistentContainer& container) {
+inline std::vector<std::string> infos(const std::vector<std::shared_ptr<Note>>& notes) {
   std::vector<std::string> out;
-  for (const auto& note : fetchNotes(*container.viewContext())) out.push_back(note->info().value_or(""));
+  for (const auto& note : notes) out.push_back(note->info().value_or(""));
   return out;
+}
+
+inline std::vector<std::string> infos(PersistentContainer& container) {
+  return infos(fetchNotes(*container.viewContext()));
 }
 
 // The app's two folders, the group container and the legacy "Application

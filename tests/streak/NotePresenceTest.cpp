@@ -4,20 +4,14 @@
 #include "streak/NotePresence.hpp"
 #include "streak/StreakDays.hpp"
 #include "support/GoldenFile.hpp"
+#include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
-#include "support/TestJournal.hpp"
 
 namespace quillan::streak {
 namespace {
 
 using quillan::testing::ProcessEnvironment;
-using quillan::testing::TestJournal;
-
-class NotePresence : public ::testing::Test {
- protected:
-  void SetUp() override { journal.clear(); }
-  TestJournal& journal = TestJournal::shared();
-};
+using NotePresence = quillan::testing::JournalTest;
 
 TEST_F(NotePresence, ANoteMarksTheLocalCalendarDayItWasWrittenOn) {
   quillan::testing::expectGoldenAnswers("note_presence.txt", [this](const std::string& question) {

@@ -5,7 +5,6 @@
 #include "support/GoldenFile.hpp"
 #include "views/Color.hpp"
 #include "views/Font.hpp"
-#include "views/LinearGradient.hpp"
 
 namespace quillan::views {
 namespace {
@@ -43,15 +42,6 @@ TEST(Color, OpacityMultipliesTheTableAlphaAndToolkitNamesStayDistinct) {
   EXPECT_NE(Color::gray(), Color::systemGray());
   EXPECT_EQ(Font::title3().weight(Weight::semibold).resolvedWeight(), Weight::semibold);
   EXPECT_EQ(Font::system(19).resolvedWeight(), Weight::regular);
-}
-
-TEST(LinearGradient, EvenlySpacedPutsTheEndsAtZeroAndOne) {
-  const auto gradient = LinearGradient::evenlySpaced({Color::red(), Color::green(), Color::blue()}, UnitPoint::top(),
-                                                     UnitPoint::bottom());
-  std::vector<double> locations;
-  for (const auto& stop : gradient.stops) locations.push_back(stop.location);
-  EXPECT_EQ(locations, (std::vector<double>{0.0, 0.5, 1.0}));
-  EXPECT_EQ(gradient.stops[2].color, Color::blue());
 }
 
 }  // namespace

@@ -92,12 +92,9 @@ class EvaluationLimitsTest : public ::testing::Test {
     return answer.failure() ? answer.failure()->reason : "answered";
   }
 
-  static std::int64_t quietPeakKilobytes_;
-  static WidgetWorker* worker_;
+  static inline std::int64_t quietPeakKilobytes_ = 0;
+  static inline WidgetWorker* worker_ = nullptr;
 };
-
-std::int64_t EvaluationLimitsTest::quietPeakKilobytes_ = 0;
-WidgetWorker* EvaluationLimitsTest::worker_ = nullptr;
 
 // Each failure is that evaluation's only: the quiet widget answers after it,
 // from the same warm worker, and the lines logged before it still arrive.

@@ -42,33 +42,25 @@ void writeJournal(const std::filesystem::path& path, bool withLater) {
 class WarmReuseTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folders_ = new JournalFolders();
+    folders_ = std::make_unique<JournalFolders>();
     writeJournal(folders_->makeContainer("first") / "Quillan.sqlite", false);
     writeJournal(folders_->makeContainer("later") / "Quillan.sqlite", true);
-    worker_ = new WidgetWorker(testing::answeringOptions());
+    worker_ = std::make_unique<WidgetWorker>(testing::answeringOptions());
   }
   static void TearDownTestSuite() {
-    delete worker_;
-    delete folders_;
+    worker_.reset();
+    folders_.reset();
   }
 
   // The view of the widget's first entry, or the failure's reason.
   static std::string view(const std::string& container) {
-    const auto settings = folders_->settings(container);
-    const auto answer = worker_->timeline({kKind, at(kNow), widgets::TimelineRequest::timeline, settings});
-    if (!answer.value()) return answer.failure()->reason;
-    views::Environment environment;
-    environment.family = bundle::TimelineWidgetBundle::widget(kKind)->supportedFamilies.front();
-    const auto shown = worker_->view({kKind, answer.value()->entryDates.front(), at(kNow), environment, settings});
+    const auto shown = testing::firstView(*worker_, kKind, at(kNow), folders_->settings(container));
     return shown.value() ? *shown.value() : shown.failure()->reason;
   }
 
-  static JournalFolders* folders_;
-  static WidgetWorker* worker_;
+  static inline std::unique_ptr<JournalFolders> folders_;
+  static inline std::unique_ptr<WidgetWorker> worker_;
 };
-
-JournalFolders* WarmReuseTest::folders_ = nullptr;
-WidgetWorker* WarmReuseTest::worker_ = nullptr;
 
 TEST_F(WarmReuseTest, EachWayTheAppChangesTheJournalIsSeenByTheNextEvaluation) {
   const auto first = view("first");
@@ -108,6 +100,36 @@ TEST_F(WarmReuseTest, EachWayTheAppChangesTheJournalIsSeenByTheNextEvaluation) {
     change.apply(journal, journal.parent_path().parent_path() / "scratch.sqlite");
     EXPECT_EQ(view(container), later);
     app.reset();
+  }
+}
+
+// A replay tells the warm worker of its own writes (JournalWriteNotice), and
+// the worker adds the notes to its read instead of reading the journal again:
+// only while its read was current as the write began.
+TEST_F(WarmReuseTest, TheHostsOwnWriteToldAroundItIsSeenByTheNextEvaluation) {
+  const auto later = view("later");
+  const struct {
+    const char* name;
+    std::size_t untoldBeforeBegins;  // of kLater, committed before the write is told to begin
+  } cases[] = {{"every note told", 0}, {"a commit before the write began", 1}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const std::string container = test.name;
+    const auto journal = folders_->makeContainer(container) / "Quillan.sqlite";
+    writeJournal(journal, false);
+    fixtures::JournalAppender app(journal);
+    ASSERT_NE(view(container), later);
+    JournalWriteNotice notice{JournalWriteNotice::Stage::begins, journal, {}};
+    for (std::size_t row = 0; row < test.untoldBeforeBegins; ++row) app.addNote(kLater[row]);
+    worker_->hear(notice);
+    for (std::size_t row = test.untoldBeforeBegins; row < std::size(kLater); ++row) {
+      const auto key = app.addNote(kLater[row]);
+      notice.rowsAdded.push_back({key, kLater[row].date->timeIntervalSinceReferenceDate(),
+                                  store::DateColumnRead::Storage::number});
+    }
+    notice.stage = JournalWriteNotice::Stage::ended;
+    worker_->hear(notice);
+    EXPECT_EQ(view(container), later);
   }
 }
 

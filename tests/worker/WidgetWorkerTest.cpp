@@ -28,18 +28,12 @@ using testing::JournalFolders;
 
 const char* const kNow = "2026-11-22T09:00:00+01:00";
 
-std::vector<std::string> bundleKinds() {
-  std::vector<std::string> kinds;
-  for (const auto& widget : bundle::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
-  return kinds;
-}
-
 // One worker for the whole suite, started before anything reads a journal in
 // this process, as a host starts it.
 class WidgetWorkerTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folders_ = new JournalFolders();
+    folders_ = std::make_unique<JournalFolders>();
     {
       fixtures::JournalWriter writer(folders_->makeContainer("dated") / "Quillan.sqlite");
       writer.addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("caf\xE9 au lait")});
@@ -47,35 +41,23 @@ class WidgetWorkerTest : public ::testing::Test {
     }
     const platform::Calendar berlin(*platform::Locale::named("en_US"), *platform::TimeZone::named("Europe/Berlin"));
     fixtures::SampleJournal::write(folders_->makeContainer("sample"), at(kNow), berlin, 11);
-    worker_ = new WidgetWorker(testing::answeringOptions());
+    worker_ = std::make_unique<WidgetWorker>(testing::answeringOptions());
   }
   static void TearDownTestSuite() {
-    delete worker_;
-    delete folders_;
+    worker_.reset();
+    folders_.reset();
   }
 
   static Evaluation<widgets::TimelineAnswer> timeline(const std::string& kind, const std::string& journal) {
     return worker_->timeline({kind, at(kNow), widgets::TimelineRequest::timeline, folders_->settings(journal)});
   }
-  // The view of the widget's first entry, as a host draws it after placing it.
-  static Evaluation<std::string> firstView(const std::string& kind, const std::string& journal) {
-    const auto answer = timeline(kind, journal);
-    if (!answer.value()) return {*answer.failure(), answer.log, answer.cost};
-    views::Environment environment;
-    environment.family = bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
-    return worker_->view({kind, answer.value()->entryDates.front(), at(kNow), environment,
-                          folders_->settings(journal)});
-  }
 
-  static JournalFolders* folders_;
-  static WidgetWorker* worker_;
+  static inline std::unique_ptr<JournalFolders> folders_;
+  static inline std::unique_ptr<WidgetWorker> worker_;
 };
 
-JournalFolders* WidgetWorkerTest::folders_ = nullptr;
-WidgetWorker* WidgetWorkerTest::worker_ = nullptr;
-
 TEST_F(WidgetWorkerTest, AMissingGroupContainerStopsWithoutAMessage) {
-  const auto view = firstView("OnThisDayWidget", "nowhere");
+  const auto view = testing::firstView(*worker_, "OnThisDayWidget", at(kNow), folders_->settings("nowhere"));
   ASSERT_TRUE(view.failure());
   EXPECT_EQ(view.failure()->reason, "stopped without a message");
 }
@@ -98,9 +80,8 @@ TEST_F(WidgetWorkerTest, BadRequestsAreRefusedBeforeEvaluating) {
   EXPECT_THROW(worker_->timeline({"NoSuchWidget", at(kNow), request, settings}), std::invalid_argument);
   EXPECT_THROW(worker_->timeline({"StreakWidget", platform::Date::fromReferenceSeconds(NAN), request, settings}),
                std::invalid_argument);
-  auto badZone = settings;
-  badZone.timeZone = "Mars/Olympus";
-  EXPECT_THROW(worker_->timeline({"StreakWidget", at(kNow), request, badZone}), std::invalid_argument);
+  EXPECT_THROW(worker_->timeline({"StreakWidget", at(kNow), request, folders_->settings("dated", "Mars/Olympus")}),
+               std::invalid_argument);
   auto badLocale = settings;
   badLocale.locale = "xx_YY";
   EXPECT_THROW(worker_->timeline({"StreakWidget", at(kNow), request, badLocale}), std::invalid_argument);
@@ -121,16 +102,13 @@ std::string inCommand(std::vector<std::string> words, const ProcessSettings& set
 TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInTheCommand) {
   const auto settings = folders_->settings("sample");
   quillan::testing::ProcessEnvironment berlin(kNow, *settings.timeZone);
+  views::Environment dark;
+  dark.colorScheme = views::ColorScheme::dark;
   for (const auto& widget : bundle::TimelineWidgetBundle::body()) {
     SCOPED_TRACE(widget.kind);
-    views::Environment environment;
-    environment.family = widget.supportedFamilies.front();
-    environment.colorScheme = views::ColorScheme::dark;
     const auto timeline = worker_->timeline({widget.kind, at(kNow), widgets::TimelineRequest::timeline, settings});
-    ASSERT_TRUE(timeline.value()) << timeline.failure()->reason;
-    const auto view = worker_->view({widget.kind, timeline.value()->entryDates.front(), at(kNow), environment,
-                                     settings});
-    ASSERT_TRUE(view.value()) << view.failure()->reason;
+    const auto view = testing::firstView(*worker_, widget.kind, at(kNow), settings, dark);
+    ASSERT_TRUE(timeline.value() && view.value());
     EXPECT_EQ(hosting::timelineJson(*timeline.value()) + "\n",
               inCommand({"timeline", "--kind", widget.kind}, settings));
     const auto drawn = nlohmann::json::parse(
@@ -143,7 +121,7 @@ TEST_F(WidgetWorkerTest, AnswersEqualThoseOfTheExtensionRunInTheCommand) {
 TEST_F(WidgetWorkerTest, TheSchedulerFollowsTimelinesAskedOfTheWorker) {
   const auto settings = folders_->settings("sample");
   host::Scheduler scheduler(at(kNow), host::workerTimelineSource(*worker_, settings));
-  for (const auto& kind : bundleKinds()) scheduler.place(kind);
+  for (const auto& widget : bundle::TimelineWidgetBundle::body()) scheduler.place(widget.kind);
   for (const auto& state : scheduler.widgets()) {
     EXPECT_TRUE(state.ok()) << state.kind << ": " << *state.failure;
     const auto direct = worker_->timeline({state.kind, at(kNow), widgets::TimelineRequest::timeline, settings});

@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 
+#include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -55,6 +56,17 @@ inline worker::WorkerOptions answeringOptions() {
 }
 
 inline platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
+
+// The view of `kind`'s first entry at `now`, as a host draws it after placing
+// the widget in its first family: the failure of the timeline or of the view.
+inline worker::Evaluation<std::string> firstView(worker::WidgetWorker& worker, const std::string& kind,
+                                                 platform::Date now, const worker::ProcessSettings& settings,
+                                                 views::Environment environment = {}) {
+  const auto answer = worker.timeline({kind, now, widgets::TimelineRequest::timeline, settings});
+  if (!answer.value()) return {*answer.failure(), answer.log, answer.cost};
+  environment.family = bundle::TimelineWidgetBundle::widget(kind)->supportedFamilies.front();
+  return worker.view({kind, answer.value()->entryDates.front(), now, environment, settings});
+}
 
 // Touches every page of a fresh block of `bytes`, so it counts as resident.
 inline std::unique_ptr<char[]> residentBlock(std::size_t bytes) {
