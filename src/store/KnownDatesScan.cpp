@@ -34,15 +34,18 @@ bool reachesTest(const DateColumnRead::Row& row, const std::optional<Window>& wi
 
 std::optional<JudgedKeys> judgeKnownDates(const DateColumnRead& dates, const FetchSpecification& request,
                                           std::string_view attribute,
-                                          const std::function<bool(const StoredValue&)>& keep) {
+                                          const std::function<bool(const StoredValue&)>& keep,
+                                          const KeepRanges* ranges) {
   if (!request.sortDescriptors.empty() || (request.fetchLimit && *request.fetchLimit > 0)) return std::nullopt;
   const auto window = windowOf(request, attribute);
   if (!window) return std::nullopt;
   // A window narrows the test, not the table: reading the kept rows again
   // by a scan would go through every row.
   JudgedKeys keys{{}, dates.rows().size()};
+  std::size_t rangeHint = 0;
   for (const auto& row : dates.rows()) {
     if (!reachesTest(row, *window)) continue;
+    if (ranges && row.storage == DateColumnRead::Storage::number && !ranges->mayKeep(row.value, rangeHint)) continue;
     const auto value = row.storage == DateColumnRead::Storage::null ? StoredValue{} : StoredValue{row.value};
     if (keep(value)) keys.kept.push_back(row.primaryKey);
   }

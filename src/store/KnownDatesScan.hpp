@@ -9,6 +9,7 @@
 
 #include "store/DateColumnRead.hpp"
 #include "store/FetchRequest.hpp"
+#include "store/KeepRanges.hpp"
 #include "store/StoredValue.hpp"
 
 namespace quillan::store {
@@ -24,11 +25,13 @@ struct JudgedKeys {
 // What the judged scan of `request` by `keep` on the date `attribute` keeps,
 // worked out from `dates` instead of the table: rows in primary-key order,
 // those outside an undated-or-in-range window passed over as SQLite's
-// comparisons pass them over. Nullopt for a request it cannot answer alike
+// comparisons pass them over, and numbers `ranges` vouch `keep` turns down
+// passed over as the SQL row test passes them. Nullopt for a request it cannot answer alike
 // (a sort, a limit, any other predicate); the caller scans the table then.
 // The caller vouches that `dates` is current for the snapshot it reads.
 std::optional<JudgedKeys> judgeKnownDates(const DateColumnRead& dates, const FetchSpecification& request,
                                           std::string_view attribute,
-                                          const std::function<bool(const StoredValue&)>& keep);
+                                          const std::function<bool(const StoredValue&)>& keep,
+                                          const KeepRanges* ranges = nullptr);
 
 }  // namespace quillan::store

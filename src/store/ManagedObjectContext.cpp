@@ -107,7 +107,7 @@ JudgedKeys judgeKeys(StoreSnapshot& snapshot, const std::filesystem::path& path,
   const auto& known = knownDateColumn();
   if (attribute.kind == AttributeKind::date && known &&
       known->isCurrentFor(path, table.tableName, StoreModel::storeName(attribute.name))) {
-    if (auto keys = judgeKnownDates(*known, request, attribute.name, keep)) return std::move(*keys);
+    if (auto keys = judgeKnownDates(*known, request, attribute.name, keep, ranges)) return std::move(*keys);
   }
   const bool wholeTable = !request.predicate && request.sortDescriptors.empty() && !request.fetchLimit;
   const auto column = StoreModel::storeName(attribute.name);

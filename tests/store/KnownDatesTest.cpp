@@ -26,14 +26,17 @@ struct Judged {
 };
 
 // Every date the test is asked about, and the kept notes' keys; keeps every other one.
-Judged judge(const std::filesystem::path& journal, std::optional<NoteDateWindow> window) {
+Judged judge(const std::filesystem::path& journal, std::optional<NoteDateWindow> window,
+             const KeepRanges* ranges = nullptr) {
   Judged judged;
   const NoteDateTest keep = [&](const std::optional<platform::Date>& date) {
     judged.seen.push_back(date);
     return judged.seen.size() % 2 == 1;
   };
   auto context = contextFor(journal);
-  const auto notes = window ? fetchNotesWhereDate(*context, *window, keep) : fetchNotesWhereDate(*context, keep);
+  const auto notes = window   ? fetchNotesWhereDate(*context, *window, keep)
+                     : ranges ? fetchNotesWhereDate(*context, *ranges, keep)
+                              : fetchNotesWhereDate(*context, keep);
   EXPECT_TRUE(notes.ok());
   if (notes.ok()) {
     for (const auto& note : notes.value()) judged.kept.push_back(note->objectID().primaryKey);
@@ -56,12 +59,21 @@ class KnownDates : public ::testing::Test {
 
 TEST_F(KnownDates, JudgeEveryStorageClassAsTheTableScanDoes) {
   writeOddlyDatedJournal(journal_);
-  for (const auto window : {std::optional<NoteDateWindow>{}, std::optional{NoteDateWindow::aroundDayOf(kMoment)}}) {
-    SCOPED_TRACE(window ? "window" : "no window");
+  const double moment = kMoment.timeIntervalSinceReferenceDate();
+  const KeepRanges dayOfTheMoment({moment - 1e9, moment + 1e9}, {{moment - 86400, moment + 86400}});
+  const struct {
+    const char* name;
+    std::optional<NoteDateWindow> window;
+    const KeepRanges* ranges;
+  } reads[] = {{"everything", {}, nullptr},
+               {"window", NoteDateWindow::aroundDayOf(kMoment), nullptr},
+               {"ranges", {}, &dayOfTheMoment}};
+  for (const auto& [name, window, ranges] : reads) {
+    SCOPED_TRACE(name);
     useKnownDateColumn(nullptr);
-    const auto scanned = judge(journal_, window);
+    const auto scanned = judge(journal_, window, ranges);
     useKnownDateColumn(readDates(journal_));
-    const auto known = judge(journal_, window);
+    const auto known = judge(journal_, window, ranges);
     EXPECT_EQ(known.seen, scanned.seen);
     EXPECT_EQ(known.kept, scanned.kept);
     EXPECT_GT(scanned.kept.size(), 2u);
