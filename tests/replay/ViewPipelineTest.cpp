@@ -8,6 +8,7 @@
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
 #include "replay/ViewPipeline.hpp"
+#include "support/AnsweringWorkerOptions.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace quillan::replay {
@@ -29,8 +30,8 @@ class ViewPipelineTest : public ::testing::Test {
     fixtures::JournalWriter writer(folder_->path() / "group" / "Quillan.sqlite");
     writer.addNote({.date = at("2025-11-22T10:00:00+01:00"), .info = std::string("a year ago")});
     writer.addNote({.date = at("2026-11-22T08:00:00+01:00"), .info = std::string("this morning")});
-    first_ = new worker::WidgetWorker();
-    second_ = new worker::WidgetWorker();
+    first_ = new worker::WidgetWorker(testing::answeringOptions());
+    second_ = new worker::WidgetWorker(testing::answeringOptions());
   }
   static void TearDownTestSuite() {
     delete second_;

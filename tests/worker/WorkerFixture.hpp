@@ -14,6 +14,7 @@
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/AnsweringWorkerOptions.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "worker/WidgetWorker.hpp"
 
@@ -42,18 +43,6 @@ class JournalFolders {
  private:
   TemporaryFolder root_{"quillan-worker"};
 };
-
-// The worker options of suites that test answers rather than limits. The
-// address sanitizer's shadow memory triples a child's resident set, which is
-// no part of the extension's footprint; the ceiling itself is tested against
-// a measured baseline.
-inline worker::WorkerOptions answeringOptions() {
-  worker::WorkerOptions options;
-#if defined(__SANITIZE_ADDRESS__)
-  options.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
-#endif
-  return options;
-}
 
 inline platform::Date at(const std::string& iso) { return *platform::ISO8601::parse(iso); }
 
