@@ -9,7 +9,9 @@
 #include <fstream>
 #include <string>
 
+#include "render/PipelinedPngEncoder.hpp"
 #include "render/Renderer.hpp"
+#include "render/StraightAlpha.hpp"
 
 namespace quillan::render {
 namespace {
@@ -32,31 +34,6 @@ void recordError(png_structp png, png_const_charp message) {
 }
 
 void ignoreWarning(png_structp, png_const_charp) {}
-
-// The same rounding as Cairo's writer, so that the stored pixels match it.
-void toStraightRgba(const std::uint8_t* source, std::uint8_t* target, int width) {
-  for (int x = 0; x < width; ++x, source += 4, target += 4) {
-    std::uint32_t word;
-    std::memcpy(&word, source, sizeof word);
-    const std::uint32_t alpha = word >> 24;
-    if (alpha == 0) {
-      std::memset(target, 0, 4);
-      continue;
-    }
-    // Most of a widget is opaque, where the rounding below gives c back.
-    if (alpha == 255) {
-      target[0] = static_cast<std::uint8_t>(word >> 16);
-      target[1] = static_cast<std::uint8_t>(word >> 8);
-      target[2] = static_cast<std::uint8_t>(word);
-      target[3] = 255;
-      continue;
-    }
-    target[0] = static_cast<std::uint8_t>(((word >> 16 & 0xFF) * 255 + alpha / 2) / alpha);
-    target[1] = static_cast<std::uint8_t>(((word >> 8 & 0xFF) * 255 + alpha / 2) / alpha);
-    target[2] = static_cast<std::uint8_t>(((word & 0xFF) * 255 + alpha / 2) / alpha);
-    target[3] = static_cast<std::uint8_t>(alpha);
-  }
-}
 
 // libpng reports errors by longjmp, so nothing here may need destroying:
 // the buffers belong to the caller.
@@ -102,7 +79,7 @@ std::vector<std::uint8_t> encodePNG(const PixelRows& rows, const PngSettings& se
 }
 
 void writeEncodedPNG(const PixelRows& rows, const std::filesystem::path& path) {
-  const auto bytes = encodePNG(rows);
+  const auto bytes = encodePNGPipelined(rows);
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   file.close();

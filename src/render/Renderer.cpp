@@ -9,6 +9,7 @@
 
 #include "render/CairoHandles.hpp"
 #include "render/PangoTextMeasurer.hpp"
+#include "render/PipelinedPngEncoder.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
@@ -82,7 +83,7 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
 
 std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context) {
   const CairoSurface surface = rasterFor(tree, context);
-  return encodePNG(rowsOf(surface.get()));
+  return encodePNGPipelined(rowsOf(surface.get()));
 }
 
 std::string renderToSVG(const views::Node& tree, const RenderContext& context) {

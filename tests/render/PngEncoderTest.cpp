@@ -1,8 +1,10 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <vector>
 
+#include "render/PipelinedPngEncoder.hpp"
 #include "render/PixelImage.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/Renderer.hpp"
@@ -19,9 +21,10 @@ cairo_status_t appendBytes(void* closure, const unsigned char* data, unsigned in
 
 // Every colour at every opacity Cairo can hold, in a gradient: what soft edges
 // and tinted symbols leave in a widget's picture; above it, opaque colours.
-cairo_surface_t* translucentGradient() {
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 256, 64);
+cairo_surface_t* translucentGradient(int width = 256, int height = 64) {
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
   cairo_t* cr = cairo_create(surface);
+  cairo_scale(cr, width / 256.0, height / 64.0);
   cairo_pattern_t* colours = cairo_pattern_create_linear(0, 0, 256, 0);
   cairo_pattern_add_color_stop_rgba(colours, 0, 1, 0.58, 0, 0);
   cairo_pattern_add_color_stop_rgba(colours, 0.5, 0.2, 0.4, 0.9, 0.5);
@@ -57,6 +60,48 @@ TEST(PngEncoder, StoresThePixelsCairosOwnWriterStores) {
   EXPECT_EQ(readPNG(folder.path() / "straight.png").pixels, expected.pixels);
   EXPECT_THROW(writePNG(expected, folder.path() / "missing" / "straight.png"), RenderError);
   cairo_surface_destroy(surface);
+}
+
+// Premultiplied pixels zlib finds nothing to shorten in: its output outgrows
+// every buffer and spans many IDAT chunks.
+cairo_surface_t* noise(int width, int height) {
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
+  std::uint32_t state = 7;
+  const auto next = [&state] { return (state = state * 1664525 + 1013904223) >> 24; };
+  auto* data = cairo_image_surface_get_data(surface);
+  for (int y = 0; y < height; ++y) {
+    auto* row = reinterpret_cast<std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) *
+                                                            cairo_image_surface_get_stride(surface));
+    for (int x = 0; x < width; ++x) {
+      const std::uint32_t alpha = next();
+      const auto channel = [&] { return alpha == 0 ? 0 : next() % (alpha + 1); };
+      row[x] = alpha << 24 | channel() << 16 | channel() << 8 | channel();
+    }
+  }
+  cairo_surface_mark_dirty(surface);
+  return surface;
+}
+
+// What the renderer writes is what libpng writes, byte for byte: files,
+// snapshot recordings and cached pictures stay as they were.
+TEST(PngEncoder, PipelinedBytesAreLibpngsForEveryPicture) {
+  const struct {
+    const char* name;
+    cairo_surface_t* surface;
+  } cases[] = {
+      {"the gradient", translucentGradient()},
+      // libpng narrows zlib's window for at most 16 KiB of rows: 63 rows of 257 bytes, then 64.
+      {"the largest picture with a narrowed window", translucentGradient(64, 63)},
+      {"the smallest picture without", translucentGradient(64, 64)},
+      {"rows filling the slots more than once, the last batch short", translucentGradient(300, 69)},
+      {"a medium widget of noise at @3x", noise(1092, 510)},
+  };
+  for (const auto& [name, surface] : cases) {
+    const PixelRows rows{cairo_image_surface_get_data(surface), cairo_image_surface_get_width(surface),
+                         cairo_image_surface_get_height(surface), cairo_image_surface_get_stride(surface), true};
+    EXPECT_EQ(encodePNGPipelined(rows), encodePNG(rows)) << name;
+    cairo_surface_destroy(surface);
+  }
 }
 
 }  // namespace
