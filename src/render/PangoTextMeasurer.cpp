@@ -270,8 +270,10 @@ PangoTextMeasurer::Impl& PangoTextMeasurer::engine() const {
 }
 
 const PangoTextMeasurer& PangoTextMeasurer::shared() {
-  static const PangoTextMeasurer engine;
-  return engine;
+  // Never destroyed: taking down every font, face and cached layout one by one
+  // would only make each command's exit wait; the process's end frees them.
+  static const auto* const engine = new PangoTextMeasurer;
+  return *engine;
 }
 
 }  // namespace quillan::render
