@@ -24,6 +24,8 @@ namespace {
 // Pango truncates only a layout of some width: an unwrapped text gets one no
 // line reaches (the widest widget's lines hold far less).
 constexpr double kUnwrappedWidth = 1.0e6;
+// Sizes are absolute, in points as the phone's: one point is one unit.
+constexpr double kResolution = 72.0;
 // Lines are counted with this slack so that a height of exactly n lines holds
 // n despite rounding to Pango units.
 constexpr double kHeightSlack = 0.25;
@@ -150,7 +152,11 @@ struct PangoTextMeasurer::Impl {
     cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
     pango_cairo_context_set_font_options(context.get(), options);
     cairo_font_options_destroy(options);
-    pango_cairo_context_set_resolution(context.get(), 72.0);
+    pango_cairo_context_set_resolution(context.get(), kResolution);
+    // Pango measures each font once more for its metrics, in a context of its
+    // own made at the font map's resolution: at ours, that context finds the
+    // fonts this one loaded instead of matching and loading every font again.
+    pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fontMap.get()), kResolution);
     pango_context_set_round_glyph_positions(context.get(), FALSE);
   }
 
