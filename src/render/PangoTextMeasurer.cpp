@@ -260,6 +260,24 @@ TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& l
   return shaped;
 }
 
+void PangoTextMeasurer::expectFonts(const std::vector<FontDescription>& fonts) const {
+  if (fonts.empty()) return;  // a picture without text never starts fontconfig
+  const Impl& pango = engine();
+  PangoLanguage* language = pango_language_from_string(platform::Locale::current().languageTag().c_str());
+  // As Pango sets up a text of layoutFor: the context's description beneath
+  // the run's, the text's language, so that the text finds these very lists.
+  pango_context_set_language(pango.context.get(), language);
+  for (const auto& font : fonts) {
+    PangoFontDescription* base = pango_font_description_copy(pango_context_get_font_description(pango.context.get()));
+    PangoFontDescription* own = describe(font);
+    pango_font_description_merge(base, own, TRUE);
+    if (PangoFontset* fallbacks = pango_context_load_fontset(pango.context.get(), base, language))
+      g_object_unref(fallbacks);
+    pango_font_description_free(own);
+    pango_font_description_free(base);
+  }
+}
+
 std::size_t PangoTextMeasurer::missingGlyphs(const StyledText& runs) const {
   return missingGlyphCount(engine().layoutFor(wellFormed(runs), platform::Locale::current().languageTag()).get());
 }

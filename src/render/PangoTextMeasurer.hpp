@@ -29,6 +29,10 @@ class PangoTextMeasurer final : public TextMeasurer {
   // Laid out by Pango itself (see TextLayout's `shaped`); one layout per
   // text, locale and limits, kept for drawing and hit testing.
   TextLayout layout(const StyledText& runs, const TextLimits& limits) const override;
+  // Asks Pango for each font's fallback list, which has fontconfig match the
+  // font on a thread of its own: the matches then run beside the layout of
+  // the texts before rather than one after another as each text needs one.
+  void expectFonts(const std::vector<FontDescription>& fonts) const override;
   // How many characters of `runs` no installed font has a glyph for (each
   // would draw as a box).
   std::size_t missingGlyphs(const StyledText& runs) const;

@@ -8,4 +8,6 @@ TextLayout TextMeasurer::layout(const StyledText& runs, const TextLimits& limits
   return layoutText(runs, *this, limits);
 }
 
+void TextMeasurer::expectFonts(const std::vector<FontDescription>& /*fonts*/) const {}
+
 }  // namespace quillan::render

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "render/FontDescription.hpp"
 #include "render/ShownTextBound.hpp"
 #include "render/StyledRun.hpp"
@@ -24,6 +26,9 @@ class TextMeasurer {
   // The advance width of `runs` set on one line, tracking included.
   virtual double width(const StyledText& runs) const = 0;
   virtual FontMetrics metrics(const FontDescription& font) const = 0;
+  // The fonts of the texts about to be measured, each once: a measurer that
+  // loads fonts may start on all of them before the first text needs one.
+  virtual void expectFonts(const std::vector<FontDescription>& fonts) const;
   // `runs` broken into lines for `limits`. Unless a measurer lays out whole
   // paragraphs itself, this is the greedy word wrap of layoutText over width().
   virtual TextLayout layout(const StyledText& runs, const TextLimits& limits) const;

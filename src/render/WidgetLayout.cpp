@@ -1,6 +1,8 @@
 #include "render/WidgetLayout.hpp"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "render/Layout.hpp"
 #include "render/Renderer.hpp"
@@ -21,6 +23,20 @@ LayoutNode systemBackground(views::ColorScheme scheme) {
   node.isContainerBackground = true;
   node.fill = Paint::solid(scheme == views::ColorScheme::dark ? Rgba::fromHex(0x000000) : Rgba::fromHex(0xFFFFFF));
   return node;
+}
+
+void collectTextFonts(const LayoutNode& node, std::vector<FontDescription>& fonts) {
+  for (const auto& run : node.text) {
+    if (std::find(fonts.begin(), fonts.end(), run.font) == fonts.end()) fonts.push_back(run.font);
+  }
+  for (const auto& child : node.children) collectTextFonts(child, fonts);
+}
+
+std::vector<FontDescription> textFontsOf(const AdaptedWidget& adapted) {
+  std::vector<FontDescription> fonts;
+  collectTextFonts(adapted.content, fonts);
+  if (adapted.containerBackground) collectTextFonts(*adapted.containerBackground, fonts);
+  return fonts;
 }
 
 void mirror(LayoutBox& box, double width) {
@@ -45,6 +61,7 @@ std::unique_ptr<WidgetLayout> layoutWidget(const views::Node& root, const Render
 
   const bool modern = context.env.platformVersion.atLeast(17);
   if (!modern) widget->adapted.containerBackground.reset();  // only platform 17 knows container backgrounds
+  measurer.expectFonts(textFontsOf(widget->adapted));
   if (!widget->adapted.containerBackground && widget->homeScreenFamily)
     widget->defaultBackground = systemBackground(context.env.colorScheme);
 
