@@ -249,9 +249,11 @@ TextLayout PangoTextMeasurer::layout(const StyledText& runs, const TextLimits& l
   const ShownTextBound bound = shownTextBound(limits, metrics.lineHeight, smallestFontSize(runs));
   const CutText kept = cutToCodePoints(runs, bound.codePoints);
   const std::string language = platform::Locale::current().languageTag();
+  // A height and a line limit count only as the lines they let the text
+  // have: the layout engine's many proposals of one width share one layout.
   std::string key = cacheKey(language, kept.runs);
   key += '\x1c' + std::string(kept.cut ? "cut/" : "/") + std::to_string(limits.width.value_or(-1)) + '/' +
-         std::to_string(limits.height.value_or(-1)) + '/' + std::to_string(limits.lineLimit.value_or(-1));
+         std::to_string(bound.lines);
   Impl& pango = engine();
   if (auto found = pango.layouts.find(key); found != pango.layouts.end()) return found->second;
   TextLayout shaped = pango.shape(kept, limits, metrics, bound, language);
