@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "render/CairoHandles.hpp"
+#include "render/ClearedRaster.hpp"
 #include "render/PangoTextMeasurer.hpp"
 #include "render/PipelinedPngEncoder.hpp"
 #include "render/PngEncoder.hpp"
@@ -22,21 +23,26 @@ void checkScale(double scale) {
   if (!(scale >= 1 && scale <= 3)) throw RenderError("scale must be between 1 and 3, got " + std::to_string(scale));
 }
 
-void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext& context, double scale) {
-  const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
+void paint(cairo_surface_t* surface, const WidgetLayout& widget, const RenderContext& context, double scale) {
   CairoContext cr(cairo_create(surface));
   cairo_scale(cr.get(), scale, scale);
-  paintWidget(cr.get(), *widget, context);
+  paintWidget(cr.get(), widget, context);
   cairo_surface_flush(surface);
 }
 
+void draw(cairo_surface_t* surface, const views::Node& tree, const RenderContext& context, double scale) {
+  paint(surface, *layoutWidget(tree, context, PangoTextMeasurer::shared()), context, scale);
+}
+
+// The pixels are cleared while the widget is laid out.
 CairoSurface rasterFor(const views::Node& tree, const RenderContext& context) {
   checkScale(context.scale);
   const Size size = context.device.sizeOf(context.env.family);
-  CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32,
-                                                  static_cast<int>(std::ceil(size.width * context.scale)),
-                                                  static_cast<int>(std::ceil(size.height * context.scale))));
-  draw(surface.get(), tree, context, context.scale);
+  ClearedRaster raster(static_cast<int>(std::ceil(size.width * context.scale)),
+                       static_cast<int>(std::ceil(size.height * context.scale)));
+  const auto widget = layoutWidget(tree, context, PangoTextMeasurer::shared());
+  CairoSurface surface = raster.surface();
+  paint(surface.get(), *widget, context, context.scale);
   return surface;
 }
 

@@ -8,6 +8,7 @@
 
 #include "CountingMeasurer.hpp"
 #include "SampleTrees.hpp"
+#include "render/ClearedRaster.hpp"
 #include "render/FakeTextMeasurer.hpp"
 #include "render/HitTest.hpp"
 #include "render/LayoutJson.hpp"
@@ -116,6 +117,27 @@ TEST(WidgetLayout, GeometryFollowsThePhonesPixelsNotTheOutputScale) {
   const auto atThree = layoutJSON(tree, context, measurer);
   context.scale = 1;
   EXPECT_EQ(layoutJSON(tree, context, measurer), atThree);
+}
+
+// Pictures are drawn onto pixels cleared beside the layout: they must be an
+// image surface of exactly the size asked, every pixel transparent.
+TEST(ClearedRaster, PixelsAreATransparentSurfaceOfTheSizeAsked) {
+  const struct {
+    int width;
+    int height;
+  } sizes[] = {{1, 1}, {7, 3}, {1092, 510}, {0, 0}};
+  for (const auto& [width, height] : sizes) {
+    ClearedRaster raster(width, height);
+    const CairoSurface surface = raster.surface();
+    ASSERT_EQ(cairo_surface_status(surface.get()), CAIRO_STATUS_SUCCESS) << width << "x" << height;
+    EXPECT_EQ(cairo_image_surface_get_format(surface.get()), CAIRO_FORMAT_ARGB32);
+    EXPECT_EQ(cairo_image_surface_get_width(surface.get()), width);
+    EXPECT_EQ(cairo_image_surface_get_height(surface.get()), height);
+    const auto* data = cairo_image_surface_get_data(surface.get());
+    const auto bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get())) * height;
+    EXPECT_TRUE(bytes == 0 || std::all_of(data, data + bytes, [](unsigned char byte) { return byte == 0; }))
+        << width << "x" << height;
+  }
 }
 
 TEST(WidgetLayout, AFamilyTheDeviceLacksIsAnError) {
