@@ -7,11 +7,12 @@
 #include <csetjmp>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <string>
 
-#include "render/PipelinedPngEncoder.hpp"
 #include "render/Renderer.hpp"
 #include "render/StraightAlpha.hpp"
+#include "render/StraightRowsAhead.hpp"
 
 namespace quillan::render {
 namespace {
@@ -36,9 +37,9 @@ void recordError(png_structp png, png_const_charp message) {
 void ignoreWarning(png_structp, png_const_charp) {}
 
 // libpng reports errors by longjmp, so nothing here may need destroying:
-// the buffers belong to the caller.
+// the buffers and the rows made ahead belong to the caller.
 bool writeImage(png_structp png, png_infop info, const PixelRows& rows, const PngSettings& settings,
-                std::uint8_t* rowBuffer) {
+                std::uint8_t* rowBuffer, StraightRowsAhead* ahead) {
   if (setjmp(png_jmpbuf(png))) return false;
   png_set_IHDR(png, info, static_cast<png_uint_32>(rows.width), static_cast<png_uint_32>(rows.height), 8,
                PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
@@ -47,11 +48,13 @@ bool writeImage(png_structp png, png_infop info, const PixelRows& rows, const Pn
   png_write_info(png, info);
   for (int y = 0; y < rows.height; ++y) {
     const std::uint8_t* row = rows.data + static_cast<std::ptrdiff_t>(y) * rows.stride;
-    if (rows.premultipliedArgb) {
+    if (ahead) {
+      png_write_row(png, ahead->row(y));
+    } else if (rows.premultipliedArgb) {
       toStraightRgba(row, rowBuffer, rows.width);
       png_write_row(png, rowBuffer);
     } else {
-      png_write_row(png, const_cast<png_bytep>(row));
+      png_write_row(png, row);
     }
   }
   png_write_end(png, info);
@@ -72,14 +75,17 @@ std::vector<std::uint8_t> encodePNG(const PixelRows& rows, const PngSettings& se
   }
   png_set_write_fn(png, &output, appendToOutput, flushNothing);
   std::vector<std::uint8_t> rowBuffer(static_cast<std::size_t>(rows.width) * 4);
-  const bool written = writeImage(png, info, rows, settings, rowBuffer.data());
+  std::optional<StraightRowsAhead> ahead;
+  if (StraightRowsAhead::worthwhile(rows)) ahead.emplace(rows);
+  const bool written = writeImage(png, info, rows, settings, rowBuffer.data(), ahead ? &*ahead : nullptr);
+  ahead.reset();
   png_destroy_write_struct(&png, &info);
   if (!written) throw RenderError("cannot encode a PNG: " + output.error);
   return std::move(output.bytes);
 }
 
 void writeEncodedPNG(const PixelRows& rows, const std::filesystem::path& path) {
-  const auto bytes = encodePNGPipelined(rows);
+  const auto bytes = encodePNG(rows);
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   file.close();

@@ -10,7 +10,6 @@
 #include "render/CairoHandles.hpp"
 #include "render/ClearedRaster.hpp"
 #include "render/PangoTextMeasurer.hpp"
-#include "render/PipelinedPngEncoder.hpp"
 #include "render/PngEncoder.hpp"
 #include "render/WidgetLayout.hpp"
 #include "render/WidgetPainter.hpp"
@@ -89,7 +88,7 @@ void renderToFile(const views::Node& tree, const RenderContext& context, Format 
 
 std::vector<std::uint8_t> renderToPNGBytes(const views::Node& tree, const RenderContext& context) {
   const CairoSurface surface = rasterFor(tree, context);
-  return encodePNGPipelined(rowsOf(surface.get()));
+  return encodePNG(rowsOf(surface.get()));
 }
 
 std::string renderToSVG(const views::Node& tree, const RenderContext& context) {
