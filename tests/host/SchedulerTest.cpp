@@ -55,13 +55,12 @@ TEST_F(SchedulerTest, EachPolicyComesDueWhereItSaysButNeverAtOnce) {
     scheduler.place("w");
     const auto state = *scheduler.widget("w");
     scheduler.advanceTo(utc("13:00:00"));
-    const auto asks = fake.askTimes();
     std::string firstAsks;
-    for (std::size_t ask = 0; ask < std::min<std::size_t>(2, asks.size()); ++ask)
-      firstAsks += asks[ask].substr(11, 8) + " ";
+    for (std::size_t ask = 0; ask < std::min<std::size_t>(2, fake.asks.size()); ++ask)
+      firstAsks += local(fake.asks[ask].second).substr(11, 8) + " ";
     return (state.policy ? testing::policyText(*state.policy) : "no policy") + ", due " +
            (state.nextReload ? local(*state.nextReload) : "never") + ", asked at " + firstAsks + "(" +
-           std::to_string(asks.size()) + " asks)";
+           std::to_string(fake.asks.size()) + " asks)";
   });
 }
 
