@@ -98,13 +98,11 @@ TEST_F(SampleJournalCommand, TheLocaleTheDirectionAndTheTextSizeReachTheLayout) 
     EXPECT_EQ(layout(locale, options)["layoutDirection"], direction) << locale << " " << options;
   }
   const auto largestSymbol = [&](const std::string& size) {
+    const auto boxes = layout("en_US", "--dynamic-type " + size)["content"].flatten();
     double largest = 0;
-    std::vector<Json> pending{layout("en_US", "--dynamic-type " + size)["content"]};
-    while (!pending.empty()) {
-      const Json box = pending.back();
-      pending.pop_back();
-      if (box["type"] == "Image") largest = std::max(largest, box["frame"][3].get<double>());
-      for (const auto& child : box.value("children", Json::array())) pending.push_back(child);
+    for (const auto& [key, value] : boxes.items()) {
+      const auto box = key.substr(0, key.size() - 5);  // the box whose "/type" this is
+      if (key.ends_with("/type") && value == "Image") largest = std::max(largest, boxes.value(box + "/frame/3", 0.0));
     }
     return largest;
   };
