@@ -4,6 +4,7 @@
 
 #include "audit/AuditMatrix.hpp"
 #include "audit/GraphemeCount.hpp"
+#include "support/GoldenQuestion.hpp"
 
 namespace quillan::audit {
 namespace {
@@ -24,12 +25,11 @@ TEST(AuditMatrixTest, AllMeansEveryValueAndCasesOfOneKindAndLocaleFollowEachOthe
   EXPECT_NE(std::find(all.begin(), all.end(), "he_IL"), all.end());
 }
 
+// "TEXT" (escaped, '' when empty) => the graphemes a reader counts in it.
 TEST(AuditMatrixTest, GraphemesAreWhatAReaderCounts) {
-  const struct {
-    const char* text;
-    std::size_t graphemes;
-  } table[] = {{"", 0}, {"Wed", 3}, {"e\xCC\x81t\xC3\xA9", 3}, {"\xF0\x9F\x87\xA9\xF0\x9F\x87\xAA!", 2}, {"金曜日", 3}};
-  for (const auto& row : table) EXPECT_EQ(graphemeCount(row.text), row.graphemes) << row.text;
+  testing::expectGoldenAnswers("grapheme_counts.txt", [](const std::string& question) {
+    return std::to_string(graphemeCount(question == "''" ? "" : testing::unescaped(question)));
+  });
 }
 
 }  // namespace

@@ -1,29 +1,23 @@
 #include <gtest/gtest.h>
 
 #include "audit/AuditRun.hpp"
+#include "support/GoldenQuestion.hpp"
 
 namespace quillan::audit {
 namespace {
 
+Severity severityNamed(const std::string& name) { return *views::fromString<Severity>(name); }
+
+// "SEVERITY ... | FAIL-ON" (the new findings, "nothing" for none, and
+// --fail-on) => whether the run fails.
 TEST(AuditRunTest, ARunFailsOnlyWhenANewFindingReachesFailOn) {
-  using enum Severity;
-  const struct {
-    std::vector<Severity> found;
-    Severity failOn;
-    bool fails;
-  } table[] = {
-      {{}, info, false},
-      {{info}, info, true},
-      {{info, warning}, error, false},
-      {{warning}, warning, true},
-      {{warning, error}, error, true},
-      {{error}, info, true},
-  };
-  for (const auto& row : table) {
+  testing::expectGoldenAnswers("audit_fail_on.txt", [](const std::string& question) {
+    const auto cells = testing::cells(question);
     AuditOutcome outcome;
-    for (const auto severity : row.found) ++outcome.newCounts[static_cast<std::size_t>(severity)];
-    EXPECT_EQ(outcome.fails(row.failOn), row.fails) << views::toString(row.failOn);
-  }
+    for (const auto& name : testing::words(cells[0]))
+      if (name != "nothing") ++outcome.newCounts[static_cast<std::size_t>(severityNamed(name))];
+    return outcome.fails(severityNamed(cells[1])) ? "fails" : "passes";
+  });
 }
 
 }  // namespace

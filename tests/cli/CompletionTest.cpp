@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <map>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -16,16 +16,11 @@ using testing::runCommand;
 using testing::runProgram;
 using Words = std::vector<std::string>;
 
-// An option line of --help: its long name, and the kind of value it takes if the line shows one ("TEXT", "INT:...").
-struct HelpOption {
-  std::string name;
-  bool takesValue = false;
-};
-
-// What `quillan-widgets <path> --help` lists: the nested subcommands and every option, environment ones included.
+// What `quillan-widgets <path> --help` lists: the nested subcommands, and every option (environment ones
+// included) by its long name, with whether its line shows a value it takes ("TEXT", "INT:...").
 struct Help {
   Words subcommands;
-  std::vector<HelpOption> options;
+  std::map<std::string, bool> options;
 };
 
 Help helpOf(const Words& path) {
@@ -42,7 +37,7 @@ Help helpOf(const Words& path) {
     std::smatch match;
     if (!line.starts_with(" ") && line.ends_with(":")) inSubcommands = line == "Subcommands:";
     if (inSubcommands && std::regex_search(line, match, subcommandLine)) help.subcommands.push_back(match[1]);
-    if (std::regex_search(line, match, optionLine)) help.options.push_back({match[1], match[2].matched});
+    if (std::regex_search(line, match, optionLine)) help.options[match[1]] = match[2].matched;
   }
   return help;
 }
@@ -98,7 +93,7 @@ TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpL
     for (const auto* environment :
          {"--group-container", "--app-support", "--now", "--time-zone", "--locale", "--color-scheme",
           "--rendering-mode", "--platform-version", "--layout-direction", "--dynamic-type", "--seed"}) {
-      EXPECT_TRUE(std::ranges::any_of(help.options, [&](const auto& option) { return option.name == environment; }))
+      EXPECT_TRUE(help.options.contains(environment))
           << ::testing::PrintToString(path) << " --help does not list " << environment;
     }
     const auto offered = completions(path);
@@ -106,13 +101,12 @@ TEST(Completion, EveryHelpListsTheEnvironmentOptionsAndCompletionOffersWhatHelpL
       EXPECT_TRUE(offered.contains(subcommand))
           << ::testing::PrintToString(path) << " does not complete " << subcommand;
     }
-    for (const auto& option : help.options) {
-      EXPECT_TRUE(offered.contains(option.name))
-          << ::testing::PrintToString(path) << " does not complete " << option.name;
-      if (!option.takesValue) continue;
+    for (const auto& [option, takesValue] : help.options) {
+      EXPECT_TRUE(offered.contains(option)) << ::testing::PrintToString(path) << " does not complete " << option;
+      if (!takesValue) continue;
       // After an option that takes a value, values are offered, not options.
       Words words = path;
-      words.push_back(option.name);
+      words.push_back(option);
       for (const auto& word : completions(words))
         EXPECT_NE(word.front(), '-') << ::testing::PrintToString(words) << " offers " << word;
     }

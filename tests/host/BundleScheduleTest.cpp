@@ -45,12 +45,6 @@ const Week kWeeks[] = {
     {"America/Santiago", "2026-04-01T12:00:00-03:00", "2026-04-07T12:00:00-04:00"},
 };
 
-std::vector<std::string> bundleKinds() {
-  std::vector<std::string> kinds;
-  for (const auto& widget : bundle::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
-  return kinds;
-}
-
 // Every widget of the bundle does the same over a week: placed, then one
 // reload at each local start of day, each answered with that day's entry, and
 // nothing else. The golden file holds what one widget (named W) does.
@@ -60,7 +54,8 @@ TEST(BundleSchedule, EveryWidgetReloadsOnceAtEachLocalStartOfDay) {
     quillan::testing::ProcessEnvironment environment(week.placed, week.zone);
     EventLog log;
     Scheduler scheduler(at(week.placed), askBundle, log.listener());
-    const auto kinds = bundleKinds();
+    Strings kinds;
+    for (const auto& widget : bundle::TimelineWidgetBundle::body()) kinds.push_back(widget.kind);
     for (const auto& kind : kinds) scheduler.place(kind);
     scheduler.advanceTo(at(week.end));
 

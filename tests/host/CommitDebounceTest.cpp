@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/CommitDebounce.hpp"
+#include "support/GoldenQuestion.hpp"
 
 namespace quillan::host {
 namespace {
@@ -67,42 +68,16 @@ std::vector<int> reloadsOf(const Script& script) {
 }
 
 TEST(CommitDebounce, ReloadsAFinishedCommitAtOnceAndCoalescesTheRestOfItsBurst) {
-  const struct {
-    const char* name;
+  quillan::testing::expectGoldenAnswers("commit_debounce.txt", [](const std::string& question) {
+    const auto cells = quillan::testing::cells(question);
     Script script;
-    std::vector<int> reloads;
-  } cases[] = {
-      {"a commit after a quiet spell, finished by its write", {{0}, {{0, 'b'}}}, {0}},
-      {"a commit whose index header comes after its log frames", {{0, 1, 2}, {{5, 'b'}}}, {5}},
-      {"the commit's checkpoint into the main file", {{0, 10, 20}, {{0, 'b'}}}, {0}},
-      {"two commits far apart", {{0, 100}, {{0, 'b'}, {100, 'c'}}}, {0, 100}},
-      {"a burst of commits: the first at once, the rest once quiet",
-       {{0, 5, 10, 15}, {{0, 'b'}, {5, 'c'}, {15, 'e'}}},
-       {0, 65}},
-      {"writes that never move the mark, once quiet", {{0, 10}, {}}, {60}},
-      {"a mark that cannot be read, once quiet", {{0}, {{0, '?'}}}, {50}},
-      {"a mark unreadable after the commit's reload, once quiet", {{0, 10}, {{0, 'b'}, {10, '?'}}}, {0, 60}},
-      {"a mark that moves back, once quiet", {{0, 10}, {{0, 'b'}, {10, 'a'}}}, {0, 60}},
-      {"the app closing its log after the commit", {{0, 10, 20}, {{0, 'b'}, {20, 'B'}}}, {0}},
-      {"a journal moved into place after the commit", {{0, 10}, {{0, 'b'}, {10, '*'}}}, {0, 60}},
-      {"a commit after the app closed its log", {{0, 20, 200}, {{0, 'b'}, {20, 'B'}, {200, 'c'}}}, {0, 200}},
-      {"a commit in rollback mode, finished when its journal goes", {{0, 10}, {{-1, 'A'}, {0, '?'}, {10, 'C'}}}, {10}},
-      {"a commit in rollback mode after the log was used, once quiet", {{0, 10}, {{0, '?'}, {10, 'C'}}}, {60}},
-      {"a trickle: at once, then at each longest wait",
-       {{0, 20, 40, 60, 80, 100, 120, 140, 160, 180, 200, 220, 240, 260, 280, 300, 320, 340},
-        {{0, 'b'}, {20, 'c'}, {320, 'd'}}},
-       {0, 300, 390}},
-      {"a commit after the longest wait ended a trickle but not after a quiet spell",
-       {{0, 40, 80, 120, 160, 200, 240, 280, 320}, {{0, 'b'}, {40, 'c'}, {320, 'd'}}},
-       {0, 300, 370}},
-      {"a commit after a quiet spell that followed a trickle",
-       {{0, 40, 80, 120, 160, 200, 240, 280, 400}, {{0, 'b'}, {280, 'c'}, {400, 'd'}}},
-       {0, 300, 400}},
-  };
-  for (const auto& example : cases) {
-    SCOPED_TRACE(example.name);
-    EXPECT_EQ(reloadsOf(example.script), example.reloads);
-  }
+    for (const auto& write : quillan::testing::words(cells[0])) script.writes.push_back(std::stoi(write));
+    for (const auto& mark : quillan::testing::words(cells[1]))
+      script.marks[std::stoi(mark.substr(0, mark.find(':')))] = mark.back();
+    std::string reloads;
+    for (const int at : reloadsOf(script)) reloads += (reloads.empty() ? "" : " ") + std::to_string(at);
+    return reloads.empty() ? std::string("none") : reloads;
+  });
 }
 
 }  // namespace

@@ -77,11 +77,6 @@ struct FakeSource {
       return answer(kind, when);
     };
   }
-  std::vector<std::string> askTimes() const {
-    std::vector<std::string> times;
-    for (const auto& ask : asks) times.push_back(local(ask.second));
-    return times;
-  }
 };
 
 }  // namespace quillan::host::testing

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -9,6 +8,7 @@
 #include "host/HostEnvironment.hpp"
 #include "platform/FileManager.hpp"
 #include "platform/ISO8601.hpp"
+#include "support/AnsweringWorkerOptions.hpp"
 #include "support/Eventually.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "worker/WorkerOptions.hpp"
@@ -41,17 +41,12 @@ inline host::HostEnvironment hostEnvironment() {
   return environment;
 }
 
-// Workers for a live host in a test. The deadline is generous: test processes
-// run side by side on a busy machine, and a view that failed its deadline
-// stays failed until the widget's next picture. Under the address sanitizer a
-// child's shadow memory would pass the phone's ceiling, which is tested in
-// the worker's suite.
+// Workers for a live host in a test (see answeringOptions()). The deadline
+// is generous: test processes run side by side on a busy machine, and a view
+// that failed its deadline stays failed until the widget's next picture.
 inline worker::WorkerOptions hostWorkerOptions() {
-  worker::WorkerOptions options;
+  auto options = answeringOptions();
   options.deadline = std::chrono::seconds(60);
-#if defined(__SANITIZE_ADDRESS__)
-  options.memoryCeilingBytes = std::int64_t{1024} * 1024 * 1024;
-#endif
   return options;
 }
 

@@ -20,14 +20,6 @@ using widgets::TimelineReloadPolicy;
 constexpr double kHour = 3600;
 const Date kStart = at("2026-05-04T10:00:00Z");
 
-// One entry at the ask, asking again a day later: living through two days
-// shows as daily policy reloads, a significant time change as one free ask.
-FakeSource daily() {
-  return FakeSource{[](std::string_view, Date when) -> TimelineOutcome {
-    return TimelineAnswer{{when}, TimelineReloadPolicy::after(when.addingTimeInterval(24 * kHour))};
-  }};
-}
-
 class WidgetHostTest : public ::testing::Test {
  protected:
   quillan::testing::ProcessEnvironment environment{"2026-05-04T00:00:00Z", "UTC"};
@@ -38,7 +30,11 @@ class WidgetHostTest : public ::testing::Test {
 // by reason, and the host's time after, in seconds from kStart.
 std::string inputAnswer(const std::string& question) {
   const auto words = quillan::testing::words(question);
-  auto source = daily();
+  // One entry at the ask, asking again a day later: living through two days
+  // shows as daily policy reloads, a significant time change as one free ask.
+  FakeSource source{[](std::string_view, Date when) -> TimelineOutcome {
+    return TimelineAnswer{{when}, TimelineReloadPolicy::after(when.addingTimeInterval(24 * kHour))};
+  }};
   EventLog log;
   WidgetHost host(kStart, source.source(), log.listener());
   host.place("a");

@@ -38,9 +38,6 @@ class ConnectionWaiterTest : public ::testing::Test {
     waiter_->add(Connection{ends[0], client, {}, 0});
     return ends[1];
   }
-  static void send(int peer, const std::string& text) {
-    ASSERT_EQ(::send(peer, text.data(), text.size(), MSG_NOSIGNAL), static_cast<ssize_t>(text.size()));
-  }
   // What the waiter said before closing the client's end; nullopt while still open.
   static std::optional<std::string> closing(int peer, std::chrono::milliseconds limit) {
     std::string said;
@@ -85,7 +82,8 @@ TEST_F(ConnectionWaiterTest, SlowCrowdingAndOversizedClientsAreCutOff) {
   EXPECT_THAT(*timedOut, StartsWith("HTTP/1.1 408 "));
   EXPECT_EQ(closing(newest, std::chrono::seconds(2)), "") << "an idle connection closes without a word";
   const int huge = connect("huge");
-  send(huge, "GET / HTTP/1.1\r\nX: " + std::string(kMaxHeadBytes, 'x'));
+  const auto head = "GET / HTTP/1.1\r\nX: " + std::string(kMaxHeadBytes, 'x');
+  ASSERT_EQ(::send(huge, head.data(), head.size(), MSG_NOSIGNAL), static_cast<ssize_t>(head.size()));
   const auto refused = closing(huge, std::chrono::seconds(2));
   ASSERT_TRUE(refused);
   EXPECT_THAT(*refused, StartsWith("HTTP/1.1 431 "));

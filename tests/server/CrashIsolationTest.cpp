@@ -28,31 +28,26 @@ TEST(CrashIsolationTest, AnUndatedNoteFailsTheWidgetsThatReadNotesAndNothingElse
   ASSERT_EQ(placedWidgets(*client)["widgets"].size(), 5u);
   // Each view is built as its picture changes, right after the timelines.
   nlohmann::json widgets;
-  eventually(
+  ASSERT_TRUE(eventually(
       [&] {
         widgets = jsonOf(client->Get("/api/widgets"));
-        return std::count_if(widgets["widgets"].begin(), widgets["widgets"].end(),
+        return widgetOf(widgets, "ComposeButtonLockScreen")["state"] == "ok" &&
+               std::count_if(widgets["widgets"].begin(), widgets["widgets"].end(),
                              [](const auto& widget) { return widget["state"] == "failed"; }) == 4;
       },
-      std::chrono::seconds(60));
-
+      std::chrono::seconds(60)))
+      << widgets.dump();
   for (const char* kind : {"OnThisDayWidget", "OTDComposeWidget", "StreakWidget", "ComposeButtonWidget"}) {
     SCOPED_TRACE(kind);
-    const auto widget = widgetOf(widgets, kind);
-    EXPECT_EQ(widget["state"], "failed");
-    EXPECT_THAT(widget["reason"].get<std::string>(), HasSubstr("Fatal error"));
+    EXPECT_THAT(widgetOf(widgets, kind)["reason"].get<std::string>(), HasSubstr("Fatal error"));
     const auto picture = client->Get(std::string("/api/render?kind=") + kind);
     ASSERT_TRUE(picture);
     EXPECT_EQ(picture->status, 503);
     EXPECT_THAT(jsonOf(picture)["error"].get<std::string>(), HasSubstr("Fatal error"));
   }
-  EXPECT_EQ(widgetOf(widgets, "ComposeButtonLockScreen")["state"], "ok");
   const auto lock = client->Get("/api/render?kind=ComposeButtonLockScreen&format=png");
   ASSERT_TRUE(lock);
   EXPECT_EQ(lock->status, 200);
-  const auto stillAnswering = client->Get("/api/widgets");
-  ASSERT_TRUE(stillAnswering);
-  EXPECT_EQ(stillAnswering->status, 200);
 }
 
 }  // namespace

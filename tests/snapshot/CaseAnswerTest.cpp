@@ -18,15 +18,9 @@ TEST(CaseAnswerTest, ResultsComeBackWholeAndErrorsAsTheKindTheyWere) {
   difference.at(2, 1) = {250, 0, 9, 255};
   for (const auto& verdict : {SnapshotVerdict{"Tea_light", "", std::nullopt, std::nullopt},
                               SnapshotVerdict{"Tea_dark", "view tree differs", difference, std::nullopt}}) {
-    const auto back = decodeVerdict(resultOf(answerOf([&] { return encodeVerdict(verdict); })));
-    EXPECT_EQ(back.caseName, verdict.caseName);
-    EXPECT_EQ(back.problem, verdict.problem);
-    ASSERT_EQ(back.difference.has_value(), verdict.difference.has_value());
-    if (back.difference) {
-      EXPECT_EQ(back.difference->width, 3);
-      EXPECT_EQ(back.difference->height, 2);
-      EXPECT_EQ(back.difference->pixels, difference.pixels);
-    }
+    // Every field the answer carries, as a second encoding shows it.
+    EXPECT_EQ(encodeVerdict(decodeVerdict(resultOf(answerOf([&] { return encodeVerdict(verdict); })))),
+              encodeVerdict(verdict));
   }
 
   // Errors come back as the kind they were: a usage error stays one, another error is no usage error.
