@@ -23,8 +23,8 @@ void writeReferenceJournal(const std::filesystem::path& path, const fixtures::Jo
   const auto first = writer.addNote({.date = referenceDate(760100000), .info = "First", .timelineTab = tab});
   writer.skipPrimaryKeys("Note", 2);
   writer.addNote({.date = referenceDate(-31622400), .info = "Old", .timelineTab = 99});
-  writer.addImage({.owner = first, .imgData = bytes({0x89, 'P'}), .order = 2});
-  writer.addImage({.imgData = bytes({0xFF, 0xD8})});
+  writer.addImage({.owner = first, .imgData = fixtures::Bytes{0x89, 'P'}, .order = 2});
+  writer.addImage({.imgData = fixtures::Bytes{0xFF, 0xD8}});
 }
 
 std::string readReferenceJournal(const fixtures::JournalLayout& layout) {

@@ -32,17 +32,15 @@ inline std::shared_ptr<ManagedObjectContext> contextFor(const std::filesystem::p
   return std::make_shared<ManagedObjectContext>(coordinator);
 }
 
-inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) {
-  auto result = context.fetch(Note::fetchRequest());
+// Every object of one entity, in the store's order.
+template <typename Object>
+std::vector<std::shared_ptr<Object>> fetchAll(ManagedObjectContext& context) {
+  auto result = context.fetch(Object::fetchRequest());
   EXPECT_TRUE(result.ok()) << (result.ok() ? "" : result.error().description());
-  return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
+  return result.ok() ? result.value() : std::vector<std::shared_ptr<Object>>{};
 }
 
-inline fixtures::Bytes bytes(std::initializer_list<int> values) {
-  fixtures::Bytes out;
-  for (int value : values) out.push_back(static_cast<std::uint8_t>(value));
-  return out;
-}
+inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) { return fetchAll<Note>(context); }
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
 
