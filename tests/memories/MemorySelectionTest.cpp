@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "memories/MemorySelection.hpp"
 #include "memories/MemorySnapshot.hpp"

@@ -1,13 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <regex>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <thread>
 
 #include "StoreTestSupport.hpp"
