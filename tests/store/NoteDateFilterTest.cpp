@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "StoreTestSupport.hpp"
@@ -19,6 +18,7 @@ namespace {
 
 using testing::contextFor;
 using testing::fetchNotes;
+using testing::narrowed;
 using testing::TemporaryDirectory;
 using Notes = std::vector<std::shared_ptr<Note>>;
 
@@ -36,19 +36,6 @@ Notes literally(ManagedObjectContext& context, const NoteDateTest& keep) {
     if (keep(note->date())) kept.push_back(note);
   }
   return kept;
-}
-
-// Read through a window around a day, through ranges, or with neither.
-Notes narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
-               std::variant<std::monostate, NoteDateWindow, KeepRanges> narrowing = {}) {
-  const auto result = std::visit(
-      [&](const auto& by) {
-        if constexpr (std::is_same_v<decltype(by), const std::monostate&>) return fetchNotesWhereDate(context, keep);
-        else return fetchNotesWhereDate(context, by, keep);
-      },
-      narrowing);
-  EXPECT_TRUE(result.ok());
-  return result.ok() ? result.value() : Notes{};
 }
 
 // Notes on both sides of every edge of the day of `noon` and of the days

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <variant>
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ExtensionLog.hpp"
@@ -13,6 +14,7 @@
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
+#include "store/NoteDateFilter.hpp"
 #include "store/PersistentContainer.hpp"
 #include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -41,6 +43,21 @@ std::vector<std::shared_ptr<Object>> fetchAll(ManagedObjectContext& context) {
 }
 
 inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) { return fetchAll<Note>(context); }
+
+// How a judged read of the notes' dates is narrowed: by a window around a day, by ranges, or not.
+using NoteDateNarrowing = std::variant<std::monostate, NoteDateWindow, KeepRanges>;
+
+inline std::vector<std::shared_ptr<Note>> narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
+                                                   const NoteDateNarrowing& narrowing = {}) {
+  const auto result = std::visit(
+      [&](const auto& by) {
+        if constexpr (std::is_same_v<decltype(by), const std::monostate&>) return fetchNotesWhereDate(context, keep);
+        else return fetchNotesWhereDate(context, by, keep);
+      },
+      narrowing);
+  EXPECT_TRUE(result.ok());
+  return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
+}
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }
 
