@@ -22,10 +22,6 @@ int readWithoutWriteAccess(const std::filesystem::path& folder, const std::funct
   return status;
 }
 
-bool readsExactly(const std::vector<std::string>& expected) {
-  return infos(CoreDataStack::makeForTesting()->persistentContainer()) == expected;
-}
-
 using ReadOnlyFolderTest = StoreFolders;
 
 // A journal the app closed cleanly is read immutable, and one it has open
@@ -60,7 +56,8 @@ TEST_F(ReadOnlyFolderTest, AJournalIsReadAsTheAppLeftItOrNotAtAll) {
     const int status = readWithoutWriteAccess(group(), [&state] {
       if (state.indexLost) ::close(STDERR_FILENO);
       // A crashed app's journal must not be read at all.
-      const bool readWhole = readsExactly({"committed", "maybe only in the wal"});
+      const auto read = infos(CoreDataStack::makeForTesting()->persistentContainer());
+      const bool readWhole = read == std::vector<std::string>{"committed", "maybe only in the wal"};
       return readWhole || state.indexLost;
     });
     EXPECT_EQ(status != 0, state.indexLost);
