@@ -18,10 +18,6 @@ using views::Environment;
 
 class ComposeButton : public testing::JournalTest {
  protected:
-  void SetUp() override {
-    JournalTest::SetUp();
-    platform::RandomSource::seed(1);
-  }
   void TearDown() override { platform::RandomSource::useSystem(); }
 
   static Environment environment(int major, views::WidgetRenderingMode mode = views::WidgetRenderingMode::fullColor) {

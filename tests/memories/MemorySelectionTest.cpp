@@ -1,13 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "memories/MemorySelection.hpp"
 #include "memories/MemorySnapshot.hpp"
 #include "memories/MemorySummary.hpp"
 #include "platform/Clock.hpp"
-#include "platform/ISO8601.hpp"
 #include "support/GoldenFile.hpp"
 #include "support/JournalTest.hpp"
 #include "support/ProcessEnvironment.hpp"
@@ -19,10 +17,11 @@ namespace {
 using quillan::testing::ProcessEnvironment;
 using MemorySelection = quillan::testing::JournalTest;
 
-std::vector<std::string> texts(const NoteList& notes) {
-  std::vector<std::string> result;
-  for (const auto& note : notes) result.push_back(note->info().value_or("<none>"));
-  return result;
+// The notes' labels, each after a space.
+std::string labels(const NoteList& notes) {
+  std::string text;
+  for (const auto& note : notes) text += " " + note->info().value_or("<none>");
+  return text;
 }
 
 TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
@@ -35,48 +34,28 @@ TEST_F(MemorySelection, MatchesTodaysMonthAndDayInEarlierYearsOnly) {
   });
 }
 
-// Memories keep the store's order. Groups are days, newest first, with the
-// store's order within, so the representative memory is the first-fetched
-// note of the newest day, not its earliest or latest.
-TEST_F(MemorySelection, GroupsByDayNewestFirstWithTheStoresOrderWithin) {
-  ProcessEnvironment environment("2026-11-16T12:00:00+01:00", "Europe/Berlin");
-  journal.addNote("2026-11-16T08:00:00+01:00", "today");
-  EXPECT_TRUE(memoryGroups().empty());
-  EXPECT_EQ(moreCount(), -1);
-  EXPECT_EQ(headerDate(), platform::Clock::now());
-  journal.addNote("2023-11-16T09:00:00+01:00", "2023");
-  EXPECT_EQ(moreCount(), 0);
-  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2023-11-16T09:00:00+01:00"));
-  journal.addNote("2025-11-16T14:00:00+01:00", "2025 afternoon");
-  journal.addNote("2025-11-17T09:00:00+01:00", "tomorrow last year");
-  journal.addNote("2024-11-16T09:00:00+01:00", "2024");
-  journal.addNote("2025-11-16T07:00:00+01:00", "2025 morning");
-  journal.addNote("2025-11-16T23:00:00+01:00", "2025 night");
-
-  EXPECT_EQ(texts(fetchMemories()),
-            (std::vector<std::string>{"2023", "2025 afternoon", "2024", "2025 morning", "2025 night"}));
-  const auto groups = memoryGroups();
-  ASSERT_EQ(groups.size(), 3u);
-  EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"2025 afternoon", "2025 morning", "2025 night"}));
-  EXPECT_EQ(texts(groups[1]), std::vector<std::string>{"2024"});
-  EXPECT_EQ(texts(groups[2]), std::vector<std::string>{"2023"});
-  EXPECT_EQ(representativeMemory()->info(), "2025 afternoon");
-  EXPECT_EQ(moreCount(), 4);
-  EXPECT_EQ(headerDate(), *platform::ISO8601::parse("2025-11-16T14:00:00+01:00"));
-  EXPECT_FALSE(newerGroupFirst(groups[0], groups[0]));
-}
-
-// Grouping is by the local day: two notes of one UTC day fall into two local
-// days, and only one of them is on this day.
-TEST_F(MemorySelection, DayKeysAreLocalDays) {
-  ProcessEnvironment environment("2026-11-16T12:00:00-05:00", "America/New_York");
-  journal.addNote("2025-11-16T01:00:00Z", "15 Nov in New York");
-  journal.addNote("2025-11-16T23:00:00Z", "16 Nov in New York");
-  journal.addNote("2025-11-17T04:30:00Z", "16 Nov, late, in New York");
-  const auto groups = memoryGroups();
-  ASSERT_EQ(groups.size(), 1u);
-  EXPECT_EQ(texts(groups[0]), (std::vector<std::string>{"16 Nov in New York", "16 Nov, late, in New York"}));
-  EXPECT_EQ(memoryDayKey(*groups[0][0]), "Nov 16, 2025");
+// Memories keep the store's order. Groups are local days, newest first, with
+// the store's order within, so the representative memory is the first-fetched
+// note of the newest day, not its earliest or latest: LOCALE ZONE NOW NOTE...
+// => the memories and groups by each note's place in the journal, the
+// representative one with its day's key, how many more there are and the header's date.
+TEST_F(MemorySelection, GroupsByLocalDayNewestFirstWithTheStoresOrderWithin) {
+  quillan::testing::expectGoldenAnswers("memory_groups.txt", [this](const std::string& question) {
+    const auto args = quillan::testing::words(question);
+    journal.clear();
+    ProcessEnvironment environment(args[2], args[1], args[0]);
+    for (std::size_t note = 3; note < args.size(); ++note) journal.addNote(args[note], std::to_string(note - 2));
+    std::string answer = "memories" + labels(fetchMemories()) + "; groups";
+    for (const auto& group : memoryGroups()) {
+      EXPECT_FALSE(newerGroupFirst(group, group));
+      answer += " [" + labels(group).substr(1) + "]";
+    }
+    if (!fetchMemories().empty()) {
+      const auto first = representativeMemory();
+      answer += "; first " + first->info().value_or("") + " (" + memoryDayKey(*first) + ")";
+    }
+    return answer + "; " + std::to_string(moreCount()) + " more, header " + ProcessEnvironment::local(headerDate());
+  });
 }
 
 using MemorySelectionDeathTest = MemorySelection;

@@ -25,14 +25,13 @@ using namespace views;
 using quillan::testing::ProcessEnvironment;
 using views::testing::expectGoldenTree;
 
-Node drawSmall(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  return OnThisDayWidgetEntryView(widgets::SimpleEntry{platform::Clock::now()}, compose::onThisDayURL())
-      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemSmall});
-}
-
-Node drawMedium(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
-  return OTDComposeWidgetEntryView(widgets::OTDComposeEntry{platform::Clock::now()})
-      .body({.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemMedium});
+// The on-this-day widget when small, the one with the compose button when medium.
+Node draw(WidgetFamily family = WidgetFamily::systemSmall, ColorScheme scheme = ColorScheme::light,
+          PlatformVersion version = {17, 0}) {
+  const Environment environment{.colorScheme = scheme, .platformVersion = version, .family = family};
+  if (family == WidgetFamily::systemMedium)
+    return OTDComposeWidgetEntryView({platform::Clock::now()}).body(environment);
+  return OnThisDayWidgetEntryView({platform::Clock::now()}, compose::onThisDayURL()).body(environment);
 }
 
 // The memory panel's VStack, inside the small view's AnyView.
@@ -90,7 +89,7 @@ TEST_F(MemoryViews, NoteTextIsStyledWhereItCanBeAndKeptWhole) {
     journal.clear();
     log.clear();
     journal.addNote(std::string("2025-11-16T09:00:00Z"), c.note);
-    const auto panel = smallPanel(drawSmall());
+    const auto panel = smallPanel(draw());
     std::string shown;
     for (const auto& expected : c.runs) shown += expected.text;
     EXPECT_EQ(textOf(noteTextNode(panel)).text, shown) << c.name;
@@ -106,7 +105,7 @@ TEST_F(MemoryViews, DateLabelsFollowLocaleAndCalendar) {
   journal.addNote("2025-11-16T09:00:00Z", "last year");
   quillan::testing::expectGoldenAnswers("memory_date_labels.txt", [](const std::string& locale) {
     ProcessEnvironment environment("2026-11-16T12:00:00Z", "UTC", locale);
-    const auto panel = smallPanel(drawSmall());
+    const auto panel = smallPanel(draw());
     return textOf(headerText(panel)).text + ", " + textOf(yearText(panel)).text;
   });
 }
@@ -125,7 +124,8 @@ TEST_F(MemoryViews, MatchTheGoldenTrees) {
     }
     const auto scheme = parseColorScheme(cells[2]);
     const auto version = parsePlatformVersion(cells[3]);
-    expectGoldenTree(cells[1] == "small" ? drawSmall(scheme, version) : drawMedium(scheme, version), cells[0]);
+    expectGoldenTree(
+        draw(cells[1] == "small" ? WidgetFamily::systemSmall : WidgetFamily::systemMedium, scheme, version), cells[0]);
   });
 }
 

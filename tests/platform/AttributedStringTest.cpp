@@ -56,14 +56,10 @@ TEST(InlineMarkdown, DeeplyNestedSyntaxIsWalkedOnASmallStack) {
       {nested("~~", "x", "~~", kDepth), "[]\"" + nested("~~", "x", "~~", kDepth) + "\""},
       {nested("~", "x", "~", kDepth), "[]\"" + nested("~", "x", "~", kDepth) + "\""},
   };
-  std::vector<std::string> results;
+  // Compared whole, not printed: the texts are megabytes long.
   testing::runOnStackOf(1 << 20, [&] {
-    for (const auto& [markdown, runs] : cases) results.push_back(describe(runsOf(markdown)));
+    for (const auto& [markdown, runs] : cases) EXPECT_TRUE(describe(runsOf(markdown)) == runs) << markdown.substr(0, 8);
   });
-  ASSERT_EQ(results.size(), std::size(cases));
-  for (std::size_t i = 0; i < results.size(); ++i) {
-    EXPECT_TRUE(results[i] == cases[i].second) << "case " << i << ": " << cases[i].first.substr(0, 8) << "...";
-  }
 }
 
 // Markdown is read only within a bound of bytes (moved back to a character's

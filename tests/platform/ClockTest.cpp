@@ -7,10 +7,6 @@
 namespace quillan::platform {
 namespace {
 
-double systemUnixSeconds() {
-  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
-}
-
 TEST(Clock, PinnedClockHoldsStillAndUnpinnedFollowsTheSystem) {
   const auto pinned = Date::fromReferenceSeconds(800'000'000.5);
   Clock::pin(pinned);
@@ -18,7 +14,8 @@ TEST(Clock, PinnedClockHoldsStillAndUnpinnedFollowsTheSystem) {
   EXPECT_EQ(Clock::pinned(), pinned);
   Clock::unpin();
   EXPECT_FALSE(Clock::pinned().has_value());
-  EXPECT_NEAR(Clock::now().unixSeconds(), systemUnixSeconds(), 5.0);
+  const std::chrono::duration<double> system = std::chrono::system_clock::now().time_since_epoch();
+  EXPECT_NEAR(Clock::now().unixSeconds(), system.count(), 5.0);
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <optional>
+#include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "platform/Locale.hpp"
 #include "platform/TimeZone.hpp"
@@ -13,24 +11,22 @@
 namespace quillan::platform {
 namespace {
 
-// Sets environment variables for one test and puts the old values back.
+// Keeps the variables that name the zone and the locale, and puts them back when it goes.
 class ScopedEnvironment {
  public:
-  ~ScopedEnvironment() {
-    for (const auto& [name, value] : saved_) {
-      if (value) setenv(name.c_str(), value->c_str(), 1);
-      else unsetenv(name.c_str());
+  ScopedEnvironment() {
+    for (const char* name : kNames) {
+      if (const char* value = std::getenv(name)) saved_[name] = value;
     }
   }
-  void set(const std::string& name, const char* value) {
-    const char* old = std::getenv(name.c_str());
-    saved_.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
-    if (value) setenv(name.c_str(), value, 1);
-    else unsetenv(name.c_str());
+  ~ScopedEnvironment() {
+    for (const char* name : kNames) set(name, saved_.contains(name) ? saved_.at(name).c_str() : nullptr);
   }
+  static void set(const char* name, const char* value) { value ? setenv(name, value, 1) : unsetenv(name); }
 
  private:
-  std::vector<std::pair<std::string, std::optional<std::string>>> saved_;
+  static constexpr const char* kNames[] = {"TZ", "LC_ALL", "LC_TIME", "LANG"};
+  std::map<std::string, std::string> saved_;
 };
 
 TEST(TimeZoneAndLocale, CurrentAreTheHostsChoiceElseTheEnvironments) {
@@ -70,7 +66,9 @@ TEST(Locale, CurrentReadsLcAllThenLcTimeThenLang) {
     ScopedEnvironment environment;
     const char* names[] = {"LC_ALL", "LC_TIME", "LANG"};
     for (std::size_t index = 0; index < 3; ++index) {
-      environment.set(names[index], args[index] == "-" ? nullptr : args[index] == "''" ? "" : args[index].c_str());
+      ScopedEnvironment::set(names[index], args[index] == "-"    ? nullptr
+                                           : args[index] == "''" ? ""
+                                                                 : args[index].c_str());
     }
     return Locale::current().identifier();
   });

@@ -34,10 +34,8 @@ TEST(PerceptualColorDistance, SpansTheLabScaleAndSeesAlpha) {
   EXPECT_EQ(perceptualDistance({0, 0, 0, 0}, {0, 0, 0, 0}), 0);
 }
 
-PixelImage filled(int width, int height, Pixel pixel) { return PixelImage(width, height, pixel); }
-
 TEST(ImageComparison, CountsPixelsBeyondThePerceptualTolerance) {
-  const auto reference = filled(40, 25, kOrange);
+  const auto reference = PixelImage(40, 25, kOrange);
   auto candidate = reference;
   candidate.at(3, 4) = kBlack;                // far off
   candidate.at(10, 10) = {254, 149, 0, 255};  // barely off
@@ -54,12 +52,12 @@ TEST(ImageComparison, CountsPixelsBeyondThePerceptualTolerance) {
   EXPECT_EQ(lenient.matchingCount, 999u);
   // Mid grey lies about 53.6 ΔE from black: inside a tolerance of 60, outside one of 50.
   const Pixel grey{128, 128, 128, 255};
-  EXPECT_EQ(compareImages(filled(2, 2, kBlack), filled(2, 2, grey), 0.4).matchingCount, 4u);
-  EXPECT_EQ(compareImages(filled(2, 2, kBlack), filled(2, 2, grey), 0.5).matchingCount, 0u);
+  EXPECT_EQ(compareImages(PixelImage(2, 2, kBlack), PixelImage(2, 2, grey), 0.4).matchingCount, 4u);
+  EXPECT_EQ(compareImages(PixelImage(2, 2, kBlack), PixelImage(2, 2, grey), 0.5).matchingCount, 0u);
 }
 
 TEST(ImageComparison, PicturesOfAnotherSizeMatchNowhere) {
-  const auto comparison = compareImages(filled(10, 10, kWhite), filled(10, 11, kWhite), 0.0);
+  const auto comparison = compareImages(PixelImage(10, 10, kWhite), PixelImage(10, 11, kWhite), 0.0);
   EXPECT_FALSE(comparison.sameSize);
   EXPECT_EQ(comparison.matchingShare(), 0);
   EXPECT_FALSE(comparison.passes(0));
@@ -68,7 +66,7 @@ TEST(ImageComparison, PicturesOfAnotherSizeMatchNowhere) {
 }
 
 TEST(ImageComparison, TheDifferenceImageShowsReferenceNewAndMismatchesSideBySide) {
-  const auto reference = filled(6, 4, kWhite);
+  const auto reference = PixelImage(6, 4, kWhite);
   auto candidate = reference;
   candidate.at(2, 1) = kBlack;
   const auto comparison = compareImages(reference, candidate, 1.0);
@@ -82,7 +80,7 @@ TEST(ImageComparison, TheDifferenceImageShowsReferenceNewAndMismatchesSideBySide
   EXPECT_EQ(sheet.at(2 * (6 + gap) + 2, 1), magenta);
   EXPECT_NE(sheet.at(2 * (6 + gap) + 3, 1), magenta);
   // Sizes that differ: every pixel of the difference is marked.
-  const auto bigger = filled(7, 4, kWhite);
+  const auto bigger = PixelImage(7, 4, kWhite);
   const auto mismatch = differenceImage(reference, bigger, compareImages(reference, bigger, 1.0));
   EXPECT_EQ(mismatch.at(2 * (7 + gap) + 6, 3), magenta);
 }

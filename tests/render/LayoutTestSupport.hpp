@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <functional>
 #include <map>
+#include <regex>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -33,7 +30,12 @@ inline std::vector<std::string> lineTexts(const TextLayout& layout) {
 // takes priority, h and v (alignment fractions) and baseline (first, last).
 class LayoutTreeText {
  public:
-  explicit LayoutTreeText(std::string text) : text_(std::move(text)) {}
+  explicit LayoutTreeText(const std::string& text) {
+    // A quoted text, one of "(),", or a word; an empty token ends the text.
+    static const std::regex token(R"("[^"]*"|[(),]|[^ (),]+)");
+    for (std::sregex_iterator at(text.begin(), text.end(), token), end; at != end; ++at) tokens_.push_back(at->str());
+    tokens_.emplace_back();
+  }
 
   LayoutNode node() {
     static const std::map<std::string, LayoutKind> kinds = {
@@ -42,12 +44,12 @@ class LayoutTreeText {
         {"frame", LayoutKind::frame},           {"flex", LayoutKind::flexibleFrame}, {"padding", LayoutKind::padding},
         {"background", LayoutKind::background}, {"offset", LayoutKind::offset}};
     LayoutNode n;
-    n.kind = kinds.at(token());
-    for (auto next = peek(); next != "," && next != ")" && !next.empty(); next = peek()) {
-      const auto word = token();
+    n.kind = kinds.at(tokens_[next_++]);
+    while (tokens_[next_] != "," && tokens_[next_] != ")" && !tokens_[next_].empty()) {
+      const auto word = tokens_[next_++];
       if (word == "(") {
         do n.children.push_back(node());
-        while (token() == ",");
+        while (tokens_[next_++] == ",");
       } else if (word.front() == '"') {
         n.text = plain(word.substr(1, word.size() - 2));
       } else {
@@ -82,30 +84,8 @@ class LayoutTreeText {
     setters.at(key)();
   }
 
-  std::string peek() {
-    const auto at = position_;
-    auto next = token();
-    position_ = at;
-    return next;
-  }
-
-  // A quoted text, one of "(),", or a word.
-  std::string token() {
-    while (position_ < text_.size() && text_[position_] == ' ') ++position_;
-    if (position_ == text_.size()) return "";
-    const auto start = position_;
-    if (text_[position_] == '"') {
-      position_ = text_.find('"', start + 1) + 1;
-    } else if (std::string_view("(),").find(text_[position_]) != std::string_view::npos) {
-      ++position_;
-    } else {
-      position_ = std::min(text_.find_first_of(" (),", start), text_.size());
-    }
-    return text_.substr(start, position_ - start);
-  }
-
-  std::string text_;
-  std::size_t position_ = 0;
+  std::vector<std::string> tokens_;
+  std::size_t next_ = 0;
 };
 
 }  // namespace quillan::render::testing

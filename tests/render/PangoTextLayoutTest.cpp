@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -14,9 +15,7 @@ using testing::lineTexts;
 using testing::plain;
 
 std::string joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const auto& line : lines) text += line;
-  return text;
+  return std::accumulate(lines.begin(), lines.end(), std::string());
 }
 
 TextLayout laidOut(const std::string& text, std::optional<double> width, std::optional<int> lineLimit = {}) {

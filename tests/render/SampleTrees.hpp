@@ -1,9 +1,8 @@
 #pragma once
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "support/GoldenFile.hpp"
 #include "views/ViewTreeJson.hpp"
 
 namespace quillan::render::testing {
@@ -11,8 +10,7 @@ namespace quillan::render::testing {
 // A widget's view tree as the widgets' golden files hold it (tests/data/golden):
 // the trees the widgets really build, not hand-made look-alikes.
 inline views::Node goldenTree(const std::string& name) {
-  std::ifstream file(std::string(QUILLAN_TEST_DATA_DIR) + "/golden/" + name);
-  return views::decodeViewTree(std::string(std::istreambuf_iterator<char>(file), {}));
+  return views::decodeViewTree(quillan::testing::readGolden(name));
 }
 
 inline views::Node streakMedium() { return goldenTree("streak_medium_light_17.json"); }

@@ -79,13 +79,9 @@ class FetchRequests : public ::testing::Test {
   }
 
   std::vector<std::string> infos(const FetchRequest<Note>& request) {
-    auto result = context_->fetch(request);
+    const auto result = context_->fetch(request);
     EXPECT_TRUE(result.ok());
-    std::vector<std::string> out;
-    if (result.ok()) {
-      for (const auto& note : result.value()) out.push_back(note->info().value_or("-"));
-    }
-    return out;
+    return result.ok() ? testing::infos(result.value()) : std::vector<std::string>{};
   }
 
   TemporaryDirectory directory_;

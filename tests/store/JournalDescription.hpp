@@ -46,13 +46,6 @@ inline std::string ownerOf(const std::shared_ptr<Note>& owner, const std::vector
   return std::to_string(owner->objectID().primaryKey) + (live ? "" : " (another object)");
 }
 
-template <typename Object>
-std::vector<std::shared_ptr<Object>> fetchAll(ManagedObjectContext& context) {
-  auto result = context.fetch(Object::fetchRequest());
-  EXPECT_TRUE(result.ok());
-  return result.ok() ? result.value() : std::vector<std::shared_ptr<Object>>{};
-}
-
 inline std::string describeJournal(ManagedObjectContext& context) {
   std::string text;
   const auto notes = fetchNotes(context);

@@ -26,20 +26,14 @@ struct Judged {
 };
 
 // Every date the test is asked about, and the kept notes' keys; keeps every other one.
-Judged judge(const std::filesystem::path& journal, std::optional<NoteDateWindow> window,
-             const KeepRanges* ranges = nullptr) {
+Judged judge(const std::filesystem::path& journal, const testing::NoteDateNarrowing& narrowing = {}) {
   Judged judged;
   const NoteDateTest keep = [&](const std::optional<platform::Date>& date) {
     judged.seen.push_back(date);
     return judged.seen.size() % 2 == 1;
   };
-  auto context = contextFor(journal);
-  const auto notes = window   ? fetchNotesWhereDate(*context, *window, keep)
-                     : ranges ? fetchNotesWhereDate(*context, *ranges, keep)
-                              : fetchNotesWhereDate(*context, keep);
-  EXPECT_TRUE(notes.ok());
-  if (notes.ok()) {
-    for (const auto& note : notes.value()) judged.kept.push_back(note->objectID().primaryKey);
+  for (const auto& note : testing::narrowed(*contextFor(journal), keep, narrowing)) {
+    judged.kept.push_back(note->objectID().primaryKey);
   }
   return judged;
 }
@@ -61,19 +55,14 @@ TEST_F(KnownDates, JudgeEveryStorageClassAsTheTableScanDoes) {
   writeOddlyDatedJournal(journal_);
   const double moment = kMoment.timeIntervalSinceReferenceDate();
   const KeepRanges dayOfTheMoment({moment - 1e9, moment + 1e9}, {{moment - 86400, moment + 86400}});
-  const struct {
-    const char* name;
-    std::optional<NoteDateWindow> window;
-    const KeepRanges* ranges;
-  } reads[] = {{"everything", {}, nullptr},
-               {"window", NoteDateWindow::aroundDayOf(kMoment), nullptr},
-               {"ranges", {}, &dayOfTheMoment}};
-  for (const auto& [name, window, ranges] : reads) {
+  const std::pair<const char*, testing::NoteDateNarrowing> reads[] = {
+      {"everything", {}}, {"window", NoteDateWindow::aroundDayOf(kMoment)}, {"ranges", dayOfTheMoment}};
+  for (const auto& [name, narrowing] : reads) {
     SCOPED_TRACE(name);
     useKnownDateColumn(nullptr);
-    const auto scanned = judge(journal_, window, ranges);
+    const auto scanned = judge(journal_, narrowing);
     useKnownDateColumn(readDates(journal_));
-    const auto known = judge(journal_, window, ranges);
+    const auto known = judge(journal_, narrowing);
     EXPECT_EQ(known.seen, scanned.seen);
     EXPECT_EQ(known.kept, scanned.kept);
     EXPECT_GT(scanned.kept.size(), 2u);
@@ -84,7 +73,7 @@ TEST_F(KnownDates, JudgeEveryStorageClassAsTheTableScanDoes) {
   std::memcpy(bytes.data() + bytes.size() - sizeof planted - 1, &planted, sizeof planted);
   bytes.back() = static_cast<char>(DateColumnRead::Storage::number);
   useKnownDateColumn(std::make_shared<const DateColumnRead>(*DateColumnRead::decode(bytes)));
-  EXPECT_EQ(judge(journal_, std::nullopt).seen.back(), platform::Date::fromReferenceSeconds(planted));
+  EXPECT_EQ(judge(journal_).seen.back(), platform::Date::fromReferenceSeconds(planted));
 }
 
 TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritten) {
@@ -101,8 +90,8 @@ TEST_F(KnownDates, StopBeingCurrentWhenTheJournalIsCommittedToReplacedOrRewritte
     std::function<void(const std::filesystem::path&)> apply;   // after it
     bool current;
   } changes[] = {
-      {"read by another reader", none, [](const auto& journal) { judge(journal, std::nullopt); }, true},
-      {"read while the app has it open", openApp, [](const auto& journal) { judge(journal, std::nullopt); }, true},
+      {"read by another reader", none, [](const auto& journal) { judge(journal); }, true},
+      {"read while the app has it open", openApp, [](const auto& journal) { judge(journal); }, true},
       {"committed through the WAL", openApp, [&](const auto&) { app->addNote({.date = kMoment}); }, false},
       {"committed and closed by the app", none,
        [](const auto& journal) { fixtures::JournalAppender(journal).addNote({.date = kMoment}); }, false},

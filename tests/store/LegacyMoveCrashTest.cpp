@@ -21,13 +21,6 @@ constexpr int kNotes = 20000;
 // move, and the group container then holds the journal and nothing else.
 class LegacyMoveCrashTest : public StoreFolders {
  protected:
-  void writeTemplate() {
-    fixtures::JournalWriter writer(directory_ / "template.sqlite");
-    writer.begin();
-    for (int i = 0; i < kNotes; ++i) writer.addNote({.info = std::string(200, 'n')});
-    writer.commit();
-  }
-
   void resetToLegacyState() {
     std::filesystem::remove_all(group());
     std::filesystem::create_directories(group());
@@ -43,18 +36,15 @@ class LegacyMoveCrashTest : public StoreFolders {
     }
     return child;
   }
-
-  std::vector<std::string> groupEntries() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(group())) {
-      names.push_back(entry.path().filename().string());
-    }
-    return names;
-  }
 };
 
 TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) {
-  writeTemplate();
+  {
+    fixtures::JournalWriter writer(directory_ / "template.sqlite");
+    writer.begin();
+    for (int i = 0; i < kNotes; ++i) writer.addNote({.info = std::string(200, 'n')});
+    writer.commit();
+  }
   resetToLegacyState();
   const auto started = std::chrono::steady_clock::now();
   ::waitpid(startMove(), nullptr, 0);
@@ -81,25 +71,26 @@ TEST_F(LegacyMoveCrashTest, KilledAtRandomPointsTheNextRunLeavesOnlyTheJournal) 
     // The run that gave up the move deleted the legacy file: what is left must be the whole journal.
     EXPECT_EQ(fetchNotes(*contextFor(sharedStore())).size(), static_cast<std::size_t>(kNotes))
         << "the journal left, killed after " << delay << " us";
-    for (const auto& name : groupEntries()) {
+    for (const auto& entry : std::filesystem::directory_iterator(group())) {
+      const auto name = entry.path().filename().string();
       EXPECT_EQ(name.rfind("Quillan.sqlite", 0), 0u) << name << " left behind, killed after " << delay << " us";
     }
   }
 }
 
 TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
-  // A writer that has finished: its pid is gone and nothing holds its lock.
-  const pid_t finished = ::fork();
-  if (finished == 0) ::_exit(0);
-  ::waitpid(finished, nullptr, 0);
-  const auto abandoned = TemporaryStoreCopy::pathFor(sharedStore(), finished);
-  for (const char* suffix : {"", "-wal", "-shm"}) std::ofstream(abandoned.string() + suffix) << "half";
+  // Writers that have finished: their pids are gone and nothing holds their locks.
+  const auto finishedWriter = [] {
+    const pid_t pid = ::fork();
+    if (pid == 0) ::_exit(0);
+    ::waitpid(pid, nullptr, 0);
+    return pid;
+  };
+  const auto abandoned = TemporaryStoreCopy::pathFor(sharedStore(), finishedWriter()).string();
+  for (const char* suffix : {"", "-wal", "-shm"}) std::ofstream(abandoned + suffix) << "half";
   // A copy already renamed into place leaves only its companions.
-  const pid_t renamer = ::fork();
-  if (renamer == 0) ::_exit(0);
-  ::waitpid(renamer, nullptr, 0);
-  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), renamer);
-  std::ofstream(renamed.string() + "-shm") << "left after the rename";
+  const auto renamed = TemporaryStoreCopy::pathFor(sharedStore(), finishedWriter()).string() + "-shm";
+  std::ofstream(renamed) << "left after the rename";
 
   // A writer still copying.
   int ready[2];
@@ -117,10 +108,9 @@ TEST_F(LegacyMoveCrashTest, OnlyCopiesWhoseWriterIsGoneAreRemoved) {
   std::ofstream(group() / ".Quillan.sqlite.migrating-notes") << "not ours: no pid";
 
   TemporaryStoreCopy::removeAbandoned(sharedStore());
-  EXPECT_FALSE(std::filesystem::exists(abandoned));
-  EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-wal"));
-  EXPECT_FALSE(std::filesystem::exists(abandoned.string() + "-shm"));
-  EXPECT_FALSE(std::filesystem::exists(renamed.string() + "-shm"));
+  for (const auto& gone : {abandoned, abandoned + "-wal", abandoned + "-shm", renamed}) {
+    EXPECT_FALSE(std::filesystem::exists(gone)) << gone;
+  }
   EXPECT_TRUE(std::filesystem::exists(inProgress)) << "a live writer's copy stays";
   EXPECT_TRUE(std::filesystem::exists(group() / ".Quillan.sqlite.migrating-notes"));
 

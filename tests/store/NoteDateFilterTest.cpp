@@ -18,6 +18,7 @@ namespace {
 
 using testing::contextFor;
 using testing::fetchNotes;
+using testing::narrowed;
 using testing::TemporaryDirectory;
 using Notes = std::vector<std::shared_ptr<Note>>;
 
@@ -35,13 +36,6 @@ Notes literally(ManagedObjectContext& context, const NoteDateTest& keep) {
     if (keep(note->date())) kept.push_back(note);
   }
   return kept;
-}
-
-Notes narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
-               std::optional<NoteDateWindow> window = std::nullopt) {
-  auto result = window ? fetchNotesWhereDate(context, *window, keep) : fetchNotesWhereDate(context, keep);
-  EXPECT_TRUE(result.ok());
-  return result.ok() ? result.value() : Notes{};
 }
 
 // Notes on both sides of every edge of the day of `noon` and of the days
@@ -170,6 +164,43 @@ TEST(NarrowedReads, HandUndatedAndOddlyStoredDatesToTheTestWhereverTheyAre) {
   }
   EXPECT_EQ(narrowed(*context, keepAll, NoteDateWindow::aroundDayOf(testing::kMoment)), expected);
   EXPECT_EQ(seen, expectedSeen);
+}
+
+// Ranges rule some dates out unasked; on a journal small enough for one scan
+// and on one whose primary keys reach far enough to be judged in two halves,
+// the test is asked about the rest in store order and the same notes come back.
+TEST(NarrowedReads, RangesAskAboutEveryDateTheyLeaveInOneScanOrTwoHalves) {
+  const double day = 86400.0, at = testing::kMoment.timeIntervalSinceReferenceDate();
+  const KeepRanges ranges({at - 1000 * day, at + 1000 * day}, {{at - 400 * day, at - 300 * day}, {at, at + day}});
+  for (const std::int64_t keySpacing : {1, 50000}) {
+    SCOPED_TRACE("primary keys " + std::to_string(keySpacing) + " apart");
+    TemporaryDirectory directory;
+    {
+      fixtures::JournalWriter writer(directory / "Quillan.sqlite");
+      for (int i = 0; i < 24; ++i) {
+        // Back and forth across the ranges' edges and beyond their span.
+        const double offsets[] = {-1500, -400, -350, -300, -2, 0, 0.5, 1, 2, 1500};
+        writer.addNote({.date = testing::kMoment.addingTimeInterval(offsets[(i * 7) % 10] * day + i)});
+      }
+      writer.execute("UPDATE ZNOTE SET ZDATE = NULL WHERE Z_PK IN (3, 20)");
+      writer.execute("UPDATE ZNOTE SET ZDATE = 'soon' WHERE Z_PK IN (5, 17)");
+      writer.execute("UPDATE ZNOTE SET ZDATE = CAST(ZDATE AS INTEGER) WHERE Z_PK IN (8, 14)");
+      writer.execute("UPDATE ZNOTE SET Z_PK = Z_PK * " + std::to_string(keySpacing));
+    }
+    auto context = contextFor(directory / "Quillan.sqlite");
+    std::vector<std::optional<platform::Date>> asked;
+    const NoteDateTest keepLate = [&](const std::optional<platform::Date>& date) {
+      asked.push_back(date);
+      return !date || date->timeIntervalSinceReferenceDate() > 0;
+    };
+    const auto expected = literally(*context, [&](const std::optional<platform::Date>& date) {
+      return (!date || ranges.mayKeep(date->timeIntervalSinceReferenceDate())) && keepLate(date);
+    });
+    const auto expectedAsked = std::exchange(asked, {});
+    EXPECT_EQ(narrowed(*context, keepLate, ranges), expected);
+    EXPECT_EQ(asked, expectedAsked);
+    EXPECT_LT(asked.size(), fetchNotes(*context).size());
+  }
 }
 
 TEST(NarrowedReadDeathTest, AnUndatedNoteFarFromTheDayStopsTheProcessAsTheLiteralFilterDoes) {

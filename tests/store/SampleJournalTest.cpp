@@ -12,14 +12,12 @@ using namespace testing;
 // Counts notes per day by the local calendar the journal was written for: in
 // New York just after daylight saving began, and in Auckland late at night.
 TEST(SampleJournal, HasMemoriesAStreakGapAndAnEmptyToday) {
-  const struct {
-    const char* identifier;
-    const char* now;
-  } zones[] = {{"America/New_York", "2026-03-09T00:30:00-04:00"}, {"Pacific/Auckland", "2026-07-15T23:50:00+12:00"}};
-  for (const auto& zone : zones) {
-    SCOPED_TRACE(zone.identifier);
-    const platform::Calendar calendar(*platform::Locale::named("en_US"), *platform::TimeZone::named(zone.identifier));
-    const auto now = *platform::ISO8601::parse(zone.now);
+  const std::pair<const char*, const char*> zonesAndNows[] = {{"America/New_York", "2026-03-09T00:30:00-04:00"},
+                                                              {"Pacific/Auckland", "2026-07-15T23:50:00+12:00"}};
+  for (const auto& [zone, nowText] : zonesAndNows) {
+    SCOPED_TRACE(zone);
+    const platform::Calendar calendar(*platform::Locale::named("en_US"), *platform::TimeZone::named(zone));
+    const auto now = *platform::ISO8601::parse(nowText);
     TemporaryDirectory directory;
     const auto path = fixtures::SampleJournal::write(directory.path(), now, calendar, 7);
     auto notes = fetchNotes(*contextFor(path));

@@ -23,8 +23,8 @@ void writeReferenceJournal(const std::filesystem::path& path, const fixtures::Jo
   const auto first = writer.addNote({.date = referenceDate(760100000), .info = "First", .timelineTab = tab});
   writer.skipPrimaryKeys("Note", 2);
   writer.addNote({.date = referenceDate(-31622400), .info = "Old", .timelineTab = 99});
-  writer.addImage({.owner = first, .imgData = bytes({0x89, 'P'}), .order = 2});
-  writer.addImage({.imgData = bytes({0xFF, 0xD8})});
+  writer.addImage({.owner = first, .imgData = fixtures::Bytes{0x89, 'P'}, .order = 2});
+  writer.addImage({.imgData = fixtures::Bytes{0xFF, 0xD8}});
 }
 
 std::string readReferenceJournal(const fixtures::JournalLayout& layout) {
@@ -62,15 +62,11 @@ std::string loadFailureReport(const std::string& message) {
   return std::regex_replace(report, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
 }
 
-void writeText(const std::filesystem::path& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-
 void corrupt(const std::filesystem::path& path) {
   { fixtures::JournalWriter writer(path); }
   auto contents = readText(path);
   for (std::size_t i = 100; i < contents.size(); ++i) contents[i] = static_cast<char>(0xA5);
-  writeText(path, contents);
+  std::ofstream(path, std::ios::binary) << contents;
 }
 
 void dropColumn(const std::filesystem::path& path, const char* column) {
@@ -87,7 +83,7 @@ using StoreLoadFailureDeathTest = testing::StoreFolders;
 TEST_F(StoreLoadFailureDeathTest, StopsWithTheUnresolvedErrorReport) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const std::pair<std::function<void(const std::filesystem::path&)>, std::string> failures[] = {
-      {[](const auto& p) { writeText(p, std::string(4096, 'x')); },
+      {[](const auto& p) { std::ofstream(p, std::ios::binary) << std::string(4096, 'x'); },
        "Error Domain=NSCocoaErrorDomain Code=259 \"The file \"Quillan.sqlite\" couldn't be opened because it isn't in "
        "the correct format.\""},
       {corrupt, "Error Domain=NSCocoaErrorDomain Code=259"},

@@ -65,19 +65,16 @@ TEST(KeepRanges, RuleOutNumbersInTheSpanOutsideEveryRangeAndNothingElse) {
   const KeepRanges ranges({0, 100}, {{50, 60}, {15, 30}, {10, 20}, {60, 61}, {70, 70}, {90, 80}});
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double infinity = std::numeric_limits<double>::infinity();
-  const struct {
-    double number;
-    bool mayKeep;
-  } numbers[] = {
+  const std::pair<double, bool> numbersAndWhetherKept[] = {
       {-1, true},     {0, false},  {9.999, false}, {10, true},    {17, true},  {29.999, true},   {30, false},
       {49, false},    {50, true},  {60, true},     {60.5, true},  {61, false}, {70, false},      {85, false},
       {99.99, false}, {100, true}, {1e300, true},  {-0.0, false}, {nan, true}, {infinity, true}, {-infinity, true},
   };
   std::size_t hint = 0;
-  for (const auto& n : numbers) {
-    EXPECT_EQ(ranges.mayKeep(n.number), n.mayKeep) << n.number;
+  for (const auto& [number, mayKeep] : numbersAndWhetherKept) {
+    EXPECT_EQ(ranges.mayKeep(number), mayKeep) << number;
     // Asked in this order, the hint jumps about; it must not change an answer.
-    EXPECT_EQ(ranges.mayKeep(n.number, hint), n.mayKeep) << n.number;
+    EXPECT_EQ(ranges.mayKeep(number, hint), mayKeep) << number;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <variant>
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ExtensionLog.hpp"
@@ -13,6 +14,7 @@
 #include "platform/URL.hpp"
 #include "store/ManagedObjectContext.hpp"
 #include "store/Note.hpp"
+#include "store/NoteDateFilter.hpp"
 #include "store/PersistentContainer.hpp"
 #include "support/FileContents.hpp"
 #include "support/TemporaryFolder.hpp"
@@ -32,16 +34,29 @@ inline std::shared_ptr<ManagedObjectContext> contextFor(const std::filesystem::p
   return std::make_shared<ManagedObjectContext>(coordinator);
 }
 
-inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) {
-  auto result = context.fetch(Note::fetchRequest());
+// Every object of one entity, in the store's order.
+template <typename Object>
+std::vector<std::shared_ptr<Object>> fetchAll(ManagedObjectContext& context) {
+  auto result = context.fetch(Object::fetchRequest());
   EXPECT_TRUE(result.ok()) << (result.ok() ? "" : result.error().description());
-  return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
+  return result.ok() ? result.value() : std::vector<std::shared_ptr<Object>>{};
 }
 
-inline fixtures::Bytes bytes(std::initializer_list<int> values) {
-  fixtures::Bytes out;
-  for (int value : values) out.push_back(static_cast<std::uint8_t>(value));
-  return out;
+inline std::vector<std::shared_ptr<Note>> fetchNotes(ManagedObjectContext& context) { return fetchAll<Note>(context); }
+
+// How a judged read of the notes' dates is narrowed: by a window around a day, by ranges, or not.
+using NoteDateNarrowing = std::variant<std::monostate, NoteDateWindow, KeepRanges>;
+
+inline std::vector<std::shared_ptr<Note>> narrowed(ManagedObjectContext& context, const NoteDateTest& keep,
+                                                   const NoteDateNarrowing& narrowing = {}) {
+  const auto result = std::visit(
+      [&](const auto& by) {
+        if constexpr (std::is_same_v<decltype(by), const std::monostate&>) return fetchNotesWhereDate(context, keep);
+        else return fetchNotesWhereDate(context, by, keep);
+      },
+      narrowing);
+  EXPECT_TRUE(result.ok());
+  return result.ok() ? result.value() : std::vector<std::shared_ptr<Note>>{};
 }
 
 inline platform::Date referenceDate(double seconds) { return platform::Date::fromReferenceSeconds(seconds); }

@@ -14,14 +14,14 @@ namespace {
 using namespace testing;
 using fixtures::BinaryStorage;
 
-const fixtures::Bytes kUUIDBytes = bytes({0x3F, 0x25, 0x04, 0xE0, 0x4F, 0x89, 0x41, 0xD3, 0x9A, 0x0C, 0x03, 0x05, 0xE8,
-                                          0x2C, 0x33, 0x01});
+const fixtures::Bytes kUUIDBytes{0x3F, 0x25, 0x04, 0xE0, 0x4F, 0x89, 0x41, 0xD3,
+                                 0x9A, 0x0C, 0x03, 0x05, 0xE8, 0x2C, 0x33, 0x01};
 
 // Dates of either sign and none, texts, UUIDs of the right length and not,
 // scalars left NULL, absent ids.
 void writeScalars(fixtures::JournalWriter& writer) {
   writer.addNote({.date = referenceDate(760100000.5), .info = "First note ✍️", .uuid = kUUIDBytes});
-  writer.addNote({.date = referenceDate(760200000.0), .info = "", .uuid = bytes({1, 2, 3})});
+  writer.addNote({.date = referenceDate(760200000.0), .info = "", .uuid = fixtures::Bytes{1, 2, 3}});
   writer.addNote({.date = referenceDate(-31622400.0), .uuid = kUUIDBytes});
   writer.addNote({});
   writer.addImage({.order = std::nullopt});
@@ -37,7 +37,7 @@ void writeScalars(fixtures::JournalWriter& writer) {
 
 // A note per form a binary attribute is stored in, with an image and a recording in it.
 void writeBinaryForms(fixtures::JournalWriter& writer) {
-  const fixtures::Bytes png = bytes({0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
+  const fixtures::Bytes png{0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
   for (const auto& [storage, data] : {std::pair{BinaryStorage::inlineTagged, png},
                                       {BinaryStorage::externalFile, png},
                                       {BinaryStorage::untagged, png},

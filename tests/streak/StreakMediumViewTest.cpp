@@ -15,8 +15,7 @@ namespace {
 
 using namespace views;
 using quillan::testing::ProcessEnvironment;
-using testing::DrawnCircle;
-using testing::readRow;
+using testing::tickMarks;
 
 Environment environmentFor(ColorScheme scheme, PlatformVersion version) {
   return {.colorScheme = scheme, .platformVersion = version, .family = WidgetFamily::systemMedium};
@@ -24,12 +23,6 @@ Environment environmentFor(ColorScheme scheme, PlatformVersion version) {
 
 Node drawEntryView(ColorScheme scheme = ColorScheme::light, PlatformVersion version = {17, 0}) {
   return StreakWidgetWidgetEntryView(StreakEntry{platform::Clock::now()}).body(environmentFor(scheme, version));
-}
-
-std::vector<bool> ticks(const std::vector<DrawnCircle>& row) {
-  std::vector<bool> result;
-  for (const auto& circle : row) result.push_back(circle.ticked);
-  return result;
 }
 
 using StreakMediumViewTest = quillan::testing::JournalTest;
@@ -41,9 +34,7 @@ TEST_F(StreakMediumViewTest, TicksTheDaysWithNotesOnly) {
     journal.clear();
     for (const auto& note : quillan::testing::words(cells.at(1))) journal.addNote(note);
     ProcessEnvironment environment(cells[0], "Europe/Berlin");
-    std::string marks;
-    for (const bool ticked : ticks(readRow(drawEntryView()))) marks += ticked ? 'x' : '-';
-    return marks;
+    return tickMarks(drawEntryView());
   });
 }
 
@@ -68,7 +59,7 @@ TEST_F(StreakMediumViewTest, TheWidgetDrawsFromTheMomentOfDrawingNotTheEntry) {
   const auto light = environmentFor(ColorScheme::light, {17, 0});
   const auto view = widget.content(entryDate, light);
   EXPECT_EQ(view, StreakMediumView(light, {-4, -3, -2, -1}).body(light));
-  EXPECT_TRUE(readRow(view).back().ticked);
+  EXPECT_EQ(tickMarks(view).back(), 'x');
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <string>
 #include <variant>
-#include <vector>
 
 #include "views/Node.hpp"
 
@@ -18,30 +17,22 @@ struct DrawnCircle {
   bool ticked = false;
 };
 
-// The row is the second child of the medium view's outer stack.
-inline const views::Node& streakRow(const views::Node& mediumView) { return mediumView.children().at(1); }
-
 // Link > HStack > VStack > [disc, day of month]; the disc is a ZStack of the
 // filled circle, the weekday and the mark.
-inline const views::Node& discOf(const views::Node& circle) {
-  return circle.children().at(0).children().at(0).children().at(0);
-}
-
-inline bool isTicked(const views::Node& circle) {
-  return std::holds_alternative<views::Image>(discOf(circle).children().at(2).kind);
-}
-
 inline DrawnCircle readCircle(const views::Node& circle) {
   const auto& label = circle.children().at(0).children().at(0);
   const auto& disc = label.children().at(0);
   return {std::get<views::Link>(circle.kind).destination, std::get<views::Text>(disc.children().at(1).kind).text,
-          std::get<views::Text>(label.children().at(1).kind).text, isTicked(circle)};
+          std::get<views::Text>(label.children().at(1).kind).text,
+          std::holds_alternative<views::Image>(disc.children().at(2).kind)};
 }
 
-inline std::vector<DrawnCircle> readRow(const views::Node& mediumView) {
-  std::vector<DrawnCircle> circles;
-  for (const auto& circle : streakRow(mediumView).children()) circles.push_back(readCircle(circle));
-  return circles;
+// The row's circles, oldest first, x where ticked. The row is the second child
+// of the medium view's outer stack.
+inline std::string tickMarks(const views::Node& mediumView) {
+  std::string marks;
+  for (const auto& circle : mediumView.children().at(1).children()) marks += readCircle(circle).ticked ? 'x' : '-';
+  return marks;
 }
 
 }  // namespace quillan::streak::testing

@@ -111,15 +111,11 @@ std::string nestedStacks(std::size_t depth) {
   return repeated(stack, depth - 1) + R"({"type": "Spacer"})" + repeated("]}", depth - 1);
 }
 
-std::string textWith(const std::string& modifiers) {
-  return R"({"type": "Text", "text": "x", "modifiers": [)" + modifiers + "]}";
-}
-
 std::string textWithModifiers(std::size_t count) {
   const std::string opacity = R"({"modifier": "opacity", "opacity": 1})";
   std::string modifiers = opacity;
   for (std::size_t i = 1; i < count; ++i) modifiers += ", " + opacity;
-  return textWith(modifiers);
+  return R"({"type": "Text", "text": "x", "modifiers": [)" + modifiers + "]}";
 }
 
 std::string decodeError(const std::string& json) {
