@@ -50,7 +50,7 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 
 }  // namespace
 
-EntryPainter::EntryPainter(ViewPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
+EntryPainter::EntryPainter(EvaluationPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
                            render::DeviceProfile device, std::filesystem::path output,
                            const render::DrawingFunctions& drawing)
     : views_(views),

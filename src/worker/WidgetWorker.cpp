@@ -146,8 +146,6 @@ void WidgetWorker::ensureWarmWorker(std::vector<std::string>& log) {
   if (restarting) log.emplace_back("worker: the warm worker had stopped; started a new one");
 }
 
-WidgetWorker::Reply WidgetWorker::exchange(const Json& request) { return receive(send(request)); }
-
 WidgetWorker::Exchange WidgetWorker::send(const Json& request) {
   Exchange exchange{std::unique_lock(mutex_), {}, std::nullopt};
   auto& reply = exchange.reply;
@@ -229,8 +227,16 @@ void WidgetWorker::validate(const std::string& kind, const ProcessSettings& sett
 }
 
 Evaluation<widgets::TimelineAnswer> WidgetWorker::timeline(const TimelineEvaluation& evaluation) {
+  return finishTimeline(startTimeline(evaluation));
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startTimeline(const TimelineEvaluation& evaluation) {
   validate(evaluation.kind, evaluation.settings, {evaluation.at});
-  auto reply = exchange(toJson(evaluation));
+  return PendingEvaluation(send(toJson(evaluation)));
+}
+
+Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluation pending) {
+  auto reply = receive(std::move(pending.exchange));
   if (reply.failure) return failed<widgets::TimelineAnswer>(*reply.failure, reply.log, reply.cost);
   try {
     return {timelineAnswerFromJson(reply.answer.value("timeline", Json())), reply.log, reply.cost};
@@ -244,17 +250,17 @@ Evaluation<std::string> WidgetWorker::view(const ViewEvaluation& evaluation) {
   return finishView(startView(evaluation));
 }
 
-WidgetWorker::PendingView WidgetWorker::startView(const ViewEvaluation& evaluation) {
+WidgetWorker::PendingEvaluation WidgetWorker::startView(const ViewEvaluation& evaluation) {
   validate(evaluation.kind, evaluation.settings, {evaluation.entryDate, evaluation.at});
   const auto& families = widget(evaluation.kind).supportedFamilies;
   if (std::find(families.begin(), families.end(), evaluation.environment.family) == families.end()) {
     throw std::invalid_argument("worker: " + evaluation.kind + " is not offered as " +
                                 std::string(views::toString(evaluation.environment.family)));
   }
-  return PendingView(send(toJson(evaluation)));
+  return PendingEvaluation(send(toJson(evaluation)));
 }
 
-Evaluation<std::string> WidgetWorker::finishView(PendingView pending) {
+Evaluation<std::string> WidgetWorker::finishView(PendingEvaluation pending) {
   auto reply = receive(std::move(pending.exchange));
   if (reply.failure) return failed<std::string>(*reply.failure, reply.log, reply.cost);
   if (!reply.answer.contains("view") || !reply.answer["view"].is_string()) {

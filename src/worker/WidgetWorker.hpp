@@ -64,16 +64,16 @@ class WidgetWorker {
   };
 
  public:
-  // A view on its way: its evaluation runs while the caller does other
-  // things, and the worker takes no other call until it is finished.
-  class PendingView {
+  // An evaluation on its way: it runs while the caller does other things,
+  // and the worker takes no other call until it is finished.
+  class PendingEvaluation {
    public:
-    PendingView(PendingView&&) = default;
-    PendingView& operator=(PendingView&&) = default;
+    PendingEvaluation(PendingEvaluation&&) = default;
+    PendingEvaluation& operator=(PendingEvaluation&&) = default;
 
    private:
     friend class WidgetWorker;
-    explicit PendingView(Exchange exchange) : exchange(std::move(exchange)) {}
+    explicit PendingEvaluation(Exchange exchange) : exchange(std::move(exchange)) {}
     Exchange exchange;
   };
 
@@ -90,10 +90,12 @@ class WidgetWorker {
   Evaluation<widgets::TimelineAnswer> timeline(const TimelineEvaluation& evaluation);
   // The view tree as JSON (docs/view-tree.md), as `render --format json` prints its "view".
   Evaluation<std::string> view(const ViewEvaluation& evaluation);
-  // view() in two halves: the first throws as view() does, the second answers
-  // as view() would have.
-  PendingView startView(const ViewEvaluation& evaluation);
-  Evaluation<std::string> finishView(PendingView pending);
+  // timeline() and view() in two halves: the first throws as they do, the
+  // second answers as they would have.
+  PendingEvaluation startTimeline(const TimelineEvaluation& evaluation);
+  Evaluation<widgets::TimelineAnswer> finishTimeline(PendingEvaluation pending);
+  PendingEvaluation startView(const ViewEvaluation& evaluation);
+  Evaluation<std::string> finishView(PendingEvaluation pending);
 
   // Tells the warm worker of the host's own write (JournalWriteNotice). Only
   // a hint: a warm worker that is not running is not started for it, and one
@@ -107,7 +109,6 @@ class WidgetWorker {
   pid_t keeperPid() const;
 
  private:
-  Reply exchange(const nlohmann::json& request);
   Exchange send(const nlohmann::json& request);
   Reply receive(Exchange exchange);
   void startKeeper();

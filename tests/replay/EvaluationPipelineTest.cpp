@@ -3,25 +3,29 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "fixtures/JournalWriter.hpp"
 #include "platform/ISO8601.hpp"
-#include "replay/ViewPipeline.hpp"
+#include "replay/EvaluationPipeline.hpp"
 #include "support/AnsweringWorkerOptions.hpp"
 #include "support/TemporaryFolder.hpp"
+#include "worker/EvaluationJson.hpp"
 
 namespace quillan::replay {
 namespace {
 
 namespace fs = std::filesystem;
+using worker::TimelineEvaluation;
 using worker::ViewEvaluation;
+using Asked = std::variant<ViewEvaluation, TimelineEvaluation>;
 
 platform::Date at(const char* iso) { return *platform::ISO8601::parse(iso); }
 
-// Whatever is expected and however the asking strays from it, each view asked
-// for is answered as the worker answers it directly.
-class ViewPipelineTest : public ::testing::Test {
+// Whatever is expected and however the asking strays from it, each view or
+// timeline asked for is answered as the worker answers it directly.
+class EvaluationPipelineTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     folder_ = new testing::TemporaryFolder("quillan-pipeline");
@@ -39,21 +43,37 @@ class ViewPipelineTest : public ::testing::Test {
     delete folder_;
   }
 
-  static ViewEvaluation evaluation(const char* kind, views::WidgetFamily family, views::ColorScheme scheme) {
+  static worker::ProcessSettings settings() {
     worker::ProcessSettings settings;
     settings.groupContainer = folder_->path() / "group";
     settings.appSupport = folder_->path() / "Application Support";
     settings.timeZone = "Europe/Berlin";
     settings.locale = "en_US";
     settings.seed = 7;
+    return settings;
+  }
+
+  static ViewEvaluation evaluation(const char* kind, views::WidgetFamily family, views::ColorScheme scheme) {
     views::Environment environment;
     environment.family = family;
     environment.colorScheme = scheme;
-    return {kind, at("2026-11-22T00:00:00+01:00"), at("2026-11-22T09:00:00+01:00"), environment, settings};
+    return {kind, at("2026-11-22T00:00:00+01:00"), at("2026-11-22T09:00:00+01:00"), environment, settings()};
+  }
+
+  static TimelineEvaluation timeline(const char* kind, const char* asOf) {
+    return {kind, at(asOf), widgets::TimelineRequest::timeline, settings()};
   }
 
   static std::string answerOf(const worker::Evaluation<std::string>& evaluation) {
     return evaluation.value() ? *evaluation.value() : "failed: " + evaluation.failure()->reason;
+  }
+  static std::string answerOf(const worker::Evaluation<widgets::TimelineAnswer>& evaluation) {
+    return evaluation.value() ? worker::toJson(*evaluation.value()).dump() : "failed: " + evaluation.failure()->reason;
+  }
+  template <typename Answerer>
+  static std::string answerOf(Answerer& answerer, const Asked& asked) {
+    if (const auto* view = std::get_if<ViewEvaluation>(&asked)) return answerOf(answerer.view(*view));
+    return answerOf(answerer.timeline(std::get<TimelineEvaluation>(asked)));
   }
 
   static testing::TemporaryFolder* folder_;
@@ -61,23 +81,26 @@ class ViewPipelineTest : public ::testing::Test {
   static worker::WidgetWorker* second_;
 };
 
-testing::TemporaryFolder* ViewPipelineTest::folder_ = nullptr;
-worker::WidgetWorker* ViewPipelineTest::first_ = nullptr;
-worker::WidgetWorker* ViewPipelineTest::second_ = nullptr;
+testing::TemporaryFolder* EvaluationPipelineTest::folder_ = nullptr;
+worker::WidgetWorker* EvaluationPipelineTest::first_ = nullptr;
+worker::WidgetWorker* EvaluationPipelineTest::second_ = nullptr;
 
-TEST_F(ViewPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingStraysFromWhatWasExpected) {
+TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingStraysFromWhatWasExpected) {
   using views::ColorScheme;
   using views::WidgetFamily;
-  const std::vector<ViewEvaluation> views = {
+  const std::vector<Asked> asked = {
       evaluation("OnThisDayWidget", WidgetFamily::systemSmall, ColorScheme::light),
       evaluation("OnThisDayWidget", WidgetFamily::systemSmall, ColorScheme::dark),
       evaluation("StreakWidget", WidgetFamily::systemMedium, ColorScheme::light),
       evaluation("StreakWidget", WidgetFamily::systemMedium, ColorScheme::dark),
       evaluation("ComposeButtonWidget", WidgetFamily::systemSmall, ColorScheme::light),
+      timeline("OnThisDayWidget", "2026-11-22T09:00:00+01:00"),
+      timeline("StreakWidget", "2026-11-23T09:00:00+01:00"),
   };
   std::vector<std::string> direct;
-  for (const auto& view : views) direct.push_back(answerOf(first_->view(view)));
+  for (const auto& evaluation : asked) direct.push_back(answerOf(*first_, evaluation));
   ASSERT_NE(direct[0], direct[1]);
+  ASSERT_NE(direct[5], direct[6]);
 
   const struct {
     const char* name;
@@ -89,27 +112,39 @@ TEST_F(ViewPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingStraysFr
       {"one never expected", {0, 1}, {0, 4, 1}},
       {"asked twice", {0, 1}, {0, 0, 1}},
       {"nothing expected", {}, {3, 2}},
+      {"timelines, then views", {5, 6, 0, 1}, {5, 6, 0, 1}},
+      {"a timeline skipped", {5, 6, 2}, {6, 2}},
+      {"a view asked as a timeline was expected", {5, 6}, {0, 6}},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
-    ViewPipeline pipeline({first_, second_});
-    std::vector<ViewEvaluation> expected;
-    for (const auto index : test.expected) expected.push_back(views[index]);
-    pipeline.expect(expected);
-    for (const auto index : test.asked) EXPECT_EQ(answerOf(pipeline.view(views[index])), direct[index]) << index;
+    EvaluationPipeline pipeline({first_, second_});
+    std::vector<ViewEvaluation> views;
+    std::vector<TimelineEvaluation> timelines;
+    for (const auto index : test.expected) {
+      if (const auto* view = std::get_if<ViewEvaluation>(&asked[index])) {
+        views.push_back(*view);
+      } else {
+        timelines.push_back(std::get<TimelineEvaluation>(asked[index]));
+      }
+    }
+    // Timelines are expected first in the table's cases.
+    pipeline.expect(timelines);
+    pipeline.expect(views);
+    for (const auto index : test.asked) EXPECT_EQ(answerOf(pipeline, asked[index]), direct[index]) << index;
     pipeline.forgetExpected();
     // Both workers are free again.
-    EXPECT_EQ(answerOf(first_->view(views[2])), direct[2]);
-    EXPECT_EQ(answerOf(second_->view(views[3])), direct[3]);
+    EXPECT_EQ(answerOf(*first_, asked[2]), direct[2]);
+    EXPECT_EQ(answerOf(*second_, asked[3]), direct[3]);
   }
 }
 
 // A view the worker refuses is refused in its turn, after those before it are answered.
-TEST_F(ViewPipelineTest, AViewTheWorkerRefusesIsRefusedWhenItIsAskedFor) {
+TEST_F(EvaluationPipelineTest, AViewTheWorkerRefusesIsRefusedWhenItIsAskedFor) {
   const auto fine = evaluation("OnThisDayWidget", views::WidgetFamily::systemSmall, views::ColorScheme::light);
   const auto refused = evaluation("OnThisDayWidget", views::WidgetFamily::accessoryCircular, views::ColorScheme::light);
   const auto answer = answerOf(first_->view(fine));
-  ViewPipeline pipeline({first_, second_});
+  EvaluationPipeline pipeline({first_, second_});
   pipeline.expect({fine, refused, fine});
   EXPECT_EQ(answerOf(pipeline.view(fine)), answer);
   EXPECT_THROW(pipeline.view(refused), std::invalid_argument);

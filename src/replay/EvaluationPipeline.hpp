@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "worker/WidgetWorker.hpp"
+
+namespace quillan::replay {
+
+// Evaluates the timelines and views a replay is about to ask for ahead of the
+// asking, each on the first of its workers that is free, so that they run side
+// by side and while the replay draws. The answers are the workers' own: an
+// evaluation asked for as expected gets the one made for it, in the order
+// asked. Evaluations are only expected where none can change what another one
+// reads (the replay's private journal, between two of its writes).
+class EvaluationPipeline {
+ public:
+  // The workers must outlive the pipeline.
+  explicit EvaluationPipeline(std::vector<worker::WidgetWorker*> workers);
+  ~EvaluationPipeline();
+  EvaluationPipeline(const EvaluationPipeline&) = delete;
+  EvaluationPipeline& operator=(const EvaluationPipeline&) = delete;
+
+  // The evaluations to be asked for next, in the order they will be asked.
+  void expect(std::vector<worker::ViewEvaluation> upcoming);
+  void expect(std::vector<worker::TimelineEvaluation> upcoming);
+  // As WidgetWorker::timeline and WidgetWorker::view answer them. Evaluations
+  // expected before one asked for and not asked for are dropped, their answers unseen.
+  worker::Evaluation<widgets::TimelineAnswer> timeline(const worker::TimelineEvaluation& evaluation);
+  worker::Evaluation<std::string> view(const worker::ViewEvaluation& evaluation);
+  // Drops every evaluation still expected; the workers are free again afterwards.
+  void forgetExpected();
+  // Passes on to every worker (WidgetWorker::hear), once none is busy.
+  void hear(const worker::JournalWriteNotice& notice);
+
+ private:
+  using Start = std::function<worker::WidgetWorker::PendingEvaluation(worker::WidgetWorker&)>;
+  struct Ahead {
+    nlohmann::json request;
+    Start start;
+    std::size_t worker = 0;
+    std::optional<worker::WidgetWorker::PendingEvaluation> pending;
+  };
+  // The first expected evaluation of `request` once those before it are
+  // dropped, if it was started; it leaves the queue either way.
+  std::optional<Ahead> takeStarted(const nlohmann::json& request);
+
+  void startWhatFits();
+  void dropFirst();
+  std::optional<std::size_t> freeWorker() const;
+
+  std::vector<worker::WidgetWorker*> workers_;
+  std::vector<bool> busy_;
+  std::deque<Ahead> ahead_;  // the ones started come first
+};
+
+}  // namespace quillan::replay
