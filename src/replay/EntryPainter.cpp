@@ -60,14 +60,15 @@ EntryPainter::EntryPainter(EvaluationPipeline& views, worker::ProcessSettings se
       output_(std::move(output)),
       drawing_(drawing) {}
 
+// An entry's light and dark views differ only in their scheme: they are
+// evaluated together, reading the journal once.
 void EntryPainter::expect(const std::vector<ShownEntry>& entries) {
-  std::vector<worker::ViewEvaluation> upcoming;
+  std::vector<std::vector<worker::ViewEvaluation>> upcoming;
   for (const auto& entry : entries) {
-    for (const auto scheme : {views::ColorScheme::light, views::ColorScheme::dark}) {
-      upcoming.push_back(evaluationOf(entry.kind, entry.entryDate, entry.at, scheme));
-    }
+    upcoming.push_back({evaluationOf(entry.kind, entry.entryDate, entry.at, views::ColorScheme::light),
+                        evaluationOf(entry.kind, entry.entryDate, entry.at, views::ColorScheme::dark)});
   }
-  views_.expect(std::move(upcoming));
+  views_.expectTogether(std::move(upcoming));
 }
 
 worker::ViewEvaluation EntryPainter::evaluationOf(const std::string& kind, platform::Date entryDate, platform::Date at,

@@ -29,6 +29,9 @@ class EvaluationPipeline {
   // The evaluations to be asked for next, in the order they will be asked.
   void expect(std::vector<worker::ViewEvaluation> upcoming);
   void expect(std::vector<worker::TimelineEvaluation> upcoming);
+  // Views to be asked for next, each group's in turn, evaluated together
+  // (WidgetWorker::startViews): an entry's light and dark views.
+  void expectTogether(std::vector<std::vector<worker::ViewEvaluation>> upcoming);
   // As WidgetWorker::timeline and WidgetWorker::view answer them. Evaluations
   // expected before one asked for and not asked for are dropped, their answers unseen.
   worker::Evaluation<widgets::TimelineAnswer> timeline(const worker::TimelineEvaluation& evaluation);
@@ -41,14 +44,20 @@ class EvaluationPipeline {
  private:
   using Start = std::function<worker::WidgetWorker::PendingEvaluation(worker::WidgetWorker&)>;
   struct Ahead {
-    nlohmann::json request;
+    std::vector<nlohmann::json> requests;  // one, or the views evaluated together
     Start start;
+    bool started = false;
     std::size_t worker = 0;
     std::optional<worker::WidgetWorker::PendingEvaluation> pending;
+    std::vector<worker::Evaluation<std::string>> views;  // those evaluated together, once read
+    std::size_t handedOut = 0;
   };
-  // The first expected evaluation of `request` once those before it are
-  // dropped, if it was started; it leaves the queue either way.
-  std::optional<Ahead> takeStarted(const nlohmann::json& request);
+  void push(std::vector<nlohmann::json> requests, Start start);
+  // Drops what was expected before `request`; null when nothing expected is left.
+  Ahead* expected(const nlohmann::json& request);
+  // The first expected evaluation, single, if it was started; it leaves the queue either way.
+  std::optional<Ahead> takeStarted();
+  worker::Evaluation<std::string> nextOfTogether(Ahead& group, const worker::ViewEvaluation& evaluation);
 
   void startWhatFits();
   void dropFirst();

@@ -163,13 +163,17 @@ WidgetWorker::Exchange WidgetWorker::send(const Json& request) {
   return exchange;
 }
 
-WidgetWorker::Reply WidgetWorker::receive(Exchange exchange) {
+WidgetWorker::Reply WidgetWorker::receive(Exchange& exchange) {
   auto reply = std::move(exchange.reply);
+  exchange.reply = {};
   if (!exchange.sentAt) return reply;
   const auto wait = options_.deadline + kReplyGrace;
-  auto message = readMessage(socket_, *exchange.sentAt + wait);
+  auto message = readMessage(socket_, *exchange.sentAt + wait + exchange.firstReplyExtra);
+  exchange.firstReplyExtra = {};
+  exchange.sentAt = std::chrono::steady_clock::now();
   if (const auto* problem = std::get_if<ReadFailure>(&message)) {
     dropWarmWorker(true);
+    exchange.sentAt.reset();
     reply.failure = *problem == ReadFailure::timedOut
                         ? "the worker did not answer within " +
                               secondsText(std::chrono::duration_cast<std::chrono::milliseconds>(wait)) + " s"
@@ -236,7 +240,7 @@ WidgetWorker::PendingEvaluation WidgetWorker::startTimeline(const TimelineEvalua
 }
 
 Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluation pending) {
-  auto reply = receive(std::move(pending.exchange));
+  auto reply = receive(pending.exchange);
   if (reply.failure) return failed<widgets::TimelineAnswer>(*reply.failure, reply.log, reply.cost);
   try {
     return {timelineAnswerFromJson(reply.answer.value("timeline", Json())), reply.log, reply.cost};
@@ -250,23 +254,66 @@ Evaluation<std::string> WidgetWorker::view(const ViewEvaluation& evaluation) {
   return finishView(startView(evaluation));
 }
 
-WidgetWorker::PendingEvaluation WidgetWorker::startView(const ViewEvaluation& evaluation) {
+void WidgetWorker::validateView(const ViewEvaluation& evaluation) const {
   validate(evaluation.kind, evaluation.settings, {evaluation.entryDate, evaluation.at});
   const auto& families = widget(evaluation.kind).supportedFamilies;
   if (std::find(families.begin(), families.end(), evaluation.environment.family) == families.end()) {
     throw std::invalid_argument("worker: " + evaluation.kind + " is not offered as " +
                                 std::string(views::toString(evaluation.environment.family)));
   }
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startView(const ViewEvaluation& evaluation) {
+  validateView(evaluation);
   return PendingEvaluation(send(toJson(evaluation)));
 }
 
-Evaluation<std::string> WidgetWorker::finishView(PendingEvaluation pending) {
-  auto reply = receive(std::move(pending.exchange));
+Evaluation<std::string> WidgetWorker::viewOf(const Reply& reply) {
   if (reply.failure) return failed<std::string>(*reply.failure, reply.log, reply.cost);
   if (!reply.answer.contains("view") || !reply.answer["view"].is_string()) {
     return failed<std::string>("the worker's answer was malformed: no view", reply.log, reply.cost);
   }
   return {reply.answer["view"].get<std::string>(), reply.log, reply.cost};
+}
+
+Evaluation<std::string> WidgetWorker::finishView(PendingEvaluation pending) {
+  return viewOf(receive(pending.exchange));
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewEvaluation>& evaluations) {
+  Json views = Json::array();
+  for (const auto& evaluation : evaluations) {
+    validateView(evaluation);
+    views.push_back(toJson(evaluation));
+  }
+  PendingEvaluation pending(send({{"type", "views"}, {"views", std::move(views)}}));
+  pending.exchange.firstReplyExtra = options_.deadline;
+  pending.together = evaluations;
+  return pending;
+}
+
+std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
+  std::vector<Evaluation<std::string>> answers;
+  auto& exchange = pending.exchange;
+  while (answers.size() < pending.together.size()) {
+    answers.push_back(viewOf(receive(exchange)));
+    if (!exchange.sentAt) break;
+  }
+  // A worker given up on answers no more: the views left are asked for
+  // alone, as they would have been after the one that failed.
+  exchange.lock.unlock();
+  for (auto index = answers.size(); index < pending.together.size(); ++index) {
+    answers.push_back(view(pending.together[index]));
+  }
+  return answers;
+}
+
+void WidgetWorker::discard(PendingEvaluation pending) {
+  auto& exchange = pending.exchange;
+  for (std::size_t index = 0; index < std::max<std::size_t>(pending.together.size(), 1); ++index) {
+    receive(exchange);
+    if (!exchange.sentAt) return;
+  }
 }
 
 }  // namespace quillan::worker

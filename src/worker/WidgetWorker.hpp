@@ -60,7 +60,11 @@ class WidgetWorker {
   struct Exchange {
     std::unique_lock<std::mutex> lock;
     Reply reply;  // a restart's note, or the failure to send
+    // When the next reply's wait began; unset once nothing more is to be read.
     std::optional<std::chrono::steady_clock::time_point> sentAt;
+    // Beyond the deadline and its grace, what the first reply may take (views
+    // asked for together may be tried in one child before each is evaluated).
+    std::chrono::milliseconds firstReplyExtra{0};
   };
 
  public:
@@ -75,6 +79,7 @@ class WidgetWorker {
     friend class WidgetWorker;
     explicit PendingEvaluation(Exchange exchange) : exchange(std::move(exchange)) {}
     Exchange exchange;
+    std::vector<ViewEvaluation> together;  // views asked for together, if any
   };
 
   // Throws std::runtime_error when the processes cannot be started, and
@@ -96,6 +101,15 @@ class WidgetWorker {
   Evaluation<widgets::TimelineAnswer> finishTimeline(PendingEvaluation pending);
   PendingEvaluation startView(const ViewEvaluation& evaluation);
   Evaluation<std::string> finishView(PendingEvaluation pending);
+  // Views asked for together, as an entry's light and dark ones are: the
+  // answers are those view() gives each of them in turn, logs included, but
+  // the warm worker builds them in one child when that child answers them all
+  // cleanly, reading the journal and loading what they share once. Throws as
+  // startView() does for any of them, before anything is sent.
+  PendingEvaluation startViews(const std::vector<ViewEvaluation>& evaluations);
+  std::vector<Evaluation<std::string>> finishViews(PendingEvaluation pending);
+  // Reads and drops what `pending` answers, of whichever kind.
+  void discard(PendingEvaluation pending);
 
   // Tells the warm worker of the host's own write (JournalWriteNotice). Only
   // a hint: a warm worker that is not running is not started for it, and one
@@ -110,7 +124,10 @@ class WidgetWorker {
 
  private:
   Exchange send(const nlohmann::json& request);
-  Reply receive(Exchange exchange);
+  // The next reply of `exchange`; once the worker is given up, nothing more is read.
+  Reply receive(Exchange& exchange);
+  void validateView(const ViewEvaluation& evaluation) const;
+  static Evaluation<std::string> viewOf(const Reply& reply);
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);

@@ -102,10 +102,12 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
   ASSERT_NE(direct[0], direct[1]);
   ASSERT_NE(direct[5], direct[6]);
 
+  // Views expected `together` are expected in pairs, as an entry's light and dark.
   const struct {
     const char* name;
     std::vector<std::size_t> expected;
     std::vector<std::size_t> asked;
+    bool together = false;
   } cases[] = {
       {"as expected", {0, 1, 2, 3}, {0, 1, 2, 3}},
       {"one skipped", {0, 1, 2, 3}, {0, 2, 3}},
@@ -115,6 +117,10 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
       {"timelines, then views", {5, 6, 0, 1}, {5, 6, 0, 1}},
       {"a timeline skipped", {5, 6, 2}, {6, 2}},
       {"a view asked as a timeline was expected", {5, 6}, {0, 6}},
+      {"in pairs, as expected", {0, 1, 2, 3}, {0, 1, 2, 3}, true},
+      {"in pairs, the second of one skipped", {0, 1, 2, 3}, {0, 2, 3}, true},
+      {"in pairs, the second asked first", {0, 1, 2, 3}, {1, 0, 2, 3}, true},
+      {"in pairs, after timelines", {5, 0, 1}, {5, 0, 1}, true},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
@@ -130,7 +136,14 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
     }
     // Timelines are expected first in the table's cases.
     pipeline.expect(timelines);
-    pipeline.expect(views);
+    if (test.together) {
+      std::vector<std::vector<ViewEvaluation>> pairs;
+      for (std::size_t first = 0; first + 1 < views.size(); first += 2)
+        pairs.push_back({views[first], views[first + 1]});
+      pipeline.expectTogether(pairs);
+    } else {
+      pipeline.expect(views);
+    }
     for (const auto index : test.asked) EXPECT_EQ(answerOf(pipeline, asked[index]), direct[index]) << index;
     pipeline.forgetExpected();
     // Both workers are free again.
