@@ -15,10 +15,11 @@ EvaluationPipeline::EvaluationPipeline(std::vector<WidgetWorker*> workers)
 
 EvaluationPipeline::~EvaluationPipeline() { forgetExpected(); }
 
-void EvaluationPipeline::push(std::vector<nlohmann::json> requests, Start start) {
+void EvaluationPipeline::push(std::vector<nlohmann::json> requests, Start start, Finish finish) {
   Ahead ahead;
   ahead.requests = std::move(requests);
   ahead.start = std::move(start);
+  ahead.finish = std::move(finish);
   ahead_.push_back(std::move(ahead));
 }
 
@@ -40,19 +41,55 @@ void EvaluationPipeline::expect(std::vector<worker::TimelineEvaluation> upcoming
   startWhatFits();
 }
 
+namespace {
+
+template <typename Evaluation>
+std::vector<nlohmann::json> requestsOf(const std::vector<Evaluation>& group) {
+  std::vector<nlohmann::json> requests;
+  for (const auto& evaluation : group) requests.push_back(worker::toJson(evaluation));
+  return requests;
+}
+
+template <typename Answer>
+std::vector<std::variant<worker::Evaluation<std::string>, worker::Evaluation<widgets::TimelineAnswer>>> asAnswers(
+    std::vector<worker::Evaluation<Answer>> answers) {
+  return {std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end())};
+}
+
+}  // namespace
+
 void EvaluationPipeline::expectTogether(std::vector<std::vector<worker::ViewEvaluation>> upcoming) {
   for (auto& group : upcoming) {
     if (group.empty()) continue;
-    std::vector<nlohmann::json> requests;
-    for (const auto& evaluation : group) requests.push_back(worker::toJson(evaluation));
-    push(std::move(requests), [group = std::move(group)](WidgetWorker& on) { return on.startViews(group); });
+    auto requests = requestsOf(group);
+    push(
+        std::move(requests), [group = std::move(group)](WidgetWorker& on) { return on.startViews(group); },
+        [](WidgetWorker& on, WidgetWorker::PendingEvaluation pending) {
+          return asAnswers(on.finishViews(std::move(pending)));
+        });
+  }
+  startWhatFits();
+}
+
+void EvaluationPipeline::expectTogether(std::vector<std::vector<worker::TimelineEvaluation>> upcoming) {
+  for (auto& group : upcoming) {
+    if (group.empty()) continue;
+    auto requests = requestsOf(group);
+    push(
+        std::move(requests), [group = std::move(group)](WidgetWorker& on) { return on.startTimelines(group); },
+        [](WidgetWorker& on, WidgetWorker::PendingEvaluation pending) {
+          return asAnswers(on.finishTimelines(std::move(pending)));
+        });
   }
   startWhatFits();
 }
 
 worker::Evaluation<widgets::TimelineAnswer> EvaluationPipeline::timeline(const worker::TimelineEvaluation& evaluation) {
   auto* next = expected(worker::toJson(evaluation));
-  auto started = next && next->requests.size() == 1 ? takeStarted() : std::nullopt;
+  if (next && next->finish) {
+    return nextOfTogether<widgets::TimelineAnswer>(*next, [&] { return workers_.front()->timeline(evaluation); });
+  }
+  auto started = next ? takeStarted() : std::nullopt;
   if (!started) return workers_.front()->timeline(evaluation);
   auto answer = workers_[started->worker]->finishTimeline(std::move(*started->pending));
   startWhatFits();
@@ -61,7 +98,9 @@ worker::Evaluation<widgets::TimelineAnswer> EvaluationPipeline::timeline(const w
 
 worker::Evaluation<std::string> EvaluationPipeline::view(const worker::ViewEvaluation& evaluation) {
   auto* next = expected(worker::toJson(evaluation));
-  if (next && next->requests.size() > 1) return nextOfTogether(*next, evaluation);
+  if (next && next->finish) {
+    return nextOfTogether<std::string>(*next, [&] { return workers_.front()->view(evaluation); });
+  }
   auto started = next ? takeStarted() : std::nullopt;
   if (!started) return workers_.front()->view(evaluation);
   auto answer = workers_[started->worker]->finishView(std::move(*started->pending));
@@ -82,21 +121,22 @@ std::optional<EvaluationPipeline::Ahead> EvaluationPipeline::takeStarted() {
   return first;
 }
 
-// The views of a group are read together on the first one's asking and handed
-// out in turn; a group never started is asked for view by view.
-worker::Evaluation<std::string> EvaluationPipeline::nextOfTogether(Ahead& group,
-                                                                   const worker::ViewEvaluation& evaluation) {
+// The answers of a group are read together on the first one's asking and
+// handed out in turn; a group never started is asked for one by one.
+template <typename Answer>
+worker::Evaluation<Answer> EvaluationPipeline::nextOfTogether(
+    Ahead& group, const std::function<worker::Evaluation<Answer>()>& alone) {
   if (group.pending) {
     busy_[group.worker] = false;
-    group.views = workers_[group.worker]->finishViews(std::move(*group.pending));
+    group.answers = group.finish(*workers_[group.worker], std::move(*group.pending));
     group.pending.reset();
     startWhatFits();
   }
   if (!group.started) {
     ahead_.pop_front();
-    return workers_.front()->view(evaluation);
+    return alone();
   }
-  auto answer = std::move(group.views[group.handedOut++]);
+  auto answer = std::get<worker::Evaluation<Answer>>(std::move(group.answers[group.handedOut++]));
   if (group.handedOut == group.requests.size()) ahead_.pop_front();
   return answer;
 }

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <variant>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -29,35 +30,43 @@ class EvaluationPipeline {
   // The evaluations to be asked for next, in the order they will be asked.
   void expect(std::vector<worker::ViewEvaluation> upcoming);
   void expect(std::vector<worker::TimelineEvaluation> upcoming);
-  // Views to be asked for next, each group's in turn, evaluated together
-  // (WidgetWorker::startViews): an entry's light and dark views.
+  // Groups to be asked for next, each group's in turn, evaluated together
+  // (WidgetWorker::startViews, startTimelines): an entry's light and dark
+  // views, the timelines of the app's reload.
   void expectTogether(std::vector<std::vector<worker::ViewEvaluation>> upcoming);
+  void expectTogether(std::vector<std::vector<worker::TimelineEvaluation>> upcoming);
   // As WidgetWorker::timeline and WidgetWorker::view answer them. Evaluations
   // expected before one asked for and not asked for are dropped, their answers unseen.
   worker::Evaluation<widgets::TimelineAnswer> timeline(const worker::TimelineEvaluation& evaluation);
   worker::Evaluation<std::string> view(const worker::ViewEvaluation& evaluation);
   // Drops every evaluation still expected; the workers are free again afterwards.
   void forgetExpected();
+  std::size_t workerCount() const { return workers_.size(); }
   // Passes on to every worker (WidgetWorker::hear), once none is busy.
   void hear(const worker::JournalWriteNotice& notice);
 
  private:
   using Start = std::function<worker::WidgetWorker::PendingEvaluation(worker::WidgetWorker&)>;
+  using Answers =
+      std::vector<std::variant<worker::Evaluation<std::string>, worker::Evaluation<widgets::TimelineAnswer>>>;
+  using Finish = std::function<Answers(worker::WidgetWorker&, worker::WidgetWorker::PendingEvaluation)>;
   struct Ahead {
-    std::vector<nlohmann::json> requests;  // one, or the views evaluated together
+    std::vector<nlohmann::json> requests;  // one, or those evaluated together
     Start start;
+    Finish finish;  // of those evaluated together
     bool started = false;
     std::size_t worker = 0;
     std::optional<worker::WidgetWorker::PendingEvaluation> pending;
-    std::vector<worker::Evaluation<std::string>> views;  // those evaluated together, once read
+    Answers answers;  // of those evaluated together, once read
     std::size_t handedOut = 0;
   };
-  void push(std::vector<nlohmann::json> requests, Start start);
+  void push(std::vector<nlohmann::json> requests, Start start, Finish finish = {});
   // Drops what was expected before `request`; null when nothing expected is left.
   Ahead* expected(const nlohmann::json& request);
   // The first expected evaluation, single, if it was started; it leaves the queue either way.
   std::optional<Ahead> takeStarted();
-  worker::Evaluation<std::string> nextOfTogether(Ahead& group, const worker::ViewEvaluation& evaluation);
+  template <typename Answer>
+  worker::Evaluation<Answer> nextOfTogether(Ahead& group, const std::function<worker::Evaluation<Answer>()>& alone);
 
   void startWhatFits();
   void dropFirst();

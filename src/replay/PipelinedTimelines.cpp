@@ -1,5 +1,7 @@
 #include "replay/PipelinedTimelines.hpp"
 
+#include <algorithm>
+
 namespace quillan::replay {
 
 PipelinedTimelines::PipelinedTimelines(EvaluationPipeline& pipeline, worker::ProcessSettings settings,
@@ -21,10 +23,16 @@ host::TimelineSource PipelinedTimelines::source() {
   };
 }
 
+// The reload's timelines are evaluated in as many groups as there are
+// workers, each group in one child: side by side, and with a fork and a start
+// of the extension for a group rather than for each widget.
 void PipelinedTimelines::expect(const std::vector<std::string>& kinds, platform::Date at) {
-  std::vector<worker::TimelineEvaluation> upcoming;
-  for (const auto& kind : kinds) upcoming.push_back(evaluationOf(kind, at));
-  pipeline_.expect(std::move(upcoming));
+  const auto groups = std::min(kinds.size(), pipeline_.workerCount());
+  std::vector<std::vector<worker::TimelineEvaluation>> upcoming(groups);
+  for (std::size_t index = 0; index < kinds.size(); ++index) {
+    upcoming[index * groups / kinds.size()].push_back(evaluationOf(kinds[index], at));
+  }
+  pipeline_.expectTogether(std::move(upcoming));
 }
 
 }  // namespace quillan::replay

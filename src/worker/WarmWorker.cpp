@@ -115,10 +115,10 @@ std::variant<ChildRun, std::string> runInChild(const std::vector<Json>& requests
   return run;
 }
 
-// The views of a request for several, evaluated in one child that reads the
-// journal and loads what they share once. Its replies are taken only when it
-// answered every view with a tree and ended cleanly within the limits of a
-// single evaluation; nullopt otherwise.
+// The requests of a request for several, evaluated in one child that reads
+// the journal and loads what they share once. Its replies are taken only when
+// it answered every request (with a timeline or a tree) and ended cleanly
+// within the limits of a single evaluation; nullopt otherwise.
 std::optional<std::vector<Json>> evaluateTogetherInChild(const std::vector<Json>& requests,
                                                          const WorkerOptions& options, int closeInChild) {
   auto started = runInChild(requests, options, closeInChild);
@@ -132,25 +132,27 @@ std::optional<std::vector<Json>> evaluateTogetherInChild(const std::vector<Json>
   return replies;
 }
 
-// The views of {"type": "views", "views": [view requests]}, else nullopt.
-std::optional<std::vector<Json>> viewsTogether(const Json& request) {
-  if (!request.is_object() || request.value("type", "") != "views" || !request.contains("views") ||
-      !request["views"].is_array() || request["views"].empty()) {
+// The requests of {"type": "together", "requests": [timeline or view
+// requests]}, else nullopt.
+std::optional<std::vector<Json>> requestsTogether(const Json& request) {
+  if (!request.is_object() || request.value("type", "") != "together" || !request.contains("requests") ||
+      !request["requests"].is_array() || request["requests"].empty()) {
     return std::nullopt;
   }
-  return request["views"].get<std::vector<Json>>();
+  return request["requests"].get<std::vector<Json>>();
 }
 
-// Views asked for together answer as if each had been asked for alone, in
+// Requests asked for together answer as if each had been asked for alone, in
 // turn: one reply each. A child that did not answer them all cleanly leaves
 // them to separate children, so its own failure is never seen.
-bool answerTogether(int hostSocket, const std::vector<Json>& views, const WorkerOptions& options,
+bool answerTogether(int hostSocket, const std::vector<Json>& requests, const WorkerOptions& options,
                     NoteDatesKeeper& noteDates) {
-  for (const auto& view : views) noteDates.refreshFor(view, hostSocket);
-  const auto replies = evaluateTogetherInChild(views, options, hostSocket);
-  for (std::size_t index = 0; index < views.size(); ++index) {
-    if (!replies) noteDates.refreshFor(views[index], hostSocket);
-    if (!writeMessage(hostSocket, replies ? (*replies)[index] : evaluateInChild(views[index], options, hostSocket))) {
+  for (const auto& request : requests) noteDates.refreshFor(request, hostSocket);
+  const auto replies = evaluateTogetherInChild(requests, options, hostSocket);
+  for (std::size_t index = 0; index < requests.size(); ++index) {
+    if (!replies) noteDates.refreshFor(requests[index], hostSocket);
+    if (!writeMessage(hostSocket,
+                      replies ? (*replies)[index] : evaluateInChild(requests[index], options, hostSocket))) {
       return false;
     }
   }
@@ -188,8 +190,8 @@ void runWarmWorker(int hostSocket, const WorkerOptions& options) {
       if (!writeMessage(hostSocket, {{"answer", Json::object()}, {"log", Json::array()}})) _exit(0);
       continue;
     }
-    if (const auto views = viewsTogether(std::get<Json>(request))) {
-      if (!answerTogether(hostSocket, *views, options, noteDates)) _exit(0);
+    if (const auto requests = requestsTogether(std::get<Json>(request))) {
+      if (!answerTogether(hostSocket, *requests, options, noteDates)) _exit(0);
       continue;
     }
     noteDates.refreshFor(std::get<Json>(request), hostSocket);

@@ -239,8 +239,7 @@ WidgetWorker::PendingEvaluation WidgetWorker::startTimeline(const TimelineEvalua
   return PendingEvaluation(send(toJson(evaluation)));
 }
 
-Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluation pending) {
-  auto reply = receive(pending.exchange);
+Evaluation<widgets::TimelineAnswer> WidgetWorker::timelineOf(const Reply& reply) {
   if (reply.failure) return failed<widgets::TimelineAnswer>(*reply.failure, reply.log, reply.cost);
   try {
     return {timelineAnswerFromJson(reply.answer.value("timeline", Json())), reply.log, reply.cost};
@@ -248,6 +247,10 @@ Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluati
     return failed<widgets::TimelineAnswer>(std::string("the worker's answer was malformed: ") + error.what(), reply.log,
                                            reply.cost);
   }
+}
+
+Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluation pending) {
+  return timelineOf(receive(pending.exchange));
 }
 
 Evaluation<std::string> WidgetWorker::view(const ViewEvaluation& evaluation) {
@@ -280,37 +283,65 @@ Evaluation<std::string> WidgetWorker::finishView(PendingEvaluation pending) {
   return viewOf(receive(pending.exchange));
 }
 
-WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewEvaluation>& evaluations) {
-  Json views = Json::array();
+WidgetWorker::Exchange WidgetWorker::sendTogether(Json requests) {
+  auto exchange = send({{"type", "together"}, {"requests", std::move(requests)}});
+  exchange.firstReplyExtra = options_.deadline;
+  return exchange;
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startTimelines(const std::vector<TimelineEvaluation>& evaluations) {
+  Json requests = Json::array();
   for (const auto& evaluation : evaluations) {
-    validateView(evaluation);
-    views.push_back(toJson(evaluation));
+    validate(evaluation.kind, evaluation.settings, {evaluation.at});
+    requests.push_back(toJson(evaluation));
   }
-  PendingEvaluation pending(send({{"type", "views"}, {"views", std::move(views)}}));
-  pending.exchange.firstReplyExtra = options_.deadline;
-  pending.together = evaluations;
+  PendingEvaluation pending(sendTogether(std::move(requests)));
+  pending.timelines = evaluations;
   return pending;
 }
 
-std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
-  std::vector<Evaluation<std::string>> answers;
+WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewEvaluation>& evaluations) {
+  Json requests = Json::array();
+  for (const auto& evaluation : evaluations) {
+    validateView(evaluation);
+    requests.push_back(toJson(evaluation));
+  }
+  PendingEvaluation pending(sendTogether(std::move(requests)));
+  pending.views = evaluations;
+  return pending;
+}
+
+template <typename Answer, typename Request>
+std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(
+    PendingEvaluation& pending, const std::vector<Request>& requests, Evaluation<Answer> (*answerOf)(const Reply&),
+    Evaluation<Answer> (WidgetWorker::*alone)(const Request&)) {
+  std::vector<Evaluation<Answer>> answers;
   auto& exchange = pending.exchange;
-  while (answers.size() < pending.together.size()) {
-    answers.push_back(viewOf(receive(exchange)));
+  while (answers.size() < requests.size()) {
+    answers.push_back(answerOf(receive(exchange)));
     if (!exchange.sentAt) break;
   }
-  // A worker given up on answers no more: the views left are asked for
-  // alone, as they would have been after the one that failed.
+  // A worker given up on answers no more: the evaluations left are asked
+  // for alone, as they would have been after the one that failed.
   exchange.lock.unlock();
-  for (auto index = answers.size(); index < pending.together.size(); ++index) {
-    answers.push_back(view(pending.together[index]));
+  for (auto index = answers.size(); index < requests.size(); ++index) {
+    answers.push_back((this->*alone)(requests[index]));
   }
   return answers;
 }
 
+std::vector<Evaluation<widgets::TimelineAnswer>> WidgetWorker::finishTimelines(PendingEvaluation pending) {
+  return finishTogether(pending, pending.timelines, &WidgetWorker::timelineOf, &WidgetWorker::timeline);
+}
+
+std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
+  return finishTogether(pending, pending.views, &WidgetWorker::viewOf, &WidgetWorker::view);
+}
+
 void WidgetWorker::discard(PendingEvaluation pending) {
   auto& exchange = pending.exchange;
-  for (std::size_t index = 0; index < std::max<std::size_t>(pending.together.size(), 1); ++index) {
+  const auto replies = std::max<std::size_t>(pending.timelines.size() + pending.views.size(), 1);
+  for (std::size_t index = 0; index < replies; ++index) {
     receive(exchange);
     if (!exchange.sentAt) return;
   }

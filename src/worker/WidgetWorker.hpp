@@ -62,8 +62,9 @@ class WidgetWorker {
     Reply reply;  // a restart's note, or the failure to send
     // When the next reply's wait began; unset once nothing more is to be read.
     std::optional<std::chrono::steady_clock::time_point> sentAt;
-    // Beyond the deadline and its grace, what the first reply may take (views
-    // asked for together may be tried in one child before each is evaluated).
+    // Beyond the deadline and its grace, what the first reply may take
+    // (evaluations asked for together may be tried in one child before each
+    // is evaluated alone).
     std::chrono::milliseconds firstReplyExtra{0};
   };
 
@@ -79,7 +80,9 @@ class WidgetWorker {
     friend class WidgetWorker;
     explicit PendingEvaluation(Exchange exchange) : exchange(std::move(exchange)) {}
     Exchange exchange;
-    std::vector<ViewEvaluation> together;  // views asked for together, if any
+    // What was asked for together, if anything.
+    std::vector<TimelineEvaluation> timelines;
+    std::vector<ViewEvaluation> views;
   };
 
   // Throws std::runtime_error when the processes cannot be started, and
@@ -101,11 +104,14 @@ class WidgetWorker {
   Evaluation<widgets::TimelineAnswer> finishTimeline(PendingEvaluation pending);
   PendingEvaluation startView(const ViewEvaluation& evaluation);
   Evaluation<std::string> finishView(PendingEvaluation pending);
-  // Views asked for together, as an entry's light and dark ones are: the
-  // answers are those view() gives each of them in turn, logs included, but
-  // the warm worker builds them in one child when that child answers them all
-  // cleanly, reading the journal and loading what they share once. Throws as
-  // startView() does for any of them, before anything is sent.
+  // Timelines or views asked for together, as the app's reload of every
+  // widget and an entry's light and dark views are: the answers are those
+  // timeline() or view() gives each of them in turn, logs included, but the
+  // warm worker evaluates them in one child when that child answers them all
+  // cleanly, reading the journal and loading what they share once. Throw as
+  // startTimeline() and startView() do for any of them, before anything is sent.
+  PendingEvaluation startTimelines(const std::vector<TimelineEvaluation>& evaluations);
+  std::vector<Evaluation<widgets::TimelineAnswer>> finishTimelines(PendingEvaluation pending);
   PendingEvaluation startViews(const std::vector<ViewEvaluation>& evaluations);
   std::vector<Evaluation<std::string>> finishViews(PendingEvaluation pending);
   // Reads and drops what `pending` answers, of whichever kind.
@@ -128,6 +134,14 @@ class WidgetWorker {
   Reply receive(Exchange& exchange);
   void validateView(const ViewEvaluation& evaluation) const;
   static Evaluation<std::string> viewOf(const Reply& reply);
+  static Evaluation<widgets::TimelineAnswer> timelineOf(const Reply& reply);
+  Exchange sendTogether(nlohmann::json requests);
+  // The replies of what was sent together, each read in turn; once the
+  // worker is given up, those left are asked for alone.
+  template <typename Answer, typename Request>
+  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending, const std::vector<Request>& requests,
+                                                 Evaluation<Answer> (*answerOf)(const Reply&),
+                                                 Evaluation<Answer> (WidgetWorker::*alone)(const Request&));
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);

@@ -102,7 +102,8 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
   ASSERT_NE(direct[0], direct[1]);
   ASSERT_NE(direct[5], direct[6]);
 
-  // Views expected `together` are expected in pairs, as an entry's light and dark.
+  // Views expected `together` are expected in pairs, as an entry's light and
+  // dark, and timelines in one group, as the app's reload of every widget.
   const struct {
     const char* name;
     std::vector<std::size_t> expected;
@@ -120,7 +121,8 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
       {"in pairs, as expected", {0, 1, 2, 3}, {0, 1, 2, 3}, true},
       {"in pairs, the second of one skipped", {0, 1, 2, 3}, {0, 2, 3}, true},
       {"in pairs, the second asked first", {0, 1, 2, 3}, {1, 0, 2, 3}, true},
-      {"in pairs, after timelines", {5, 0, 1}, {5, 0, 1}, true},
+      {"in pairs, after timelines", {5, 6, 0, 1}, {5, 6, 0, 1}, true},
+      {"in groups, a timeline skipped", {5, 6, 0, 1}, {6, 0, 1}, true},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
@@ -135,13 +137,14 @@ TEST_F(EvaluationPipelineTest, AnswersEveryViewAsTheWorkerDoesHoweverTheAskingSt
       }
     }
     // Timelines are expected first in the table's cases.
-    pipeline.expect(timelines);
     if (test.together) {
+      pipeline.expectTogether(std::vector<std::vector<TimelineEvaluation>>{timelines});
       std::vector<std::vector<ViewEvaluation>> pairs;
       for (std::size_t first = 0; first + 1 < views.size(); first += 2)
         pairs.push_back({views[first], views[first + 1]});
       pipeline.expectTogether(pairs);
     } else {
+      pipeline.expect(timelines);
       pipeline.expect(views);
     }
     for (const auto index : test.asked) EXPECT_EQ(answerOf(pipeline, asked[index]), direct[index]) << index;

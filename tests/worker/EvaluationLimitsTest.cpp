@@ -131,16 +131,20 @@ TEST_F(EvaluationLimitsTest, EachWayOfStoppingHasItsReasonAndTheWarmWorkerOutliv
       EXPECT_GT(answer.cost.peakKilobytes * 1024, worker_->options().memoryCeilingBytes);
     }
     EXPECT_EQ(reasonOf("Quiet"), "answered");
-    // Views asked for together that one child cannot answer cleanly are each
-    // answered as if alone. (Waiting for the deadline three times more would
-    // only repeat the other cases.)
+    // Timelines or views asked for together that one child cannot answer
+    // cleanly are each answered as if alone. (Waiting for the deadline three
+    // times more would only repeat the other cases.)
     if (reason.starts_with("exceeded the deadline")) continue;
-    const auto together = worker_->finishViews(worker_->startViews({draw(kind, views::ColorScheme::light),
-                                                                    draw(kind, views::ColorScheme::dark)}));
-    ASSERT_EQ(together.size(), 2u);
-    for (const auto& view : together) {
-      EXPECT_THAT(view.failure() ? view.failure()->reason : "answered", MatchesRegex(reason));
-      EXPECT_EQ(view.log, std::vector<std::string>{"about to draw"});
+    const auto views = worker_->finishViews(worker_->startViews({draw(kind, views::ColorScheme::light),
+                                                                 draw(kind, views::ColorScheme::dark)}));
+    const auto timelines = worker_->finishTimelines(worker_->startTimelines({ask(kind), ask(kind)}));
+    ASSERT_EQ(views.size(), 2u);
+    ASSERT_EQ(timelines.size(), 2u);
+    for (std::size_t index = 0; index < 2; ++index) {
+      EXPECT_THAT(views[index].failure() ? views[index].failure()->reason : "answered", MatchesRegex(reason));
+      EXPECT_EQ(views[index].log, std::vector<std::string>{"about to draw"});
+      EXPECT_THAT(timelines[index].failure() ? timelines[index].failure()->reason : "answered", MatchesRegex(reason));
+      EXPECT_EQ(timelines[index].log, std::vector<std::string>{"about to misbehave"});
     }
   }
   EXPECT_EQ(worker_->warmWorkerPid(), pid);
