@@ -122,7 +122,8 @@ std::optional<EvaluationPipeline::Ahead> EvaluationPipeline::takeStarted() {
 }
 
 // The answers of a group are read together on the first one's asking and
-// handed out in turn; a group never started is asked for one by one.
+// handed out in turn; those of a group never started, or left unanswered
+// when its worker was given up, are asked for one by one.
 template <typename Answer>
 worker::Evaluation<Answer> EvaluationPipeline::nextOfTogether(
     Ahead& group, const std::function<worker::Evaluation<Answer>()>& alone) {
@@ -132,7 +133,7 @@ worker::Evaluation<Answer> EvaluationPipeline::nextOfTogether(
     group.pending.reset();
     startWhatFits();
   }
-  if (!group.started) {
+  if (!group.started || group.handedOut == group.answers.size()) {
     ahead_.pop_front();
     return alone();
   }

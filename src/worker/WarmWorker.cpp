@@ -135,8 +135,8 @@ std::optional<std::vector<Json>> evaluateTogetherInChild(const std::vector<Json>
 // The requests of {"type": "together", "requests": [timeline or view
 // requests]}, else nullopt.
 std::optional<std::vector<Json>> requestsTogether(const Json& request) {
-  if (!request.is_object() || request.value("type", "") != "together" || !request.contains("requests") ||
-      !request["requests"].is_array() || request["requests"].empty()) {
+  if (!request.is_object() || !request.contains("type") || request["type"] != "together" ||
+      !request.contains("requests") || !request["requests"].is_array() || request["requests"].empty()) {
     return std::nullopt;
   }
   return request["requests"].get<std::vector<Json>>();

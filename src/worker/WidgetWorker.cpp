@@ -311,31 +311,24 @@ WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewE
   return pending;
 }
 
-template <typename Answer, typename Request>
-std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(
-    PendingEvaluation& pending, const std::vector<Request>& requests, Evaluation<Answer> (*answerOf)(const Reply&),
-    Evaluation<Answer> (WidgetWorker::*alone)(const Request&)) {
+template <typename Answer>
+std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(PendingEvaluation& pending, std::size_t count,
+                                                             Evaluation<Answer> (*answerOf)(const Reply&)) {
   std::vector<Evaluation<Answer>> answers;
   auto& exchange = pending.exchange;
-  while (answers.size() < requests.size()) {
+  while (answers.size() < count) {
     answers.push_back(answerOf(receive(exchange)));
     if (!exchange.sentAt) break;
-  }
-  // A worker given up on answers no more: the evaluations left are asked
-  // for alone, as they would have been after the one that failed.
-  exchange.lock.unlock();
-  for (auto index = answers.size(); index < requests.size(); ++index) {
-    answers.push_back((this->*alone)(requests[index]));
   }
   return answers;
 }
 
 std::vector<Evaluation<widgets::TimelineAnswer>> WidgetWorker::finishTimelines(PendingEvaluation pending) {
-  return finishTogether(pending, pending.timelines, &WidgetWorker::timelineOf, &WidgetWorker::timeline);
+  return finishTogether(pending, pending.timelines.size(), &WidgetWorker::timelineOf);
 }
 
 std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
-  return finishTogether(pending, pending.views, &WidgetWorker::viewOf, &WidgetWorker::view);
+  return finishTogether(pending, pending.views.size(), &WidgetWorker::viewOf);
 }
 
 void WidgetWorker::discard(PendingEvaluation pending) {

@@ -33,12 +33,11 @@ namespace quillan::worker {
 // (group container, zone, locale), which evaluations inherit unless their
 // ProcessSettings say otherwise. The constructor forks a keeper process that
 // loads ICU's data and the bundle and forks a warm worker; the warm worker
-// forks a fresh child for each evaluation, which applies the evaluation's
-// settings, pins the clock, reads the journal through the store as the
-// command does (nothing is kept from one evaluation to the next but the warm
-// worker's read of the note dates, used only while the journal's files prove
-// it current: NoteDatesKeeper.hpp), answers, and ends. A warm worker found dead is replaced before the next evaluation,
-// and the answer's log says so.
+// forks a fresh child for each evaluation (or for evaluations asked for
+// together: startViews), which applies the evaluation's settings, pins the clock, reads the journal through the store
+// as the command does (nothing is kept from one evaluation to the next but the warm worker's read of the note dates,
+// used only while the journal's files prove it current: NoteDatesKeeper.hpp), answers, and ends. A warm worker found
+// dead is replaced before the next evaluation, and the answer's log says so.
 //
 // Measured on a shared two-core machine (optimised build): the warm worker
 // sits at about 2.3 MB resident; a child of it starts at about 3.3 MB and an
@@ -109,7 +108,10 @@ class WidgetWorker {
   // timeline() or view() gives each of them in turn, logs included, but the
   // warm worker evaluates them in one child when that child answers them all
   // cleanly, reading the journal and loading what they share once. Throw as
-  // startTimeline() and startView() do for any of them, before anything is sent.
+  // startTimeline() and startView() do for any of them, before anything is
+  // sent. An answer that gives the worker up (it stopped, or did not answer)
+  // is the last: those after it are left to be asked for alone, if at all, so
+  // that the restart and its note come with the next evaluation asked for.
   PendingEvaluation startTimelines(const std::vector<TimelineEvaluation>& evaluations);
   std::vector<Evaluation<widgets::TimelineAnswer>> finishTimelines(PendingEvaluation pending);
   PendingEvaluation startViews(const std::vector<ViewEvaluation>& evaluations);
@@ -136,12 +138,10 @@ class WidgetWorker {
   static Evaluation<std::string> viewOf(const Reply& reply);
   static Evaluation<widgets::TimelineAnswer> timelineOf(const Reply& reply);
   Exchange sendTogether(nlohmann::json requests);
-  // The replies of what was sent together, each read in turn; once the
-  // worker is given up, those left are asked for alone.
-  template <typename Answer, typename Request>
-  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending, const std::vector<Request>& requests,
-                                                 Evaluation<Answer> (*answerOf)(const Reply&),
-                                                 Evaluation<Answer> (WidgetWorker::*alone)(const Request&));
+  // The replies of what was sent together, each read in turn, until the worker is given up.
+  template <typename Answer>
+  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending, std::size_t count,
+                                                 Evaluation<Answer> (*answerOf)(const Reply&));
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);

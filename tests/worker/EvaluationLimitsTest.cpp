@@ -150,6 +150,23 @@ TEST_F(EvaluationLimitsTest, EachWayOfStoppingHasItsReasonAndTheWarmWorkerOutliv
   EXPECT_EQ(worker_->warmWorkerPid(), pid);
 }
 
+// A warm worker killed during evaluations asked for together fails the one
+// it was on; the others are left to be asked for alone, and the next one
+// asked for restarts the worker and says so, as after a single evaluation.
+TEST_F(EvaluationLimitsTest, AWarmWorkerKilledDuringEvaluationsTogetherFailsTheOneItWasOn) {
+  const pid_t killed = worker_->warmWorkerPid();
+  auto pending = worker_->startTimelines({ask("Sleeping"), ask("Quiet")});
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  ASSERT_EQ(kill(killed, SIGKILL), 0);
+  const auto answers = worker_->finishTimelines(std::move(pending));
+  ASSERT_EQ(answers.size(), 1u);
+  ASSERT_TRUE(answers[0].failure());
+  EXPECT_EQ(answers[0].failure()->reason, "the worker stopped during the evaluation");
+  const auto next = worker_->timeline(ask("Quiet"));
+  EXPECT_TRUE(next.value());
+  EXPECT_THAT(next.log, ::testing::Contains(::testing::HasSubstr("the warm worker had stopped")));
+}
+
 TEST_F(EvaluationLimitsTest, AWidgetThatStopsFailsInTheSchedulerWhileTheOthersCarryOn) {
   std::vector<std::string> logged;
   host::Scheduler scheduler(at("2026-11-22T09:00:00Z"),
