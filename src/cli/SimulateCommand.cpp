@@ -7,7 +7,6 @@
 #include "bundle/TimelineWidgetBundle.hpp"
 #include "cli/Commands.hpp"
 #include "cli/ModuleLoader.hpp"
-#include "host/WorkerTimelineSource.hpp"
 #include "hosting/QuotedValue.hpp"
 #include "hosting/WidgetLookup.hpp"
 #include "platform/FileManager.hpp"
@@ -124,7 +123,7 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
   const auto output = outputFolder(options.output);
   // The workers fork before this process opens any journal: their children
   // must not inherit SQLite's per-file state. On a private journal a second
-  // one evaluates views beside the first (replay/ViewPipeline.hpp).
+  // one evaluates views and timelines beside the first (replay/EvaluationPipeline.hpp).
   worker::WidgetWorker worker(extensionLimits());
   std::optional<worker::WidgetWorker> second;
   if (!plan.notes.empty()) second.emplace(extensionLimits());
@@ -132,7 +131,7 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
   if (!plan.notes.empty()) journal = std::make_unique<replay::PrivateJournal>(userJournal(host));
   std::vector<worker::WidgetWorker*> workers = {&worker};
   if (second) workers.push_back(&*second);
-  replay::ViewPipeline views(workers);
+  replay::EvaluationPipeline evaluations(workers);
 
   worker::ProcessSettings settings;
   settings.seed = host.seed;
@@ -144,10 +143,10 @@ int runSimulation(const SimulateOptions& options, const HostOptions& host) {
     std::cerr << kind << ": " << hosting::singleLine(line) << "\n";
   };
   replay::EntryPainter painter(
-      views, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output,
+      evaluations, settings, [&host](views::WidgetFamily family) { return host.environment(family); }, device, output,
       drawingModule());
-  replay::Simulation simulation(host::workerTimelineSource(worker, settings, log), painter, journal.get(),
-                                platform::TimeZone::current());
+  replay::PipelinedTimelines timelines(evaluations, settings, log);
+  replay::Simulation simulation(timelines, painter, journal.get(), platform::TimeZone::current());
   simulation.run(plan);
 
   writeFile(output / "log.json", simulation.log().text());

@@ -50,7 +50,7 @@ std::string wrappedTree(const std::string& kind, views::WidgetFamily family, pla
 
 }  // namespace
 
-EntryPainter::EntryPainter(ViewPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
+EntryPainter::EntryPainter(EvaluationPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
                            render::DeviceProfile device, std::filesystem::path output,
                            const render::DrawingFunctions& drawing)
     : views_(views),
@@ -60,14 +60,15 @@ EntryPainter::EntryPainter(ViewPipeline& views, worker::ProcessSettings settings
       output_(std::move(output)),
       drawing_(drawing) {}
 
+// An entry's light and dark views differ only in their scheme: they are
+// evaluated together, reading the journal once.
 void EntryPainter::expect(const std::vector<ShownEntry>& entries) {
-  std::vector<worker::ViewEvaluation> upcoming;
+  std::vector<std::vector<worker::ViewEvaluation>> upcoming;
   for (const auto& entry : entries) {
-    for (const auto scheme : {views::ColorScheme::light, views::ColorScheme::dark}) {
-      upcoming.push_back(evaluationOf(entry.kind, entry.entryDate, entry.at, scheme));
-    }
+    upcoming.push_back({evaluationOf(entry.kind, entry.entryDate, entry.at, views::ColorScheme::light),
+                        evaluationOf(entry.kind, entry.entryDate, entry.at, views::ColorScheme::dark)});
   }
-  views_.expect(std::move(upcoming));
+  views_.expectTogether(std::move(upcoming));
 }
 
 worker::ViewEvaluation EntryPainter::evaluationOf(const std::string& kind, platform::Date entryDate, platform::Date at,

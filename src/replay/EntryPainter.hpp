@@ -11,8 +11,8 @@
 #include "render/DeviceProfile.hpp"
 #include "render/DrawingFunctions.hpp"
 #include "render/HitTest.hpp"
+#include "replay/EvaluationPipeline.hpp"
 #include "replay/PictureCache.hpp"
-#include "replay/ViewPipeline.hpp"
 #include "views/Environment.hpp"
 #include "worker/WidgetWorker.hpp"
 
@@ -32,7 +32,7 @@ class EntryPainter {
   // The display environment the host gives a widget of `family`.
   using EnvironmentOf = std::function<views::Environment(views::WidgetFamily)>;
 
-  EntryPainter(ViewPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
+  EntryPainter(EvaluationPipeline& views, worker::ProcessSettings settings, EnvironmentOf environment,
                render::DeviceProfile device, std::filesystem::path output, const render::DrawingFunctions& drawing);
 
   // An entry shown at `at`, about to be painted.
@@ -73,7 +73,7 @@ class EntryPainter {
   std::optional<EntryFailure> drawPicture(const Drawn& drawn, const std::filesystem::path& file);
   std::vector<render::HitRegion> regionsOf(const Drawn& drawn);
 
-  ViewPipeline& views_;
+  EvaluationPipeline& views_;
   worker::ProcessSettings settings_;
   EnvironmentOf environment_;
   render::DeviceProfile device_;

@@ -5,6 +5,7 @@
 #include "platform/FileManager.hpp"
 #include "store/CoreDataStack.hpp"
 #include "store/StoreFileCopy.hpp"
+#include "store/StoreSnapshot.hpp"
 
 namespace quillan::replay {
 namespace {
@@ -14,15 +15,31 @@ bool hasCompanion(const std::filesystem::path& journal, const char* suffix) {
   return std::filesystem::exists(journal.string() + suffix, error);
 }
 
+// An open journal whose -wal is empty while a read of it is held is all in
+// its main file, and stays so until the read ends: a read that uses no page of
+// the log keeps every checkpoint from writing into the main file, and a read
+// that does use some keeps the log from being emptied. Its bytes are copied
+// under that read, which spares a large journal the page-by-page backup and
+// its check. False, with nothing copied, when the -wal holds pages.
+bool copiedUnderRead(const std::filesystem::path& journal, const std::filesystem::path& copy) {
+  const auto reading = store::StoreSnapshot::open(journal);
+  std::error_code error;
+  if (std::filesystem::file_size(journal.string() + "-wal", error) != 0 || error) return false;
+  std::filesystem::copy_file(journal, copy);
+  return true;
+}
+
 // A journal the app has closed is all in its main file. Opening it through
 // SQLite, even read-only, would leave -wal and -shm files beside it, so it is
 // copied as plain bytes instead; SQLite's online backup is for a journal the
 // app has open, whose latest pages may still be in its -wal.
 void copyJournal(const std::filesystem::path& journal, const std::filesystem::path& copy) {
-  if (hasCompanion(journal, "-wal") || hasCompanion(journal, "-journal")) {
+  if (hasCompanion(journal, "-journal")) {
     store::copyStoreFile(journal, copy);
-  } else {
+  } else if (!hasCompanion(journal, "-wal")) {
     std::filesystem::copy_file(journal, copy);
+  } else if (!copiedUnderRead(journal, copy)) {
+    store::copyStoreFile(journal, copy);
   }
   store::copyExternalData(journal, copy);
 }

@@ -12,9 +12,9 @@ namespace quillan::replay {
 
 // A copy of the user's journal in a temporary folder of its own, for a replay
 // that writes notes as the app would. The user's files are only read: a closed
-// journal byte by byte, an open one through SQLite's online backup (so
-// committed pages still in its -wal come along and the writer is never
-// disturbed). The copy and its folder are removed with the object, and by the
+// journal byte by byte (an open one too while its -wal is empty), an open one
+// with pages in its -wal through SQLite's online backup (so they come along and
+// the writer is never disturbed). The copy and its folder are removed with the object, and by the
 // signals that end the command (see ScratchFolder): a copy of the user's notes
 // never outlives the command.
 class PrivateJournal {

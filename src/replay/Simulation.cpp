@@ -6,16 +6,16 @@
 
 namespace quillan::replay {
 
-Simulation::Simulation(host::TimelineSource source, EntryPainter& painter, PrivateJournal* journal,
+Simulation::Simulation(PipelinedTimelines& timelines, EntryPainter& painter, PrivateJournal* journal,
                        platform::TimeZone zone)
-    : source_(std::move(source)), painter_(painter), journal_(journal), log_(std::move(zone)) {}
+    : timelines_(timelines), painter_(painter), journal_(journal), log_(std::move(zone)) {}
 
 void Simulation::run(const SimulationPlan& plan) {
   if (!plan.notes.empty() && !journal_) throw std::logic_error("notes to write need a private journal");
   kinds_ = plan.kinds;
   // The listener only takes note: drawing asks the worker, which the scheduler's
   // own calls must not wait on.
-  host::WidgetHost widgetHost(plan.from, source_,
+  host::WidgetHost widgetHost(plan.from, timelines_.source(),
                               [this](const host::SchedulerEvent& event) { heard_.push_back(event); });
   for (const auto& kind : plan.kinds) {
     widgetHost.place(kind);
@@ -42,6 +42,8 @@ void Simulation::writeNotesAt(host::WidgetHost& widgetHost, const std::vector<No
   }
   notice.stage = worker::JournalWriteNotice::Stage::ended;
   painter_.hear(notice);
+  // The app's write reloads every widget, in the order they were placed.
+  timelines_.expect(kinds_, at);
   widgetHost.appWroteJournal();
   handleHeardEvents();
 }

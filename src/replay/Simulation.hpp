@@ -8,6 +8,7 @@
 #include "pages/Filmstrip.hpp"
 #include "replay/EntryPainter.hpp"
 #include "replay/NoteEvents.hpp"
+#include "replay/PipelinedTimelines.hpp"
 #include "replay/PrivateJournal.hpp"
 #include "replay/SimulationLog.hpp"
 
@@ -24,13 +25,13 @@ struct SimulationPlan {
 
 // Lives through a span of time as the phone's host would, on the same
 // host::WidgetHost a live server drives and the extension's timelines from the
-// worker: every event goes to the log, every entry shown is drawn. A note is
+// workers: every event goes to the log, every entry shown is drawn. A note is
 // saved into the private journal at its moment, and the app then reloads all
 // timelines, as the app does after saving.
 class Simulation {
  public:
   // `journal` receives the plan's notes; it may be null for a plan without any.
-  Simulation(host::TimelineSource source, EntryPainter& painter, PrivateJournal* journal, platform::TimeZone zone);
+  Simulation(PipelinedTimelines& timelines, EntryPainter& painter, PrivateJournal* journal, platform::TimeZone zone);
 
   void run(const SimulationPlan& plan);
 
@@ -44,7 +45,7 @@ class Simulation {
   void draw(const host::SchedulerEvent& event, platform::Date entryDate, nlohmann::ordered_json& logged);
   void writeNotesAt(host::WidgetHost& widgetHost, const std::vector<NoteEvent>& notes, std::size_t& next);
 
-  host::TimelineSource source_;
+  PipelinedTimelines& timelines_;
   EntryPainter& painter_;
   PrivateJournal* journal_;
   SimulationLog log_;

@@ -91,8 +91,8 @@ Json evaluateRequest(const Json& request, const std::vector<widgets::WidgetConfi
   return answer;
 }
 
-void runEvaluationChild(const Json& request, const std::vector<widgets::WidgetConfiguration>& widgets, int answerFd,
-                        int stderrFd) {
+void runEvaluationChild(const std::vector<Json>& requests, const std::vector<widgets::WidgetConfiguration>& widgets,
+                        int answerFd, int stderrFd) {
   // A child outliving a killed warm worker would run on unwatched.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   dup2(stderrFd, STDERR_FILENO);
@@ -100,7 +100,11 @@ void runEvaluationChild(const Json& request, const std::vector<widgets::WidgetCo
   const auto writeLine = [answerFd](const Json& object) {
     writeWhole(answerFd, object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
   };
-  writeLine(evaluateRequest(request, widgets, [&](std::string_view line) { writeLine({{"log", std::string(line)}}); }));
+  for (const auto& request : requests) {
+    writeLine(evaluateRequest(request, widgets, [&](std::string_view line) {
+      writeLine({{"log", std::string(line)}});
+    }));
+  }
   close(answerFd);
   // Leaves without the exit handlers and destructors of the process this
   // one was forked from, and without the leak checker's report on them.

@@ -20,10 +20,11 @@ nlohmann::json evaluateRequest(const nlohmann::json& request, const std::vector<
 
 // The body of a forked child: standard error goes to `stderrFd`; `answerFd`
 // receives one JSON object per line, {"log": "..."} for each log line as it
-// is printed (so the lines before a fatal stop still arrive), then the answer.
+// is printed (so the lines before a fatal stop still arrive), then the answer,
+// for each request in turn: each applies its own settings, its seed included.
 // The process ends with _exit (or the extension's own stop) without running
 // the exit handlers of the process it was forked from.
-[[noreturn]] void runEvaluationChild(const nlohmann::json& request,
+[[noreturn]] void runEvaluationChild(const std::vector<nlohmann::json>& requests,
                                      const std::vector<widgets::WidgetConfiguration>& widgets, int answerFd,
                                      int stderrFd);
 

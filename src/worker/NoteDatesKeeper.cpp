@@ -1,6 +1,7 @@
 #include "worker/NoteDatesKeeper.hpp"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -76,6 +77,14 @@ std::optional<store::DateColumnRead> readInChild(const std::filesystem::path& jo
   return store::DateColumnRead::decode(*bytes);
 }
 
+// Hands back to the system the pages a replaced read and the buffers it came
+// through leave free: every evaluation forks this process, and each page it
+// keeps is one more to map into the child and to copy on the first write.
+void useRead(std::shared_ptr<const store::DateColumnRead> read) {
+  store::useKnownDateColumn(std::move(read));
+  malloc_trim(0);
+}
+
 }  // namespace
 
 std::filesystem::path journalOfRequest(const nlohmann::json& request) {
@@ -110,7 +119,7 @@ void NoteDatesKeeper::hear(const JournalWriteNotice& notice) {
   currentAsWriteBegan_.clear();
   if (!wasCurrent || !known || !state || known->journal() != notice.journal) return;
   if (auto grown = known->withRowsAdded(notice.rowsAdded, *state)) {
-    store::useKnownDateColumn(std::make_shared<const store::DateColumnRead>(std::move(*grown)));
+    useRead(std::make_shared<const store::DateColumnRead>(std::move(*grown)));
   }
 }
 
@@ -122,7 +131,7 @@ void NoteDatesKeeper::refresh(const std::filesystem::path& journal, int closeInC
   // A journal that could not be read in this state is not tried again until it changes.
   if (!state || (failedJournal_ == journal && failedState_ == *state)) return;
   if (auto read = readInChild(journal, closeInChild, deadline_)) {
-    store::useKnownDateColumn(std::make_shared<const store::DateColumnRead>(std::move(*read)));
+    useRead(std::make_shared<const store::DateColumnRead>(std::move(*read)));
     return;
   }
   failedJournal_ = journal;

@@ -14,7 +14,10 @@ namespace quillan::worker {
 // request with
 //   {"answer": {"timeline": ...} | {"view": ...}, "log": [...], "cost": {...}}
 // or {"failure": "<reason>", "log": [...], "cost": {...}}, and leaves when the
-// host closes the socket.
+// host closes the socket. {"type": "together", "requests": [timeline or view
+// requests]} (an entry's light and dark views, say) is answered with one such
+// reply per request, in order, each as the request alone would have been
+// answered; they are evaluated in one child when it answers them all cleanly.
 [[noreturn]] void runWarmWorker(int hostSocket, const WorkerOptions& options);
 
 // One request, evaluated in a forked child watched under the options' limits.

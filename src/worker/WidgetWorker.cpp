@@ -146,8 +146,6 @@ void WidgetWorker::ensureWarmWorker(std::vector<std::string>& log) {
   if (restarting) log.emplace_back("worker: the warm worker had stopped; started a new one");
 }
 
-WidgetWorker::Reply WidgetWorker::exchange(const Json& request) { return receive(send(request)); }
-
 WidgetWorker::Exchange WidgetWorker::send(const Json& request) {
   Exchange exchange{std::unique_lock(mutex_), {}, std::nullopt};
   auto& reply = exchange.reply;
@@ -165,13 +163,17 @@ WidgetWorker::Exchange WidgetWorker::send(const Json& request) {
   return exchange;
 }
 
-WidgetWorker::Reply WidgetWorker::receive(Exchange exchange) {
+WidgetWorker::Reply WidgetWorker::receive(Exchange& exchange) {
   auto reply = std::move(exchange.reply);
+  exchange.reply = {};
   if (!exchange.sentAt) return reply;
   const auto wait = options_.deadline + kReplyGrace;
-  auto message = readMessage(socket_, *exchange.sentAt + wait);
+  auto message = readMessage(socket_, *exchange.sentAt + wait + exchange.firstReplyExtra);
+  exchange.firstReplyExtra = {};
+  exchange.sentAt = std::chrono::steady_clock::now();
   if (const auto* problem = std::get_if<ReadFailure>(&message)) {
     dropWarmWorker(true);
+    exchange.sentAt.reset();
     reply.failure = *problem == ReadFailure::timedOut
                         ? "the worker did not answer within " +
                               secondsText(std::chrono::duration_cast<std::chrono::milliseconds>(wait)) + " s"
@@ -229,8 +231,15 @@ void WidgetWorker::validate(const std::string& kind, const ProcessSettings& sett
 }
 
 Evaluation<widgets::TimelineAnswer> WidgetWorker::timeline(const TimelineEvaluation& evaluation) {
+  return finishTimeline(startTimeline(evaluation));
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startTimeline(const TimelineEvaluation& evaluation) {
   validate(evaluation.kind, evaluation.settings, {evaluation.at});
-  auto reply = exchange(toJson(evaluation));
+  return PendingEvaluation(send(toJson(evaluation)));
+}
+
+Evaluation<widgets::TimelineAnswer> WidgetWorker::timelineOf(const Reply& reply) {
   if (reply.failure) return failed<widgets::TimelineAnswer>(*reply.failure, reply.log, reply.cost);
   try {
     return {timelineAnswerFromJson(reply.answer.value("timeline", Json())), reply.log, reply.cost};
@@ -240,27 +249,95 @@ Evaluation<widgets::TimelineAnswer> WidgetWorker::timeline(const TimelineEvaluat
   }
 }
 
+Evaluation<widgets::TimelineAnswer> WidgetWorker::finishTimeline(PendingEvaluation pending) {
+  return timelineOf(receive(pending.exchange));
+}
+
 Evaluation<std::string> WidgetWorker::view(const ViewEvaluation& evaluation) {
   return finishView(startView(evaluation));
 }
 
-WidgetWorker::PendingView WidgetWorker::startView(const ViewEvaluation& evaluation) {
+void WidgetWorker::validateView(const ViewEvaluation& evaluation) const {
   validate(evaluation.kind, evaluation.settings, {evaluation.entryDate, evaluation.at});
   const auto& families = widget(evaluation.kind).supportedFamilies;
   if (std::find(families.begin(), families.end(), evaluation.environment.family) == families.end()) {
     throw std::invalid_argument("worker: " + evaluation.kind + " is not offered as " +
                                 std::string(views::toString(evaluation.environment.family)));
   }
-  return PendingView(send(toJson(evaluation)));
 }
 
-Evaluation<std::string> WidgetWorker::finishView(PendingView pending) {
-  auto reply = receive(std::move(pending.exchange));
+WidgetWorker::PendingEvaluation WidgetWorker::startView(const ViewEvaluation& evaluation) {
+  validateView(evaluation);
+  return PendingEvaluation(send(toJson(evaluation)));
+}
+
+Evaluation<std::string> WidgetWorker::viewOf(const Reply& reply) {
   if (reply.failure) return failed<std::string>(*reply.failure, reply.log, reply.cost);
   if (!reply.answer.contains("view") || !reply.answer["view"].is_string()) {
     return failed<std::string>("the worker's answer was malformed: no view", reply.log, reply.cost);
   }
   return {reply.answer["view"].get<std::string>(), reply.log, reply.cost};
+}
+
+Evaluation<std::string> WidgetWorker::finishView(PendingEvaluation pending) {
+  return viewOf(receive(pending.exchange));
+}
+
+WidgetWorker::Exchange WidgetWorker::sendTogether(Json requests) {
+  auto exchange = send({{"type", "together"}, {"requests", std::move(requests)}});
+  exchange.firstReplyExtra = options_.deadline;
+  return exchange;
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startTimelines(const std::vector<TimelineEvaluation>& evaluations) {
+  Json requests = Json::array();
+  for (const auto& evaluation : evaluations) {
+    validate(evaluation.kind, evaluation.settings, {evaluation.at});
+    requests.push_back(toJson(evaluation));
+  }
+  PendingEvaluation pending(sendTogether(std::move(requests)));
+  pending.timelines = evaluations;
+  return pending;
+}
+
+WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewEvaluation>& evaluations) {
+  Json requests = Json::array();
+  for (const auto& evaluation : evaluations) {
+    validateView(evaluation);
+    requests.push_back(toJson(evaluation));
+  }
+  PendingEvaluation pending(sendTogether(std::move(requests)));
+  pending.views = evaluations;
+  return pending;
+}
+
+template <typename Answer>
+std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(PendingEvaluation& pending, std::size_t count,
+                                                             Evaluation<Answer> (*answerOf)(const Reply&)) {
+  std::vector<Evaluation<Answer>> answers;
+  auto& exchange = pending.exchange;
+  while (answers.size() < count) {
+    answers.push_back(answerOf(receive(exchange)));
+    if (!exchange.sentAt) break;
+  }
+  return answers;
+}
+
+std::vector<Evaluation<widgets::TimelineAnswer>> WidgetWorker::finishTimelines(PendingEvaluation pending) {
+  return finishTogether(pending, pending.timelines.size(), &WidgetWorker::timelineOf);
+}
+
+std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
+  return finishTogether(pending, pending.views.size(), &WidgetWorker::viewOf);
+}
+
+void WidgetWorker::discard(PendingEvaluation pending) {
+  auto& exchange = pending.exchange;
+  const auto replies = std::max<std::size_t>(pending.timelines.size() + pending.views.size(), 1);
+  for (std::size_t index = 0; index < replies; ++index) {
+    receive(exchange);
+    if (!exchange.sentAt) return;
+  }
 }
 
 }  // namespace quillan::worker

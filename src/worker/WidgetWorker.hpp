@@ -33,12 +33,11 @@ namespace quillan::worker {
 // (group container, zone, locale), which evaluations inherit unless their
 // ProcessSettings say otherwise. The constructor forks a keeper process that
 // loads ICU's data and the bundle and forks a warm worker; the warm worker
-// forks a fresh child for each evaluation, which applies the evaluation's
-// settings, pins the clock, reads the journal through the store as the
-// command does (nothing is kept from one evaluation to the next but the warm
-// worker's read of the note dates, used only while the journal's files prove
-// it current: NoteDatesKeeper.hpp), answers, and ends. A warm worker found dead is replaced before the next evaluation,
-// and the answer's log says so.
+// forks a fresh child for each evaluation (or for evaluations asked for
+// together: startViews), which applies the evaluation's settings, pins the clock, reads the journal through the store
+// as the command does (nothing is kept from one evaluation to the next but the warm worker's read of the note dates,
+// used only while the journal's files prove it current: NoteDatesKeeper.hpp), answers, and ends. A warm worker found
+// dead is replaced before the next evaluation, and the answer's log says so.
 //
 // Measured on a shared two-core machine (optimised build): the warm worker
 // sits at about 2.3 MB resident; a child of it starts at about 3.3 MB and an
@@ -60,21 +59,29 @@ class WidgetWorker {
   struct Exchange {
     std::unique_lock<std::mutex> lock;
     Reply reply;  // a restart's note, or the failure to send
+    // When the next reply's wait began; unset once nothing more is to be read.
     std::optional<std::chrono::steady_clock::time_point> sentAt;
+    // Beyond the deadline and its grace, what the first reply may take
+    // (evaluations asked for together may be tried in one child before each
+    // is evaluated alone).
+    std::chrono::milliseconds firstReplyExtra{0};
   };
 
  public:
-  // A view on its way: its evaluation runs while the caller does other
-  // things, and the worker takes no other call until it is finished.
-  class PendingView {
+  // An evaluation on its way: it runs while the caller does other things,
+  // and the worker takes no other call until it is finished.
+  class PendingEvaluation {
    public:
-    PendingView(PendingView&&) = default;
-    PendingView& operator=(PendingView&&) = default;
+    PendingEvaluation(PendingEvaluation&&) = default;
+    PendingEvaluation& operator=(PendingEvaluation&&) = default;
 
    private:
     friend class WidgetWorker;
-    explicit PendingView(Exchange exchange) : exchange(std::move(exchange)) {}
+    explicit PendingEvaluation(Exchange exchange) : exchange(std::move(exchange)) {}
     Exchange exchange;
+    // What was asked for together, if anything.
+    std::vector<TimelineEvaluation> timelines;
+    std::vector<ViewEvaluation> views;
   };
 
   // Throws std::runtime_error when the processes cannot be started, and
@@ -90,10 +97,27 @@ class WidgetWorker {
   Evaluation<widgets::TimelineAnswer> timeline(const TimelineEvaluation& evaluation);
   // The view tree as JSON (docs/view-tree.md), as `render --format json` prints its "view".
   Evaluation<std::string> view(const ViewEvaluation& evaluation);
-  // view() in two halves: the first throws as view() does, the second answers
-  // as view() would have.
-  PendingView startView(const ViewEvaluation& evaluation);
-  Evaluation<std::string> finishView(PendingView pending);
+  // timeline() and view() in two halves: the first throws as they do, the
+  // second answers as they would have.
+  PendingEvaluation startTimeline(const TimelineEvaluation& evaluation);
+  Evaluation<widgets::TimelineAnswer> finishTimeline(PendingEvaluation pending);
+  PendingEvaluation startView(const ViewEvaluation& evaluation);
+  Evaluation<std::string> finishView(PendingEvaluation pending);
+  // Timelines or views asked for together, as the app's reload of every
+  // widget and an entry's light and dark views are: the answers are those
+  // timeline() or view() gives each of them in turn, logs included, but the
+  // warm worker evaluates them in one child when that child answers them all
+  // cleanly, reading the journal and loading what they share once. Throw as
+  // startTimeline() and startView() do for any of them, before anything is
+  // sent. An answer that gives the worker up (it stopped, or did not answer)
+  // is the last: those after it are left to be asked for alone, if at all, so
+  // that the restart and its note come with the next evaluation asked for.
+  PendingEvaluation startTimelines(const std::vector<TimelineEvaluation>& evaluations);
+  std::vector<Evaluation<widgets::TimelineAnswer>> finishTimelines(PendingEvaluation pending);
+  PendingEvaluation startViews(const std::vector<ViewEvaluation>& evaluations);
+  std::vector<Evaluation<std::string>> finishViews(PendingEvaluation pending);
+  // Reads and drops what `pending` answers, of whichever kind.
+  void discard(PendingEvaluation pending);
 
   // Tells the warm worker of the host's own write (JournalWriteNotice). Only
   // a hint: a warm worker that is not running is not started for it, and one
@@ -107,9 +131,17 @@ class WidgetWorker {
   pid_t keeperPid() const;
 
  private:
-  Reply exchange(const nlohmann::json& request);
   Exchange send(const nlohmann::json& request);
-  Reply receive(Exchange exchange);
+  // The next reply of `exchange`; once the worker is given up, nothing more is read.
+  Reply receive(Exchange& exchange);
+  void validateView(const ViewEvaluation& evaluation) const;
+  static Evaluation<std::string> viewOf(const Reply& reply);
+  static Evaluation<widgets::TimelineAnswer> timelineOf(const Reply& reply);
+  Exchange sendTogether(nlohmann::json requests);
+  // The replies of what was sent together, each read in turn, until the worker is given up.
+  template <typename Answer>
+  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending, std::size_t count,
+                                                 Evaluation<Answer> (*answerOf)(const Reply&));
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
   void dropWarmWorker(bool kill);

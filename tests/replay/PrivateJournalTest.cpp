@@ -38,18 +38,27 @@ std::vector<std::string> noteTexts(const fs::path& journal) {
   return texts;
 }
 
+// How the app leaves its journal: closed, open with committed pages still in
+// its -wal, or open with the -wal emptied by a checkpoint (read as bytes).
+enum class AppState { closed, openWithLog, openLogEmptied };
+
 TEST(PrivateJournal, CopiesAClosedOrAnOpenJournalWithItsWalAndIsGoneWithTheObject) {
-  for (const bool appHasItOpen : {false, true}) {
-    const auto label = appHasItOpen ? "open" : "closed";
+  for (const auto state : {AppState::closed, AppState::openWithLog, AppState::openLogEmptied}) {
+    const auto label = std::vector<std::string>{"closed", "open", "open, log emptied"}[static_cast<int>(state)];
     testing::TemporaryFolder folder;
     const auto container = folder.path() / "group";
     fs::create_directories(container);
     const auto journal = container / "Quillan.sqlite";
     std::optional<fixtures::JournalWriter> app;
-    app.emplace(journal, appHasItOpen ? fixtures::JournalLayout{.walAutocheckpoint = 0} : fixtures::JournalLayout{});
+    app.emplace(journal, state == AppState::openWithLog ? fixtures::JournalLayout{.walAutocheckpoint = 0}
+                                                        : fixtures::JournalLayout{});
     app->addNote({.date = at("2026-11-22T07:30:00+01:00"), .info = std::string("early")});
-    if (!appHasItOpen) app.reset();
-    ASSERT_EQ(fs::exists(journal.string() + "-wal"), appHasItOpen) << label;
+    if (state == AppState::closed) app.reset();
+    if (state == AppState::openLogEmptied) app->execute("PRAGMA wal_checkpoint(TRUNCATE)");
+    ASSERT_EQ(fs::exists(journal.string() + "-wal"), state != AppState::closed) << label;
+    ASSERT_EQ(fs::exists(journal.string() + "-wal") && fs::file_size(journal.string() + "-wal") == 0,
+              state == AppState::openLogEmptied)
+        << label;
     const auto before = contentsOf(container);
 
     fs::path root;
