@@ -23,89 +23,96 @@ void EvaluationPipeline::push(std::vector<nlohmann::json> requests, Start start,
   ahead_.push_back(std::move(ahead));
 }
 
-void EvaluationPipeline::expect(std::vector<worker::ViewEvaluation> upcoming) {
-  for (auto& evaluation : upcoming) {
-    auto request = worker::toJson(evaluation);
-    push({std::move(request)},
-         [evaluation = std::move(evaluation)](WidgetWorker& on) { return on.startView(evaluation); });
-  }
-  startWhatFits();
-}
-
-void EvaluationPipeline::expect(std::vector<worker::TimelineEvaluation> upcoming) {
-  for (auto& evaluation : upcoming) {
-    auto request = worker::toJson(evaluation);
-    push({std::move(request)},
-         [evaluation = std::move(evaluation)](WidgetWorker& on) { return on.startTimeline(evaluation); });
-  }
-  startWhatFits();
-}
-
 namespace {
 
-template <typename Evaluation>
-std::vector<nlohmann::json> requestsOf(const std::vector<Evaluation>& group) {
-  std::vector<nlohmann::json> requests;
-  for (const auto& evaluation : group) requests.push_back(worker::toJson(evaluation));
-  return requests;
+// What differs between views and timelines: which of the worker's calls
+// starts and finishes them.
+WidgetWorker::PendingEvaluation startOn(WidgetWorker& on, const worker::ViewEvaluation& evaluation) {
+  return on.startView(evaluation);
 }
-
-template <typename Answer>
-std::vector<std::variant<worker::Evaluation<std::string>, worker::Evaluation<widgets::TimelineAnswer>>> asAnswers(
-    std::vector<worker::Evaluation<Answer>> answers) {
-  return {std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end())};
+WidgetWorker::PendingEvaluation startOn(WidgetWorker& on, const worker::TimelineEvaluation& evaluation) {
+  return on.startTimeline(evaluation);
 }
+WidgetWorker::PendingEvaluation startOn(WidgetWorker& on, const std::vector<worker::ViewEvaluation>& group) {
+  return on.startViews(group);
+}
+WidgetWorker::PendingEvaluation startOn(WidgetWorker& on, const std::vector<worker::TimelineEvaluation>& group) {
+  return on.startTimelines(group);
+}
+auto finishOn(WidgetWorker& on, WidgetWorker::PendingEvaluation pending, const worker::ViewEvaluation*) {
+  return on.finishView(std::move(pending));
+}
+auto finishOn(WidgetWorker& on, WidgetWorker::PendingEvaluation pending, const worker::TimelineEvaluation*) {
+  return on.finishTimeline(std::move(pending));
+}
+auto finishGroupOn(WidgetWorker& on, WidgetWorker::PendingEvaluation pending, const worker::ViewEvaluation*) {
+  return on.finishViews(std::move(pending));
+}
+auto finishGroupOn(WidgetWorker& on, WidgetWorker::PendingEvaluation pending, const worker::TimelineEvaluation*) {
+  return on.finishTimelines(std::move(pending));
+}
+auto alone(WidgetWorker& on, const worker::ViewEvaluation& evaluation) { return on.view(evaluation); }
+auto alone(WidgetWorker& on, const worker::TimelineEvaluation& evaluation) { return on.timeline(evaluation); }
 
 }  // namespace
 
-void EvaluationPipeline::expectTogether(std::vector<std::vector<worker::ViewEvaluation>> upcoming) {
+template <typename Evaluation>
+void EvaluationPipeline::expectEach(std::vector<Evaluation> upcoming) {
+  for (auto& evaluation : upcoming) {
+    auto request = worker::toJson(evaluation);
+    push({std::move(request)},
+         [evaluation = std::move(evaluation)](WidgetWorker& on) { return startOn(on, evaluation); });
+  }
+  startWhatFits();
+}
+
+template <typename Evaluation>
+void EvaluationPipeline::expectGroups(std::vector<std::vector<Evaluation>> upcoming) {
   for (auto& group : upcoming) {
     if (group.empty()) continue;
-    auto requests = requestsOf(group);
+    std::vector<nlohmann::json> requests;
+    for (const auto& evaluation : group) requests.push_back(worker::toJson(evaluation));
     push(
-        std::move(requests), [group = std::move(group)](WidgetWorker& on) { return on.startViews(group); },
+        std::move(requests), [group = std::move(group)](WidgetWorker& on) { return startOn(on, group); },
         [](WidgetWorker& on, WidgetWorker::PendingEvaluation pending) {
-          return asAnswers(on.finishViews(std::move(pending)));
+          auto answers = finishGroupOn(on, std::move(pending), static_cast<const Evaluation*>(nullptr));
+          return Answers(std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end()));
         });
   }
   startWhatFits();
+}
+
+void EvaluationPipeline::expect(std::vector<worker::ViewEvaluation> upcoming) { expectEach(std::move(upcoming)); }
+
+void EvaluationPipeline::expect(std::vector<worker::TimelineEvaluation> upcoming) { expectEach(std::move(upcoming)); }
+
+void EvaluationPipeline::expectTogether(std::vector<std::vector<worker::ViewEvaluation>> upcoming) {
+  expectGroups(std::move(upcoming));
 }
 
 void EvaluationPipeline::expectTogether(std::vector<std::vector<worker::TimelineEvaluation>> upcoming) {
-  for (auto& group : upcoming) {
-    if (group.empty()) continue;
-    auto requests = requestsOf(group);
-    push(
-        std::move(requests), [group = std::move(group)](WidgetWorker& on) { return on.startTimelines(group); },
-        [](WidgetWorker& on, WidgetWorker::PendingEvaluation pending) {
-          return asAnswers(on.finishTimelines(std::move(pending)));
-        });
+  expectGroups(std::move(upcoming));
+}
+
+template <typename Answer, typename Evaluation>
+worker::Evaluation<Answer> EvaluationPipeline::answer(const Evaluation& evaluation) {
+  auto* next = expected(worker::toJson(evaluation));
+  if (next && next->finish) {
+    return nextOfTogether<Answer>(*next, [&] { return alone(*workers_.front(), evaluation); });
   }
+  auto started = next ? takeStarted() : std::nullopt;
+  if (!started) return alone(*workers_.front(), evaluation);
+  auto answer = finishOn(*workers_[started->worker], std::move(*started->pending), &evaluation);
   startWhatFits();
+  return answer;
 }
 
 worker::Evaluation<widgets::TimelineAnswer> EvaluationPipeline::timeline(const worker::TimelineEvaluation& evaluation) {
-  auto* next = expected(worker::toJson(evaluation));
-  if (next && next->finish) {
-    return nextOfTogether<widgets::TimelineAnswer>(*next, [&] { return workers_.front()->timeline(evaluation); });
-  }
-  auto started = next ? takeStarted() : std::nullopt;
-  if (!started) return workers_.front()->timeline(evaluation);
-  auto answer = workers_[started->worker]->finishTimeline(std::move(*started->pending));
-  startWhatFits();
-  return answer;
+  return answer<widgets::TimelineAnswer>(evaluation);
 }
 
 worker::Evaluation<std::string> EvaluationPipeline::view(const worker::ViewEvaluation& evaluation) {
-  auto* next = expected(worker::toJson(evaluation));
-  if (next && next->finish) {
-    return nextOfTogether<std::string>(*next, [&] { return workers_.front()->view(evaluation); });
-  }
-  auto started = next ? takeStarted() : std::nullopt;
-  if (!started) return workers_.front()->view(evaluation);
-  auto answer = workers_[started->worker]->finishView(std::move(*started->pending));
-  startWhatFits();
-  return answer;
+  return answer<std::string>(evaluation);
 }
 
 EvaluationPipeline::Ahead* EvaluationPipeline::expected(const nlohmann::json& request) {

@@ -61,6 +61,13 @@ class EvaluationPipeline {
     std::size_t handedOut = 0;
   };
   void push(std::vector<nlohmann::json> requests, Start start, Finish finish = {});
+  template <typename Evaluation>
+  void expectEach(std::vector<Evaluation> upcoming);
+  template <typename Evaluation>
+  void expectGroups(std::vector<std::vector<Evaluation>> upcoming);
+  // The answer to `evaluation`, made ahead if it was expected, else now.
+  template <typename Answer, typename Evaluation>
+  worker::Evaluation<Answer> answer(const Evaluation& evaluation);
   // Drops what was expected before `request`; null when nothing expected is left.
   Ahead* expected(const nlohmann::json& request);
   // The first expected evaluation, single, if it was started; it leaves the queue either way.

@@ -295,9 +295,7 @@ WidgetWorker::PendingEvaluation WidgetWorker::startTimelines(const std::vector<T
     validate(evaluation.kind, evaluation.settings, {evaluation.at});
     requests.push_back(toJson(evaluation));
   }
-  PendingEvaluation pending(sendTogether(std::move(requests)));
-  pending.timelines = evaluations;
-  return pending;
+  return PendingEvaluation(sendTogether(std::move(requests)), evaluations.size());
 }
 
 WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewEvaluation>& evaluations) {
@@ -306,17 +304,15 @@ WidgetWorker::PendingEvaluation WidgetWorker::startViews(const std::vector<ViewE
     validateView(evaluation);
     requests.push_back(toJson(evaluation));
   }
-  PendingEvaluation pending(sendTogether(std::move(requests)));
-  pending.views = evaluations;
-  return pending;
+  return PendingEvaluation(sendTogether(std::move(requests)), evaluations.size());
 }
 
 template <typename Answer>
-std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(PendingEvaluation& pending, std::size_t count,
+std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(PendingEvaluation& pending,
                                                              Evaluation<Answer> (*answerOf)(const Reply&)) {
   std::vector<Evaluation<Answer>> answers;
   auto& exchange = pending.exchange;
-  while (answers.size() < count) {
+  while (answers.size() < pending.replies) {
     answers.push_back(answerOf(receive(exchange)));
     if (!exchange.sentAt) break;
   }
@@ -324,17 +320,17 @@ std::vector<Evaluation<Answer>> WidgetWorker::finishTogether(PendingEvaluation& 
 }
 
 std::vector<Evaluation<widgets::TimelineAnswer>> WidgetWorker::finishTimelines(PendingEvaluation pending) {
-  return finishTogether(pending, pending.timelines.size(), &WidgetWorker::timelineOf);
+  return finishTogether(pending, &WidgetWorker::timelineOf);
 }
 
 std::vector<Evaluation<std::string>> WidgetWorker::finishViews(PendingEvaluation pending) {
-  return finishTogether(pending, pending.views.size(), &WidgetWorker::viewOf);
+  return finishTogether(pending, &WidgetWorker::viewOf);
 }
 
 void WidgetWorker::discard(PendingEvaluation pending) {
   auto& exchange = pending.exchange;
-  const auto replies = std::max<std::size_t>(pending.timelines.size() + pending.views.size(), 1);
-  for (std::size_t index = 0; index < replies; ++index) {
+  // An empty group is still one request, answered once.
+  for (std::size_t index = 0; index < std::max<std::size_t>(pending.replies, 1); ++index) {
     receive(exchange);
     if (!exchange.sentAt) return;
   }

@@ -77,11 +77,10 @@ class WidgetWorker {
 
    private:
     friend class WidgetWorker;
-    explicit PendingEvaluation(Exchange exchange) : exchange(std::move(exchange)) {}
+    explicit PendingEvaluation(Exchange exchange, std::size_t replies = 1)
+        : exchange(std::move(exchange)), replies(replies) {}
     Exchange exchange;
-    // What was asked for together, if anything.
-    std::vector<TimelineEvaluation> timelines;
-    std::vector<ViewEvaluation> views;
+    std::size_t replies;  // more than one for evaluations asked for together
   };
 
   // Throws std::runtime_error when the processes cannot be started, and
@@ -140,7 +139,7 @@ class WidgetWorker {
   Exchange sendTogether(nlohmann::json requests);
   // The replies of what was sent together, each read in turn, until the worker is given up.
   template <typename Answer>
-  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending, std::size_t count,
+  std::vector<Evaluation<Answer>> finishTogether(PendingEvaluation& pending,
                                                  Evaluation<Answer> (*answerOf)(const Reply&));
   void startKeeper();
   void ensureWarmWorker(std::vector<std::string>& log);
